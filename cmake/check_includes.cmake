@@ -1,0 +1,79 @@
+# Checks that every include goes down a floor, prints each one that does not, and fails then:
+#
+#   cmake -P cmake/check_includes.cmake
+#
+# Tests, fuzz targets and benchmarks may know everything and are not checked.
+cmake_minimum_required(VERSION 3.25)
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH top)
+
+# Rooms below each room of the module, and what the programs outside may know of it.
+set(platform_knows)
+set(imaging_knows platform)
+set(transport_knows platform)
+set(extended_knows imaging transport platform)
+set(standard_knows imaging transport platform)
+set(interface_knows extended standard imaging transport platform)
+set(simulator_knows transport/still_image_device.h)
+set(pmscan_knows simulator interface/exports.h interface/scanner_settings.h
+  transport/acquisition_records.h transport/still_image_device.h)
+set(module_rooms platform imaging transport extended standard interface)
+set(rooms ${module_rooms} simulator pmscan)
+
+# May be read from every floor of the module.
+set(settings_record interface/scanner_settings.h)
+
+# What outsiders include must not bring other headers of ours along.
+set(leaves interface/scanner_settings.h transport/acquisition_records.h
+  transport/still_image_device.h)
+
+function(check_include room file included)
+  cmake_path(GET included PARENT_PATH included_room)
+  if(file IN_LIST leaves)
+    set(allowed FALSE)
+  elseif(included STREQUAL settings_record AND room IN_LIST module_rooms)
+    set(allowed TRUE)
+  elseif(included_room STREQUAL room OR included_room IN_LIST ${room}_knows)
+    set(allowed TRUE)
+  elseif(included IN_LIST ${room}_knows)
+    set(allowed TRUE)
+  else()
+    set(allowed FALSE)
+  endif()
+  if(NOT allowed)
+    set(wrong "${wrong}  ${file} includes ${included}\n" PARENT_SCOPE)
+  endif()
+endfunction()
+
+# Of the system's headers those of Windows are for one room of the module alone.
+function(check_system_include room file included)
+  if(included STREQUAL "windows.h" AND NOT room MATCHES "^(platform|pmscan)$")
+    set(wrong "${wrong}  ${file} includes ${included}\n" PARENT_SCOPE)
+  endif()
+endfunction()
+
+set(wrong "")
+set(checked 0)
+foreach(room IN LISTS rooms)
+  file(GLOB files RELATIVE "${top}" "${top}/${room}/*.h" "${top}/${room}/*.cpp")
+  foreach(file IN LISTS files)
+    file(STRINGS "${top}/${file}" lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
+    foreach(line IN LISTS lines)
+      string(REGEX REPLACE ".*[<\"]([^>\"]*)[>\"].*" "\\1" included "${line}")
+      string(REGEX MATCH "^[^/]*" first "${included}")
+      if(line MATCHES "<" AND NOT first IN_LIST rooms)
+        check_system_include(${room} ${file} "${included}")
+      else()
+        check_include(${room} ${file} "${included}")
+        math(EXPR checked "${checked} + 1")
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+
+if(checked EQUAL 0)
+  message(FATAL_ERROR "found no includes to check")
+endif()
+if(NOT wrong STREQUAL "")
+  message(FATAL_ERROR "includes of rooms that theirs must not know:\n${wrong}")
+endif()
+message(STATUS "${checked} includes go down the floors")

@@ -1,0 +1,52 @@
+# Warnings, language limits and link flags that our own targets share.
+
+set(PMDDB832_SANITIZE "" CACHE STRING "Sanitizers to build with, as in address,undefined")
+option(PMDDB832_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(PMDDB832_COVERAGE "Record which lines and branches run (clang only)" OFF)
+option(PMDDB832_BENCHMARKS "Build the benchmarks (native only)" OFF)
+
+add_library(pmddb832_options INTERFACE)
+target_include_directories(pmddb832_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(pmddb832_options INTERFACE
+  -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Werror
+  # GCC 12 takes the assignment of a literal to a std::string for an overlapping copy at -O3.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+if(PMDDB832_SANITIZE)
+  # The check of dynamic types needs the type information that the module is built without.
+  set(sanitizers -fsanitize=${PMDDB832_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_compile_options(pmddb832_options INTERFACE ${sanitizers})
+  target_link_options(pmddb832_options INTERFACE ${sanitizers})
+endif()
+if(PMDDB832_COVERAGE)
+  set(coverage -fprofile-instr-generate -fcoverage-mapping)
+  target_compile_options(pmddb832_options INTERFACE ${coverage})
+  target_link_options(pmddb832_options INTERFACE ${coverage})
+endif()
+if(PMDDB832_FUZZ)
+  target_compile_options(pmddb832_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(WIN32)
+  target_link_options(pmddb832_options INTERFACE
+    -static -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+endif()
+
+# A room of the module: built without exceptions and run-time type information.
+function(add_module_room name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC pmddb832_options)
+  target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti)
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# Header-only libraries of the distribution, also for the cross build: linked into a folder of
+# their own, so that no other header of the build machine is found.
+function(add_header_library name folder)
+  find_path(${name}_HEADERS "${folder}" PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  set(isolated "${CMAKE_BINARY_DIR}/headers/${name}")
+  file(MAKE_DIRECTORY "${isolated}")
+  file(CREATE_LINK "${${name}_HEADERS}/${folder}" "${isolated}/${folder}" SYMBOLIC)
+  add_library(${name} INTERFACE)
+  target_include_directories(${name} SYSTEM INTERFACE "${isolated}")
+endfunction()
