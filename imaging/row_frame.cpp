@@ -1,0 +1,65 @@
+#include "imaging/row_frame.h"
+
+#include <cstring>
+
+#include "interface/scanner_settings.h"
+
+namespace pmddb832 {
+namespace {
+
+constexpr std::uint8_t kWhite = 0xFF;
+
+void FillPixels(std::uint8_t* to, std::size_t pixels, std::size_t pixelBytes,
+                const std::uint8_t* lastPixel) {
+  if (FillIsWhite()) {
+    std::memset(to, kWhite, pixels * pixelBytes);
+  } else if (lastPixel == nullptr) {
+    std::memset(to, 0, pixels * pixelBytes);
+  } else {
+    for (std::size_t i = 0; i < pixels; ++i) {
+      std::memcpy(to + i * pixelBytes, lastPixel, pixelBytes);
+    }
+  }
+}
+
+}  // namespace
+
+RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixels,
+                   std::size_t rowPixels) {
+  const auto toConvert = static_cast<std::size_t>(std::max<std::int64_t>(wanted, 0));
+  const auto toFill = static_cast<std::size_t>(std::max<std::int64_t>(fill, 0));
+  const std::size_t converted = std::min({toConvert, linePixels, rowPixels});
+  if (converted < toConvert) return {converted, 0, true};
+  const std::size_t filled = std::min(toFill, rowPixels - converted);
+  return {converted, filled, filled < toFill};
+}
+
+bool FillIsWhite() {
+  const ScannerSettings* settings = currentSettings;
+  return settings != nullptr && settings->docFeedOption == 0 && settings->mainStatusBit5 != 0 &&
+         settings->whitePadding != 0;
+}
+
+void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes,
+               const std::uint8_t* lastPixel) {
+  const std::size_t fillStart = frame.converted * pixelBytes;
+  if (frame.filled > 0) FillPixels(row.data() + fillStart, frame.filled, pixelBytes, lastPixel);
+  if (!frame.cutShort) return;
+  const HostRow rest = row.subspan(fillStart + frame.filled * pixelBytes);
+  std::fill(rest.begin(), rest.end(), kWhite);
+}
+
+void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes) {
+  const std::uint8_t* lastPixel =
+      frame.converted == 0 ? nullptr : row.data() + (frame.converted - 1) * pixelBytes;
+  FinishRow(row, frame, pixelBytes, lastPixel);
+}
+
+void CopyRow(const ScanLine& line, HostRow row, std::int32_t pad, std::size_t pixelBytes) {
+  const auto copy = [pixelBytes](const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+    if (pixels > 0) std::memcpy(to, from, pixels * pixelBytes);
+  };
+  ConvertRow(line, row, pad, line.plane0.size() / pixelBytes, pixelBytes, copy);
+}
+
+}  // namespace pmddb832
