@@ -1,0 +1,96 @@
+#include "transport/device_driver.h"
+
+#include "interface/scanner_settings.h"
+#include "platform/operating_system.h"
+#include "platform/trace.h"
+#include "transport/still_image_device.h"
+
+namespace pmddb832 {
+namespace {
+
+constexpr std::uint32_t kSupportMask = 0xFFFF;
+constexpr std::uint32_t kPlatformWin32s = 0;
+constexpr std::uint32_t kPlatformWindows9x = 1;
+constexpr std::uint32_t kPlatformNt = 2;
+
+bool InterfaceMode() {
+  return currentSettings == nullptr || currentSettings->useDeviceInterface != 0;
+}
+
+StillImageDevice* HostDevice() {
+  return currentSettings == nullptr ? nullptr : currentSettings->deviceInterface;
+}
+
+}  // namespace
+
+DeviceDriver::DeviceDriver() {
+  const TraceScope trace{"Sddnt::DeviceDriver"};
+  skipDirectOpen = true;
+}
+
+DeviceDriver::~DeviceDriver() {
+  const TraceScope trace{"Sddnt::~DeviceDriver"};
+  if (opened != 0) Close();
+}
+
+std::uint32_t DeviceDriver::Open() {
+  const TraceScope trace{"Sddnt::Open"};
+  if (opened != 0) return 1;
+  if (skipDirectOpen || (openEntry != nullptr && openEntry() == 0)) opened = 1;
+  return opened;
+}
+
+void DeviceDriver::Close() {
+  const TraceScope trace{"Sddnt::Close"};
+  if (opened == 0) return;
+  if (!InterfaceMode() && closeEntry != nullptr) closeEntry(0);
+  opened = 0;
+}
+
+std::uint32_t DeviceDriver::IsReady() {
+  const TraceScope trace{"Sddnt::IsReady"};
+  if (InterfaceMode()) return 1;
+  return readyEntry != nullptr && readyEntry() == 0 ? 1 : 0;
+}
+
+std::uint32_t DeviceDriver::Read(std::uint8_t* buffer, std::uint32_t length) {
+  const TraceScope trace{"Sddnt::Read"};
+  if (!InterfaceMode()) return readEntry == nullptr ? kReadFailed : readEntry(buffer, length);
+  StillImageDevice* device = HostDevice();
+  if (device == nullptr) return kReadFailed;
+  std::uint32_t count = length;
+  return device->RawReadData(buffer, &count, nullptr) < 0 ? kReadFailed : kTransferDone;
+}
+
+std::uint32_t DeviceDriver::Write(const std::uint8_t* buffer, std::uint32_t length) {
+  const TraceScope trace{"Sddnt::Write"};
+  if (!InterfaceMode()) return writeEntry == nullptr ? kWriteFailed : writeEntry(buffer, length);
+  StillImageDevice* device = HostDevice();
+  if (device == nullptr) return kWriteFailed;
+  // The interface declares its buffer as writable, but only reads it.
+  auto* bytes = const_cast<std::uint8_t*>(buffer);
+  return device->RawWriteData(bytes, length, nullptr) < 0 ? kWriteFailed : kTransferDone;
+}
+
+std::uint32_t DeviceDriver::GetScanServerSupportFunction() {
+  const TraceScope trace{"Sddnt::GetScanServerSupportFunction"};
+  return kSupportMask;
+}
+
+std::uint32_t DeviceDriver::GetOpsys() {
+  const TraceScope trace{"Sddnt::GetOpsys"};
+  const auto version = platform::QueryOperatingSystemVersion();
+  if (!version.has_value()) return 2;
+  switch (version->platformId) {
+    case kPlatformWin32s:
+      return 1;
+    case kPlatformWindows9x:
+      return version->minor < 10 ? 2 : 3;
+    case kPlatformNt:
+      return version->major < 5 ? 0 : 4;
+    default:
+      return 2;
+  }
+}
+
+}  // namespace pmddb832
