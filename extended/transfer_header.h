@@ -1,0 +1,22 @@
+#pragma once
+
+#include "transport/wire_block.h"
+
+namespace pmddb832 {
+
+// Reply to FS "G": how the image will be transferred.
+using TransferHeader = std::array<std::uint8_t, 14>;
+
+namespace transfer {
+
+inline constexpr Field<std::uint8_t, 0> kStx;
+inline constexpr Field<std::uint8_t, 1> kStatus;
+inline constexpr Field<std::uint32_t, 2> kBlockBytes;  // in one full block
+inline constexpr Field<std::uint32_t, 6> kFullBlocks;
+inline constexpr Field<std::uint32_t, 10> kLastBlockBytes;
+
+// In the header's status byte and in the one behind each block.
+inline constexpr std::uint8_t kError = 0x80;
+
+}  // namespace transfer
+}  // namespace pmddb832
