@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+#include "imaging/line_placement.h"
+
+// The arithmetic of the scan area, in pixels at the scan resolution, unsigned 32-bit throughout:
+// sums and differences of edges wrap. `level` is the command-level code.
+namespace pmddb832 {
+
+// Greatest zoom x resolution up to which the width of the area follows from that product itself.
+std::uint32_t ProductLimit(std::uint16_t modelQuirk);
+
+// Places the requested line into an area of `limit` pixels. Levels with `paramG` other than 1 that
+// cannot keep a mirrored line at its right edge count the pixels that rounding adds as pads.
+LinePlacement PlaceLine(std::uint32_t left, std::uint32_t width, std::uint32_t limit,
+                        std::uint32_t level, bool mirror, std::uint8_t paramG);
+
+// Levels of 8 and above: kOriginBeyondLimits, kAreaBeyondLimits or kNoError. Below, kNoError.
+std::uint32_t AreaError(std::uint32_t level, std::uint32_t left, std::uint32_t top,
+                        std::uint32_t width, std::uint32_t height);
+
+struct ClippedWidth {
+  std::uint32_t width;
+  bool tooLarge;  // the width, or the bits of a line, are beyond what the level allows
+};
+
+ClippedWidth ClipWidth(std::uint32_t level, std::uint8_t bitDepth, std::uint32_t width);
+
+// Lines of an area of `hundredths` of an inch at `resolution`: computed in signed 32-bit numbers.
+std::uint32_t LinesOfArea(std::uint32_t hundredths, std::uint16_t resolution);
+
+}  // namespace pmddb832

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "transport/general_cmd.h"
+#include "transport/status_bits.h"
+#include "transport/wire_block.h"
+
+namespace pmddb832 {
+
+// Reply to ESC "f", header first. Areas are in pixels at the last resolution. Bytes that the
+// scanner did not send are 0.
+using StatusReply = ReplyBuffer;
+
+namespace status_reply {
+
+inline constexpr Field<std::uint8_t, 1> kHeaderStatus;
+inline constexpr Field<std::uint8_t, 4> kMain;
+inline constexpr Field<std::uint8_t, 5> kFeeder;
+inline constexpr Field<std::uint16_t, 6> kFeederWidth;
+inline constexpr Field<std::uint16_t, 8> kFeederHeight;
+inline constexpr Field<std::uint8_t, 10> kTransparency;
+inline constexpr Field<std::uint16_t, 11> kTransparencyWidth;
+inline constexpr Field<std::uint16_t, 13> kTransparencyHeight;
+
+inline constexpr std::uint8_t kHeaderError = 0x80;  // header status
+
+// main status of a scanner with a feeder
+inline constexpr std::uint8_t kFeederVariant = 0x20;
+inline constexpr std::uint8_t kSecondFeederCapability = 0x10;
+
+}  // namespace status_reply
+}  // namespace pmddb832
