@@ -1,0 +1,94 @@
+#include "interface/command_level_probe.h"
+
+#include <algorithm>
+
+#include "platform/trace.h"
+#include "transport/device_driver.h"
+#include "transport/protocol_bytes.h"
+#include "transport/wire_block.h"
+
+namespace pmddb832 {
+
+Checkcmd::Checkcmd(std::uint8_t option) : GeneralCmd(option) {
+  const TraceScope trace{"Checkcmd::Checkcmd"};
+}
+
+Checkcmd::~Checkcmd() {
+  const TraceScope trace{"Checkcmd::~Checkcmd"};
+}
+
+std::uint32_t Checkcmd::Open() {
+  const TraceScope trace{"Checkcmd::Open"};
+  if (currentChannel == nullptr || currentChannel->Open() == 0) return 0;
+  opened_ = 1;
+  return 1;
+}
+
+void Checkcmd::Close() {
+  const TraceScope trace{"Checkcmd::Close"};
+  if (opened_ == 0) return;
+  opened_ = 0;
+  if (currentChannel != nullptr) currentChannel->Close();
+}
+
+std::uint32_t Checkcmd::GetLastError() {
+  const TraceScope trace{"Checkcmd::GetLastError"};
+  return Wire().ErrorCode();
+}
+
+std::uint32_t Checkcmd::GetLevelInfo() {
+  const TraceScope trace{"Checkcmd::GetLevelInfo"};
+  if (SendEscCode('I') == 0) return 0;
+  ReplyHeader header{};
+  if (Wire().Read(header) == 0 || Get(header, kReplyStx) != kStx) return 0;
+  std::copy(header.begin(), header.end(), replyBuffer_.begin());
+  const auto count = static_cast<std::int16_t>(Get(header, kReplyCount));
+  if (count < 0 || ReadData(static_cast<std::uint32_t>(count)) == 0) return 0;
+  level_.status = Get(header, kReplyStatus);
+  return 1;
+}
+
+std::uint32_t Checkcmd::ReadData(std::uint32_t count) {
+  std::uint32_t left = count;
+  const auto readNext = [&] {
+    const auto size = std::min<std::size_t>(left, replyBuffer_.size());
+    left -= static_cast<std::uint32_t>(size);
+    return Wire().Read(std::span{replyBuffer_}.first(size));
+  };
+  if (readNext() == 0) return 0;
+  level_.letter = replyBuffer_[0];
+  level_.digit = replyBuffer_[1];
+  while (left > 0) {
+    if (readNext() == 0) return 0;
+  }
+  return 1;
+}
+
+std::uint32_t Checkcmd::EnableOption(std::uint32_t /*value*/) {
+  return 1;
+}
+
+std::uint32_t Checkcmd::AbortScan() {
+  return 0;
+}
+
+void Checkcmd::InitAcquire(std::uint32_t /*outputFormat*/, ProgressCallback /*progress*/,
+                           AcquisitionSetup* /*setup*/) {}
+
+void Checkcmd::AcquireImage(std::uint8_t* /*buffer*/, std::uint32_t /*bufferBytes*/,
+                            AcquisitionBand* /*band*/) {}
+
+std::uint32_t Checkcmd::GetOptionStatus(std::uint8_t* /*mainStatus*/, std::uint32_t /*option*/) {
+  return 0;
+}
+
+std::uint8_t Checkcmd::SetFocusPos(std::uint32_t /*mode*/, std::uint8_t position) {
+  return position;
+}
+
+std::uint32_t Checkcmd::GetScanPaperSize(std::uint32_t /*option*/, std::uint32_t* /*width*/,
+                                         std::uint32_t* /*height*/) {
+  return 0;
+}
+
+}  // namespace pmddb832

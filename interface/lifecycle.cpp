@@ -1,0 +1,100 @@
+#include "interface/lifecycle.h"
+
+#include <new>
+
+#include "extended/ext_scan_cmd.h"
+#include "interface/command_level_probe.h"
+#include "platform/trace.h"
+#include "standard/std_scan_cmd.h"
+#include "transport/error_codes.h"
+
+namespace pmddb832 {
+namespace {
+
+constexpr std::uint8_t kExtendedSetAnswered = 0x02;  // bit of the probe's status byte
+
+// An earlier log stays referenced: scopes that are still open write to it.
+void CreateLog() {
+  platform::currentLog = platform::CreateTraceLog(moduleInstance);
+  if (platform::currentLog == nullptr) return;
+  platform::WriteTrace(*platform::currentLog, "driver Loaded successfully", "",
+                       platform::kDetailLoadAndUnload);
+}
+
+void DestroyChannel() {
+  delete currentChannel;
+  currentChannel = nullptr;
+}
+
+GeneralCmd* NewCommandSet(std::uint8_t probeOption) {
+  if (UsesExtendedSet()) return new (std::nothrow) ExtScanCmd(probeOption);
+  return new (std::nothrow) StdScanCmd(probeOption);
+}
+
+void DestroyCommandSet() {
+  if (UsesExtendedSet()) {
+    delete static_cast<ExtScanCmd*>(currentCommandSet);
+  } else {
+    delete static_cast<StdScanCmd*>(currentCommandSet);
+  }
+  currentCommandSet = nullptr;
+}
+
+bool CreateCommandSet(std::uint8_t probeOption) {
+  currentCommandSet = NewCommandSet(probeOption);
+  if (currentCommandSet == nullptr) return false;
+  if (currentCommandSet->HasTransport() && currentCommandSet->InitWorkArea() != 0) return true;
+  DestroyCommandSet();
+  return false;
+}
+
+bool ProbeAndCreateCommandSet(std::uint8_t probeOption) {
+  serverSupport = currentChannel->GetScanServerSupportFunction();
+  initialisationError = ExtCommandSupport(probeOption);
+  if (initialisationError == 0 && CreateCommandSet(probeOption)) return true;
+  currentChannel->Close();
+  return false;
+}
+
+}  // namespace
+
+bool UsesExtendedSet() {
+  return extendedSupport != 0 && (serverSupport & kExtendedSetSupported) != 0;
+}
+
+DeviceDriver* PMInit(std::uint8_t probeOption, std::uint32_t createOnly) {
+  CreateLog();
+  const TraceScope trace{"Pmddb832::PMInit"};
+  DestroyChannel();
+  currentChannel = new (std::nothrow) DeviceDriver;
+  if (currentChannel == nullptr || createOnly != 0) return currentChannel;
+  if (currentChannel->IsReady() != 0 && ProbeAndCreateCommandSet(probeOption)) {
+    return currentChannel;
+  }
+  DestroyChannel();
+  return nullptr;
+}
+
+void PMExit() {
+  const TraceScope trace{"Pmddb832::PMExit"};
+  if (currentCommandSet != nullptr) {
+    currentCommandSet->Close();
+    DestroyCommandSet();
+  }
+  DestroyChannel();
+}
+
+std::uint32_t ExtCommandSupport(std::uint8_t option) {
+  const TraceScope trace{"Pmddb832::ExtCommandSupport"};
+  Checkcmd probe(option);
+  if (!probe.HasTransport()) return kNoTransport;
+  if (probe.Open() == 0 || probe.GetLevelInfo() == 0) return probe.GetLastError();
+  const Checkcmd::LevelInfo& level = probe.Level();
+  extendedSupport = (level.status & kExtendedSetAnswered) != 0 ? 1 : 0;
+  commandLevelString[0] = static_cast<char>(level.letter);
+  commandLevelString[1] = static_cast<char>(level.digit);
+  probe.Close();
+  return 0;
+}
+
+}  // namespace pmddb832
