@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace pmscan {
+
+// The arguments behind the program's name, in UTF-8. Makes standard output and standard error
+// UTF-8 as well.
+std::vector<std::string> CommandLineArguments();
+
+std::wstring ToWide(const std::string& utf8);
+
+// False when standard error goes into a file or a pipe.
+bool IsErrorOutputTerminal();
+
+// From here on Ctrl+C no longer ends the program but makes IsInterrupted true.
+void CatchInterrupt();
+bool IsInterrupted();
+
+}  // namespace pmscan

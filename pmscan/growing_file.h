@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+namespace pmscan {
+
+// A file that grows beside its place under a name of its own, and is removed with this object
+// unless it took its place before.
+class GrowingFile {
+ public:
+  explicit GrowingFile(const std::filesystem::path& finalPlace);
+  ~GrowingFile();
+  GrowingFile(const GrowingFile&) = delete;
+  GrowingFile& operator=(const GrowingFile&) = delete;
+
+  const wchar_t* Path() const { return path.c_str(); }
+
+  // Replaces what stands in the place. Nobody has the file open. Returns 0 or Windows' error
+  // number.
+  std::uint32_t TakePlace() const;
+
+  // Writes the file's size into the header of a bitmap file: some versions of Wine leave the
+  // palette out of it.
+  void CorrectBitmapSize() const;
+
+  std::uint64_t Bytes() const;
+
+ private:
+  const std::filesystem::path place;
+  const std::filesystem::path path;
+};
+
+}  // namespace pmscan
