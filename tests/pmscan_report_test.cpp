@@ -1,0 +1,81 @@
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "pmscan/report.h"
+
+namespace {
+
+pmddb832::ScannerSettings FeederScanner() {
+  pmddb832::ScannerSettings settings{};
+  std::memcpy(settings.commandLevelText, "B8", 3);
+  std::memcpy(settings.modelName, "QM2700", 7);
+  std::memcpy(settings.productNameReply, "SCANNER QM-2700 ", 17);
+  settings.scanInfoVariant = 3;
+  settings.docFeedOption = 0;
+  settings.bedWidth = 850;
+  settings.bedHeight = 1170;
+  settings.optionWidth = 850;
+  settings.optionHeight = 1400;
+  settings.minResolutionCopy = 50;
+  settings.maxResolutionCopy = 1200;
+  settings.baseResolution = 600;
+  settings.halftoneInfo = 10;
+  return settings;
+}
+
+std::uint32_t StatusOf(std::uint32_t option) {
+  return option == 0 ? 13 : 0;
+}
+std::uint32_t PaperSize(std::uint32_t option, std::uint32_t* width, std::uint32_t* height) {
+  *width = 10200;
+  *height = option == 0 ? 16800 : 14040;
+  return 0;
+}
+
+TEST_CASE("pmscan: the scanner's report tells what is fitted, how large it is and how it is") {
+  pmscan::ModuleExports module;
+  module.getOptionStatus = &StatusOf;
+  module.getScanPaperSize = &PaperSize;
+  pmddb832::ScannerSettings settings = FeederScanner();
+  CHECK(pmscan::ScannerReport(module, settings) ==
+        "Model        QM2700 (SCANNER QM-2700)\n"
+        "Product      SCANNER QM-2700\n"
+        "Level        B8, extended commands\n"
+        "Resolutions  50 to 1200 dpi, basic 600 dpi\n"
+        "Halftones    10\n"
+        "Flatbed      8.50 x 11.70 in (215.9 x 297.2 mm), 10200 x 14040 pixels at the highest "
+        "resolution; ready\n"
+        "Feeder       8.50 x 14.00 in (215.9 x 355.6 mm), 10200 x 16800 pixels at the highest "
+        "resolution; 13: the document feeder is empty\n"
+        "Transparency not fitted\n");
+  CHECK(settings.scanSource == 0);
+}
+
+TEST_CASE("pmscan: the report of a scan tells what was scanned and where it is") {
+  const pmscan::ScanRequest request{
+      *pmscan::FindScanMode("grey"), 300, {0, 0, 2550, 3510}, false, false};
+  const pmscan::ScanOutcome outcome{"page.png", "PNG", 12345, 1.25};
+  CHECK(pmscan::ScanReport(FeederScanner(), *pmscan::FindScanSource("feeder"), request, outcome) ==
+        "Model        QM2700 (SCANNER QM-2700)\n"
+        "Level        B8, extended commands\n"
+        "Source       document feeder\n"
+        "Mode         grey, 8 bits\n"
+        "Resolution   300 dpi\n"
+        "Pixels       2550 x 3510\n"
+        "Size         8.50 x 11.70 in (215.9 x 297.2 mm)\n"
+        "File         page.png, PNG, 12345 bytes\n"
+        "Time         1.2 s\n");
+}
+
+TEST_CASE("pmscan: a scanner whose model is not known goes by its product name") {
+  pmddb832::ScannerSettings settings = FeederScanner();
+  std::memcpy(settings.modelName, "ORVAN  ", 8);
+  CHECK(pmscan::ModelText(settings) == "SCANNER QM-2700");
+  std::fill(std::begin(settings.productNameReply), std::end(settings.productNameReply), '\0');
+  CHECK(pmscan::ModelText(settings) == "unknown");
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "transport/general_cmd.h"
+
+namespace pmddb832::tests {
+
+// A command set that does nothing but note how it is called, and that opens the common base to
+// tests. Its results are set by the test.
+class RecordingCommandSet final : public GeneralCmd {
+ public:
+  RecordingCommandSet() : GeneralCmd(0) {}
+
+  std::string calls;  // "EnableOption 2; Close; "
+  std::uint32_t result = 0;
+  std::uint8_t position = 0;
+
+  using GeneralCmd::NoteScanStarted;
+  using GeneralCmd::ReadFocusPosition;
+  using GeneralCmd::SendEscBlock;
+  using GeneralCmd::SendEscTable;
+
+  std::uint32_t EnableOption(std::uint32_t value) override;
+  void Close() override;
+  std::uint32_t Open() override;
+  std::uint32_t GetLastError() override;
+  std::uint32_t AbortScan() override;
+  void InitAcquire(std::uint32_t outputFormat, ProgressCallback progress,
+                   AcquisitionSetup* setup) override;
+  void AcquireImage(std::uint8_t* buffer, std::uint32_t bufferBytes,
+                    AcquisitionBand* band) override;
+  std::uint32_t GetOptionStatus(std::uint8_t* mainStatus, std::uint32_t option) override;
+  std::uint8_t SetFocusPos(std::uint32_t mode, std::uint8_t hostPosition) override;
+  std::uint32_t GetScanPaperSize(std::uint32_t option, std::uint32_t* width,
+                                 std::uint32_t* height) override;
+
+  // Pointers that came with the last call.
+  ProgressCallback progress = nullptr;
+  AcquisitionSetup* setup = nullptr;
+  std::uint8_t* buffer = nullptr;
+  AcquisitionBand* band = nullptr;
+  std::uint32_t* width = nullptr;
+  std::uint32_t* height = nullptr;
+  bool mainStatusGiven = false;
+
+ private:
+  std::uint32_t Note(const std::string& call);
+};
+
+}  // namespace pmddb832::tests

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "transport/still_image_device.h"
+
+namespace pmddb832::tests {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The bytes of a text, and a run of one value: parts of a conversation.
+Bytes Text(std::string_view text);
+Bytes Fill(std::size_t count, std::uint8_t value);
+Bytes operator+(Bytes left, const Bytes& right);
+// "1C 49"
+std::string Hex(const Bytes& bytes);
+
+// A device that knows in advance what the driver must send and read, transfer by transfer. A
+// transfer that is not the next one of the script fails and is noted as a complaint:
+//
+//   device.Expect({0x1C, 0x46}).Reply(Fill(16, 0));
+//   ... call the driver ...
+//   CHECK(device.Verdict() == "as scripted");
+class ScriptedDevice final : public StillImageDevice {
+ public:
+  // The driver writes exactly these bytes in one transfer.
+  ScriptedDevice& Expect(Bytes bytes);
+  // The driver writes so many bytes in one transfer, whichever they are.
+  ScriptedDevice& ExpectAny(std::size_t length);
+  // The driver reads exactly as many bytes as these in one transfer, and gets them.
+  ScriptedDevice& Reply(Bytes bytes);
+  // The driver reads `requested` bytes and gets fewer, with success.
+  ScriptedDevice& ShortReply(std::uint32_t requested, Bytes bytes);
+  // The next transfer is a read, or a write, of any length, and fails.
+  ScriptedDevice& FailNextRead();
+  ScriptedDevice& FailNextWrite();
+  // The end of the script: from here on every transfer fails, as often as one is tried.
+  ScriptedDevice& Unplug();
+
+  // An acknowledged command with a parameter block: letter, ACK, block, ACK.
+  ScriptedDevice& ExpectBlock(std::uint8_t prefix, char letter, Bytes block);
+
+  // "as scripted", or the first complaint, or what the script has left.
+  std::string Verdict() const;
+
+  // Result of successful transfers: any value that is not negative.
+  std::int32_t success = 0;
+
+  std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
+  std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
+
+  // Not for the driver: each call is a complaint.
+  std::int32_t QueryInterface(const void* interfaceId, void** object) override;
+  std::uint32_t AddRef() override;
+  std::uint32_t Release() override;
+  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
+                          std::uint32_t mode) override;
+  std::int32_t GetCapabilities(void* capabilities) override;
+  std::int32_t GetStatus(void* status) override;
+  std::int32_t DeviceReset() override;
+  std::int32_t Diagnostic(void* buffer) override;
+  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
+                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) override;
+  std::int32_t GetLastError(std::uint32_t* error) override;
+  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) override;
+  std::int32_t UnLockDevice() override;
+
+ private:
+  enum class Kind { kWrite, kAnyWrite, kRead, kFailingWrite, kFailingRead, kUnplugged };
+  struct Step {
+    Kind kind;
+    std::uint32_t length;
+    Bytes bytes;
+  };
+
+  bool IsUnplugged() const;
+  static bool Takes(const Step& step, const Bytes& written);
+  ScriptedDevice& Add(Kind kind, std::size_t length, Bytes bytes);
+  std::int32_t Complain(const std::string& what);
+  std::string Describe(const Step& step) const;
+
+  std::vector<Step> steps_;
+  std::size_t next_ = 0;
+  std::string complaint_;
+};
+
+}  // namespace pmddb832::tests
