@@ -1,0 +1,187 @@
+// make_seeds FOLDER: writes the seed corpora of the fuzz targets, a folder for each target, from
+// conversations with the simulated scanners.
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "fuzz/fuzz_host.h"
+#include "fuzz/recording_device.h"
+#include "interface/exports.h"
+#include "interface/lifecycle.h"
+#include "simulator/catalog.h"
+
+namespace {
+
+using namespace pmddb832;
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint32_t kProcessDetach = 0;
+constexpr std::uint8_t kRows = 7;  // lines of a buffer
+
+struct Scan {
+  std::uint8_t pixelType;
+  std::uint8_t outputFormat;
+  std::uint8_t flags;  // mirror, preview, mono, gamma, colour, halftone, optionS, keepPaper
+  std::uint8_t source;
+};
+
+constexpr std::array<Scan, 14> kScans{{{0, 0, 0x00, 0},
+                                       {0, 0, 0x01, 0},
+                                       {1, 1, 0x00, 0},
+                                       {2, 2, 0x00, 0},
+                                       {2, 2, 0x02, 0},
+                                       {3, 3, 0x00, 0},
+                                       {4, 5, 0x00, 0},
+                                       {5, 5, 0x00, 0},
+                                       {5, 1, 0x18, 0},
+                                       {5, 5, 0x04, 1},
+                                       {6, 6, 0x00, 0},
+                                       {7, 7, 0x00, 0},
+                                       {7, 1, 0x02, 0},
+                                       {8, 8, 0x01, 0}}};
+
+Bytes operator+(Bytes left, const Bytes& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+// 41 x 20 pixels from (8, 5) at 300 dpi, as ApplyScanChoices reads it.
+Bytes Choices(const Scan& scan) {
+  Bytes choices{scan.pixelType,
+                41,
+                0,
+                20,
+                0,
+                8,
+                0,
+                5,
+                0,
+                2,
+                0,
+                1,
+                0,
+                44,
+                1,
+                100,
+                0,
+                255,
+                255,
+                100,
+                0,
+                scan.flags,
+                0,
+                scan.source,
+                0,
+                1,
+                1,
+                0,
+                0,
+                0,
+                0};
+  choices.resize(fuzz::kScanChoiceBytes);
+  return choices;
+}
+
+void Acquire(ScannerSettings& settings, const Scan& scan) {
+  const Bytes choices = Choices(scan);
+  fuzz::Input input(choices);
+  fuzz::ApplyScanChoices(input, settings);
+  AcquisitionSetup setup{};
+  PMInitAcquire(scan.outputFormat, nullptr, &setup);
+  Bytes buffer(std::size_t{setup.lineBytes} * kRows);
+  AcquisitionBand band{kAcquisitionGoOn, 0, 0, 0, 0};
+  while (band.status == kAcquisitionGoOn && band.done == 0) {
+    PMAcquireImage(buffer.data(), static_cast<std::uint32_t>(buffer.size()), &band);
+  }
+}
+
+// What a scanner says while it is opened and, where there is a scan, scanned from.
+Bytes Answers(const std::string& name, const Scan* scan, ScannerSettings& settings) {
+  const auto scanner =
+      simulator::MakeScanner(name, {64, 48, 300, std::vector<std::uint16_t>(9216)});
+  fuzz::RecordingDevice device(*scanner);
+  settings.deviceInterface = &device;
+  settings.useDeviceInterface = 1;
+  PMOpenScanner(&settings);
+  if (scan != nullptr) Acquire(settings, *scan);
+  DllMain(&settings, kProcessDetach, nullptr);
+  currentSettings = nullptr;
+  extendedSupport = 0;
+  return device.Answers();
+}
+
+class Corpora {
+ public:
+  explicit Corpora(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  void Add(const std::string& target, const Bytes& seed) {
+    const std::filesystem::path folder = folder_ / target;
+    std::filesystem::create_directories(folder);
+    const std::string name = "seed-" + std::to_string(++counts_[target]);
+    std::ofstream file(folder / name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(seed.data()),
+               static_cast<std::streamsize>(seed.size()));
+  }
+
+  std::size_t Total() const {
+    std::size_t total = 0;
+    for (const auto& [target, count] : counts_) total += count;
+    return total;
+  }
+
+ private:
+  std::filesystem::path folder_;
+  std::map<std::string, std::size_t> counts_;
+};
+
+void AddScan(const std::string& scanner, const Scan& scan, Corpora& corpora) {
+  ScannerSettings settings{};
+  const Bytes answers = Answers(scanner, &scan, settings);
+  const Bytes front{scan.outputFormat, kRows};
+  corpora.Add("scan_fuzzer", front + Choices(scan) + answers);
+  Bytes record(sizeof(settings));
+  std::memcpy(record.data(), &settings, sizeof(settings));
+  corpora.Add("record_fuzzer", front + record + answers);
+  // open; choose; set up; acquire twice; abort; close
+  const Bytes calls =
+      Bytes{1, 0, 12} + Choices(scan) + Bytes{scan.outputFormat, 2, kRows, 3, kRows, 3, 0, 1, 0, 0};
+  Bytes counted(1 + 4 * 12);
+  counted[0] = 12;
+  std::copy(calls.begin(), calls.end(), counted.begin() + 1);
+  corpora.Add("calls_fuzzer", counted + answers);
+}
+
+void AddConversions(Corpora& corpora) {
+  for (std::uint8_t routine = 0; routine < 8; ++routine) {
+    for (std::uint8_t flags = 0; flags < 4; ++flags) {
+      const Bytes front{routine, static_cast<std::uint8_t>(flags | 4), 3, 0, 20, 0, 120, 0};
+      corpora.Add("conversion_fuzzer", front + Bytes(120, static_cast<std::uint8_t>(17 * flags)));
+    }
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: make_seeds FOLDER\n";
+    return 1;
+  }
+  Corpora corpora(argv[1]);
+  for (const std::string& name : simulator::ScannerNames()) {
+    ScannerSettings settings{};
+    corpora.Add("open_fuzzer", Answers(name, nullptr, settings));
+  }
+  for (const char* scanner : {"extended", "extended:RV3100", "standard", "standard:QM2700"}) {
+    for (const Scan& scan : kScans) AddScan(scanner, scan, corpora);
+  }
+  AddConversions(corpora);
+  std::cout << "wrote " << corpora.Total() << " seeds to " << argv[1] << "\n";
+  return 0;
+}
