@@ -36,7 +36,7 @@ endif()
 function(add_module_room name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC pmddb832_options)
-  target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti)
+  target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti $<$<PLATFORM_ID:Windows>:-g>)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
