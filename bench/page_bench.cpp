@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "bench/interleaved_run.h"
 #include "bench/memory_peak.h"
 #include "bench/memory_scanner.h"
 #include "bench/page.h"
-#include "bench/ratio_table.h"
 #include "interface/exports.h"
 
 namespace pmddb832::bench {

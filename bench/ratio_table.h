@@ -9,11 +9,6 @@ namespace pmddb832::bench {
 // Median processor time of one iteration in nanoseconds, by the benchmark's name.
 using Medians = std::map<std::string, double>;
 
-// Runs the registered benchmarks in fifteen short repetitions, all of them interleaved at random,
-// unless the command line asks for something else with Google Benchmark's own flags. Prints nothing
-// but errors. Empty when the command line is wrong or a benchmark failed.
-Medians RunInterleaved(int argc, char** argv);
-
 // Cells of a table: a number, and the ratio of two medians, "-" where one was not measured.
 std::string Number(double value, int decimals);
 std::string Ratio(const Medians& medians, const std::string& numerator,

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "bench/ratio_table.h"
+#include "bench/interleaved_run.h"
 #include "platform/trace.h"
 
 namespace pmddb832::bench {

@@ -3,7 +3,7 @@
 set(PMDDB832_SANITIZE "" CACHE STRING "Sanitizers to build with, as in address,undefined")
 option(PMDDB832_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(PMDDB832_COVERAGE "Record which lines and branches run (clang only)" OFF)
-option(PMDDB832_BENCHMARKS "Build the benchmarks (native only)" OFF)
+option(PMDDB832_BENCHMARKS "Build the benchmarks" OFF)
 
 add_library(pmddb832_options INTERFACE)
 target_include_directories(pmddb832_options INTERFACE "${PROJECT_SOURCE_DIR}")
@@ -26,6 +26,8 @@ if(PMDDB832_COVERAGE)
 endif()
 if(PMDDB832_FUZZ)
   target_compile_options(pmddb832_options INTERFACE -fsanitize=fuzzer-no-link)
+  # Programs that are no fuzz targets take what the instrumented code calls from a sanitizer's runtime.
+  target_link_options(pmddb832_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(WIN32)
   target_link_options(pmddb832_options INTERFACE
