@@ -62,7 +62,11 @@ std::uint32_t ExtScanCmd::GetOptionStatus(std::uint8_t* mainStatus, std::uint32_
 std::uint32_t ExtScanCmd::GetScanPaperSize(std::uint32_t source, std::uint32_t* width,
                                            std::uint32_t* height) {
   const TraceScope trace{"Extcmd::GetScanPaperSize"};
-  if (ReadIdentity() == 0) return kUnreadable;
+  const std::uint32_t lastError = errorCode_;
+  if (ReadIdentity() == 0) {
+    errorCode_ = lastError;  // the result alone reports a failed query
+    return kUnreadable;
+  }
   AreaSize area = flatbed_;
   if (source == kFeeder && currentSettings->scanSource != 0) {
     TakeFeederArea();

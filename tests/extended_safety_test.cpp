@@ -55,6 +55,17 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(ScanPage().record.done == 1);
 }
 
+TEST_CASE_FIXTURE(ExtendedScanner,
+                  "a paper size without a basic resolution leaves the last error as it was") {
+  REQUIRE(Open() == 1);
+  PMAbortScan();
+  AnswerIdentity(Fill(80, 0));
+  std::uint32_t width = kUnwritten;
+  std::uint32_t height = kUnwritten;
+  CHECK(PMGetScanPaperSize(2, &width, &height) == 7);
+  CHECK(PMGetScanError() == 9);
+}
+
 TEST_CASE_FIXTURE(ExtendedScanner, "blocks without data give white rows, one block for its lines") {
   REQUIRE(Open() == 1);
   const Bytes parameters = AskForWideLines(10);
