@@ -48,9 +48,11 @@ LinePlacement PlaceLine(std::uint32_t left, std::uint32_t width, std::uint32_t l
 
 std::uint32_t AreaError(std::uint32_t level, std::uint32_t left, std::uint32_t top,
                         std::uint32_t width, std::uint32_t height) {
-  if (level < kLargeAreaLevel) return kNoError;
-  if (left > kFarthestOrigin || top > kFarthestOrigin) return kOriginBeyondLimits;
-  return width > kWidestArea || height > kHighestArea ? kAreaBeyondLimits : kNoError;
+  if (level >= kLargeAreaLevel) {
+    if (left > kFarthestOrigin || top > kFarthestOrigin) return kOriginBeyondLimits;
+    if (width > kWidestArea || height > kHighestArea) return kAreaBeyondLimits;
+  }
+  return width == 0 ? kEmptyLine : kNoError;
 }
 
 ClippedWidth ClipWidth(std::uint32_t level, std::uint8_t bitDepth, std::uint32_t width) {

@@ -16,7 +16,8 @@ std::uint32_t ProductLimit(std::uint16_t modelQuirk);
 LinePlacement PlaceLine(std::uint32_t left, std::uint32_t width, std::uint32_t limit,
                         std::uint32_t level, bool mirror, std::uint8_t paramG);
 
-// Levels of 8 and above: kOriginBeyondLimits, kAreaBeyondLimits or kNoError. Below, kNoError.
+// Why an area is not sent, or kNoError: kOriginBeyondLimits or kAreaBeyondLimits at levels of 8 and
+// above, kEmptyLine at every level for a placed line without pixels.
 std::uint32_t AreaError(std::uint32_t level, std::uint32_t left, std::uint32_t top,
                         std::uint32_t width, std::uint32_t height);
 

@@ -68,8 +68,10 @@ TEST_CASE("standard: a line whose rounding alone is beyond the area is cut too")
   CheckArea({"B4", 795, 201}, 795, 200);
 }
 
-TEST_CASE("standard: a line of less than 8 pixels up to the edge is sent as 0 pixels") {
-  CheckArea({"B4", 995, 100}, 995, 0);
+TEST_CASE("standard: a line that is left without pixels is refused with code 1, without ESC A") {
+  CHECK(CodeOf({"B4", 65530, 100}, "") == 1);  // less than 8 pixels up to the edge
+  CHECK(CodeOf({"B5", 0, 5, true}, "") == 1);
+  CHECK(CodeOf({"B8", 65530, 100}, "") == 1);
 }
 
 TEST_CASE("standard: mirrored at level B5 and above, the line keeps its right edge") {
