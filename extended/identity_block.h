@@ -1,5 +1,6 @@
 #pragma once
 
+#include "transport/named_field.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -29,6 +30,27 @@ inline constexpr std::size_t kProductNameBytes = 16;
 inline constexpr std::uint8_t kFeederVariant = 0x20;
 inline constexpr std::uint8_t kSecondFeederCapability = 0x10;
 inline constexpr std::uint8_t kThirdFeederCapability = 0x08;
+
+inline constexpr std::array kFeederFlagNames{
+    ValueName{kFeederVariant, "feeder variant"},
+    ValueName{kSecondFeederCapability, "second capability"},
+    ValueName{kThirdFeederCapability, "third capability"},
+};
+
+inline constexpr std::array kFields{
+    NamedText("command level", decltype(kLevelLetter)::kOffset, 2),
+    Named("basic resolution", kBasicResolution, "dpi"),
+    Named("minimum resolution, halved", kMinimumResolutionLow, "dpi"),
+    Named("maximum resolution, doubled", kMaximumResolution, "dpi"),
+    Named("flatbed width", kFlatbedWidth, "pixels"),
+    Named("flatbed height", kFlatbedHeight, "pixels"),
+    Named("feeder width", kFeederWidth, "pixels"),
+    Named("feeder height", kFeederHeight, "pixels"),
+    Named("transparency unit width", kTransparencyWidth, "pixels"),
+    Named("transparency unit height", kTransparencyHeight, "pixels"),
+    NamedFlags("feeder capabilities", kFeederFlags, kFeederFlagNames),
+    NamedText("product name", kProductNameOffset, kProductNameBytes),
+};
 
 }  // namespace identity
 }  // namespace pmddb832

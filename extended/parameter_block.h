@@ -1,5 +1,7 @@
 #pragma once
 
+#include "transport/named_field.h"
+#include "transport/value_names.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -29,6 +31,29 @@ inline constexpr Field<std::uint8_t, 34> kEnhancement;
 inline constexpr Field<std::uint8_t, 35> kSharpness;
 inline constexpr Field<std::uint8_t, 36> kMirror;
 inline constexpr Field<std::uint8_t, 37> kOptionParam;
+
+inline constexpr std::array kFields{
+    Named("main resolution", kMainResolution, "dpi"),
+    Named("sub resolution", kSubResolution, "dpi"),
+    Named("area left", kAreaLeft, "pixels"),
+    Named("area top", kAreaTop, "lines"),
+    Named("area width", kAreaWidth, "pixels"),
+    Named("area height", kAreaHeight, "lines"),
+    NamedChoice("colour mode", kColorMode, names::kColorModes),
+    Named("bits per sample", kBitsPerSample),
+    NamedChoice("option unit", kOptionUnit, names::kOptionUnit),
+    Named("parameter g", kParamG),
+    Named("lines per block", kLinesPerBlock),
+    NamedChoice("gamma code", kGammaCode, names::kGammaCodes),
+    Named("brightness", kBrightness, FieldShape::kSigned),
+    NamedChoice("colour correction", kColorCorrection, names::kOnOff),
+    Named("halftone code", kHalftone, FieldShape::kCode),
+    Named("mode override", kModeOverride, FieldShape::kCode),
+    Named("enhancement", kEnhancement),
+    Named("sharpness", kSharpness, FieldShape::kSigned),
+    NamedChoice("mirror", kMirror, names::kOnOff),
+    Named("option parameter", kOptionParam, FieldShape::kCode),
+};
 
 }  // namespace parameter
 }  // namespace pmddb832

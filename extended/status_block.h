@@ -1,6 +1,8 @@
 #pragma once
 
+#include "transport/named_field.h"
 #include "transport/status_bits.h"
+#include "transport/value_names.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -15,6 +17,18 @@ inline constexpr Field<std::uint8_t, 1> kFeeder;
 inline constexpr Field<std::uint8_t, 2> kTransparency;
 
 inline constexpr std::uint8_t kNotReady = 0x40;  // main status
+
+inline constexpr std::array kMainNames{
+    ValueName{kFatalError, "fatal error", true},
+    ValueName{kNotReady, "not ready", true},
+    ValueName{kWarmingUp, "warming up", true},
+};
+
+inline constexpr std::array kFields{
+    NamedFlags("main status", kMain, kMainNames),
+    NamedFlags("feeder", kFeeder, names::kFeederStatus),
+    NamedFlags("transparency unit", kTransparency, names::kTransparencyStatus),
+};
 
 }  // namespace status
 }  // namespace pmddb832

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "transport/named_field.h"
+#include "transport/value_names.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -17,6 +19,14 @@ inline constexpr Field<std::uint32_t, 10> kLastBlockBytes;
 
 // In the header's status byte and in the one behind each block.
 inline constexpr std::uint8_t kError = 0x80;
+
+inline constexpr std::array kStatusNames{ValueName{kError, "error", true}};
+
+inline constexpr std::array kFields{
+    NamedChoice("start byte", kStx, names::kStx),  NamedFlags("status", kStatus, kStatusNames),
+    Named("full block", kBlockBytes, "bytes"),     Named("full blocks", kFullBlocks),
+    Named("last block", kLastBlockBytes, "bytes"),
+};
 
 }  // namespace transfer
 }  // namespace pmddb832

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "transport/named_field.h"
+#include "transport/value_names.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -19,6 +21,19 @@ inline constexpr std::size_t kOneLineHeaderBytes = 4;
 inline constexpr std::uint8_t kError = 0x80;   // in the reply to ESC "G": ask again
 inline constexpr std::uint8_t kDisarm = 0x40;  // no new start before the next set-up
 inline constexpr std::uint8_t kLast = 0x20;    // the last block, which is not acknowledged
+
+inline constexpr std::array kStatusNames{
+    ValueName{kError, "error", true},
+    ValueName{kDisarm, "no new start"},
+    ValueName{kLast, "last block"},
+};
+
+inline constexpr std::array kFields{
+    NamedChoice("start byte", kStx, names::kStx),
+    NamedFlags("status", kStatus, kStatusNames),
+    Named("line", kLineBytes, "bytes"),
+    Named("lines", kLines),
+};
 
 }  // namespace block
 }  // namespace pmddb832

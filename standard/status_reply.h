@@ -1,7 +1,9 @@
 #pragma once
 
 #include "transport/general_cmd.h"
+#include "transport/named_field.h"
 #include "transport/status_bits.h"
+#include "transport/value_names.h"
 #include "transport/wire_block.h"
 
 namespace pmddb832 {
@@ -26,6 +28,25 @@ inline constexpr std::uint8_t kHeaderError = 0x80;  // header status
 // main status of a scanner with a feeder
 inline constexpr std::uint8_t kFeederVariant = 0x20;
 inline constexpr std::uint8_t kSecondFeederCapability = 0x10;
+
+inline constexpr std::array kHeaderStatusNames{ValueName{kHeaderError, "error", true}};
+inline constexpr std::array kMainNames{
+    ValueName{status::kFatalError, "fatal error", true},
+    ValueName{kFeederVariant, "feeder variant"},
+    ValueName{kSecondFeederCapability, "second feeder capability"},
+    ValueName{status::kWarmingUp, "warming up", true},
+};
+
+inline constexpr std::array kFields{
+    NamedFlags("header status", kHeaderStatus, kHeaderStatusNames),
+    NamedFlags("main status", kMain, kMainNames),
+    NamedFlags("feeder", kFeeder, names::kFeederStatus),
+    Named("feeder width", kFeederWidth, "pixels"),
+    Named("feeder height", kFeederHeight, "pixels"),
+    NamedFlags("transparency unit", kTransparency, names::kTransparencyStatus),
+    Named("transparency unit width", kTransparencyWidth, "pixels"),
+    Named("transparency unit height", kTransparencyHeight, "pixels"),
+};
 
 }  // namespace status_reply
 }  // namespace pmddb832

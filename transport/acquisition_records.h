@@ -10,11 +10,11 @@ namespace pmddb832 {
 
 enum AcquisitionStatus : std::uint32_t {
   kAcquisitionGoOn = 1,
-  kAcquisitionFailed = 2,       // GetLastError tells why
+  kAcquisitionFailed = 2,       // PMGetScanError tells why
   kAcquisitionFreshBuffer = 3,  // from the host, standard set: start with a new receive buffer
 };
 
-// Filled by InitAcquire.
+// Filled by PMInitAcquire.
 struct AcquisitionSetup {
   std::uint32_t status;       // 0: AcquisitionStatus
   std::uint32_t reserved4;    // 4
@@ -24,7 +24,7 @@ struct AcquisitionSetup {
   std::uint32_t heightLines;  // 20
 };
 
-// Filled by AcquireImage.
+// Filled by PMAcquireImage.
 struct AcquisitionBand {
   std::uint32_t status;     // 0: AcquisitionStatus
   std::uint32_t reserved4;  // 4
