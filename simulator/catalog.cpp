@@ -5,10 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "simulator/extended_scanner.h"
 #include "simulator/level_reply.h"
 #include "simulator/models.h"
-#include "simulator/standard_scanner.h"
 
 namespace simulator {
 namespace {
@@ -112,20 +110,6 @@ StandardScannerConfig StandardConfig(const Model& model) {
   return config;
 }
 
-void Equip(Equipment& equipment, const Model& model, const Extras& extras, Picture onBed) {
-  equipment.optionUnit = model.optionUnit;
-  if (model.optionUnit == OptionUnit::kFeeder) equipment.feederPages.assign(extras.pages, onBed);
-  equipment.onBed = std::move(onBed);
-  equipment.defects = extras.defects;
-}
-
-template <class MadeScanner, class Config>
-std::unique_ptr<Scanner> Make(Config config, const Model& model, const Extras& extras,
-                              Picture onBed) {
-  Equip(config, model, extras, std::move(onBed));
-  return std::make_unique<MadeScanner>(std::move(config));
-}
-
 const FamilyRow* FindFamily(std::string_view name) {
   for (const FamilyRow& row : kFamilies) {
     if (row.name == name) return &row;
@@ -135,19 +119,42 @@ const FamilyRow* FindFamily(std::string_view name) {
 
 }  // namespace
 
-std::unique_ptr<Scanner> MakeScanner(std::string_view name, Picture onBed) {
-  std::string_view rest = name;
-  const std::string_view full = CutBefore(rest, '+');
-  std::string_view modelId = full;
+ScannerConfig ConfigOf(std::string_view name) {
+  std::string_view modelId = name;
   const std::string_view familyName = CutBefore(modelId, ':');
   const FamilyRow* const row = FindFamily(familyName);
-  if (row == nullptr) ThrowUnknown(full);
-  const Model* const model = FindModel(row->family, familyName == full ? row->plainModel : modelId);
-  if (model == nullptr) ThrowUnknown(full);
+  if (row == nullptr) ThrowUnknown(name);
+  const Model* const model = FindModel(row->family, familyName == name ? row->plainModel : modelId);
+  if (model == nullptr) ThrowUnknown(name);
+  ScannerConfig config = row->family == Family::kExtended ? ScannerConfig(ExtendedConfig(*model))
+                                                          : ScannerConfig(StandardConfig(*model));
+  EquipmentOf(config).optionUnit = model->optionUnit;
+  return config;
+}
+
+Equipment& EquipmentOf(ScannerConfig& config) {
+  return std::visit([](auto& either) -> Equipment& { return either; }, config);
+}
+
+std::unique_ptr<Scanner> MakeScanner(ScannerConfig config) {
+  if (auto* const extended = std::get_if<ExtendedScannerConfig>(&config)) {
+    return std::make_unique<ExtendedScanner>(std::move(*extended));
+  }
+  return std::make_unique<StandardScanner>(std::move(std::get<StandardScannerConfig>(config)));
+}
+
+std::unique_ptr<Scanner> MakeScanner(std::string_view name, Picture onBed) {
+  std::string_view rest = name;
+  ScannerConfig config = ConfigOf(CutBefore(rest, '+'));
   const Extras extras = ParseExtras(rest);
-  return row->family == Family::kExtended
-             ? Make<ExtendedScanner>(ExtendedConfig(*model), *model, extras, std::move(onBed))
-             : Make<StandardScanner>(StandardConfig(*model), *model, extras, std::move(onBed));
+  Equipment& equipment = EquipmentOf(config);
+  if (equipment.optionUnit == OptionUnit::kFeeder) {
+    equipment.feederPages.assign(1, onBed);
+    equipment.feederCopies.assign(1, extras.pages);
+  }
+  equipment.onBed = std::move(onBed);
+  equipment.defects = extras.defects;
+  return MakeScanner(std::move(config));
 }
 
 std::vector<std::string> ScannerNames() {

@@ -1,15 +1,17 @@
 #include "simulator/document_source.h"
 
+#include <utility>
+
 #include "simulator/status_bits.h"
 
 namespace simulator {
 
-DocumentSource::DocumentSource(const Equipment& equipment, bool feederIsVariant)
+DocumentSource::DocumentSource(Equipment& equipment, bool feederIsVariant)
     : unit(equipment.optionUnit),
       variant(feederIsVariant),
       coverOpen(equipment.defects.coverOpen),
       transparencyUnitError(equipment.defects.transparencyUnitError),
-      feeder(equipment.feederPages) {}
+      feeder(std::move(equipment.feederPages), equipment.feederCopies) {}
 
 std::string DocumentSource::WhyImpossible(std::uint8_t optionValue) const {
   if (optionValue == 0) return {};

@@ -11,8 +11,9 @@ namespace simulator {
 // Where the scanner takes documents from: the bed, or the option unit when it is switched on.
 class DocumentSource {
  public:
-  // A variant of the feeder takes option values above 1.
-  DocumentSource(const Equipment& equipment, bool feederIsVariant);
+  // Takes the pages of the feeder out of the equipment. A variant of the feeder takes option values
+  // above 1.
+  DocumentSource(Equipment& equipment, bool feederIsVariant);
 
   // Why the option value is impossible; empty when it is possible.
   std::string WhyImpossible(std::uint8_t optionValue) const;

@@ -40,6 +40,13 @@ void Scanner::ClearReplies() {
   outOfStep = false;
 }
 
+void Scanner::DropAnswer() {
+  while (SendBlockPiece()) {
+  }
+  replies.Clear();
+  blockInQueue = false;
+}
+
 // A command breaks a block off that is under way. Other unread bytes stay: the driver will take
 // them for the answer to what it sends now, as with a real scanner.
 void Scanner::JudgeUnread(Bytes written) {

@@ -29,6 +29,12 @@ class Scanner : public pmddb832::StillImageDevice {
   // Why the scanner answered NAK or refused a transfer: a sentence each.
   const std::vector<std::string>& Refusals() const { return refusals; }
 
+  // Somebody disturbs the conversation on its way: until a reset nothing is a violation.
+  void Disturb() { ExcuseOutOfStep(); }
+
+  // Forgets all that the scanner has to say before the driver writes again.
+  void DropAnswer();
+
   // A read of more than the scanner has to say fails after all that there was has been delivered;
   // a real scanner would hang. Bytes may come and go in any portions.
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) final;

@@ -20,7 +20,9 @@ struct Manners {
 struct Equipment {
   OptionUnit optionUnit = OptionUnit::kNone;
   std::vector<Picture> feederPages;  // the first is scanned first
-  Picture onBed;                     // lies in the transparency unit as well
+  // How often each of them lies there, one behind the other; once where nothing is said.
+  std::vector<std::uint32_t> feederCopies;
+  Picture onBed;  // lies in the transparency unit as well
   Defects defects;
 };
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "simulator/device_results.h"
 #include "simulator/scanner.h"
 
 // The device interface of the scanner.
@@ -9,8 +10,6 @@ namespace {
 
 constexpr auto kNotImplemented = static_cast<std::int32_t>(0x80004001);
 constexpr auto kNoInterface = static_cast<std::int32_t>(0x80004002);
-constexpr auto kUnplugged = static_cast<std::int32_t>(0x8007048F);  // device not connected
-constexpr auto kTimeout = static_cast<std::int32_t>(0x80070079);
 
 }  // namespace
 
@@ -25,10 +24,10 @@ std::int32_t Scanner::RawReadData(void* buffer, std::uint32_t* byteCount, void*)
   replies.Drop(available - *byteCount);
   if (*byteCount < available) ExcuseOutOfStep();
   cable.Passed(available);
-  if (passing < wanted) return kUnplugged;
+  if (passing < wanted) return device_results::kUnplugged;
   if (available == wanted) return 0;
   JudgeReading(wanted, available);
-  return kTimeout;
+  return device_results::kTimeout;
 }
 
 std::int32_t Scanner::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
@@ -37,7 +36,7 @@ std::int32_t Scanner::RawWriteData(void* buffer, std::uint32_t byteCount, void*)
   Bytes bytes(static_cast<const std::uint8_t*>(buffer), passing);
   if (!bytes.empty()) JudgeUnread(bytes);
   while (!bytes.empty()) bytes = bytes.subspan(Consume(bytes));
-  return passing < byteCount ? kUnplugged : 0;
+  return passing < byteCount ? device_results::kUnplugged : 0;
 }
 
 std::int32_t Scanner::QueryInterface(const void*, void**) {
