@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace capture {
+
+// What the module did in another way than the capture tells.
+struct Difference {
+  std::uint32_t line = 0;  // of the capture's file, 0 when it comes from none
+  std::string call;        // the export that was called; empty while the module was unloaded
+  std::string expected;    // as a capture would hold it, without the last line feed
+  std::string came;
+  std::string decoded;  // what that means, a line for each fact; may be empty
+};
+
+// Collects differences. After the first one a strict comparison is over.
+class DifferenceLog {
+ public:
+  explicit DifferenceLog(bool isTolerant) : goesOn(isTolerant) {}
+
+  void Add(Difference difference) { found.push_back(std::move(difference)); }
+
+  bool IsTolerant() const { return goesOn; }
+  bool IsOver() const { return !goesOn && !found.empty(); }
+  const std::vector<Difference>& All() const { return found; }
+
+ private:
+  const bool goesOn;
+  std::vector<Difference> found;
+};
+
+}  // namespace capture
