@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,10 @@ namespace pmscan {
 std::vector<std::string> CommandLineArguments();
 
 std::wstring ToWide(const std::string& utf8);
+std::string ToUtf8(const wchar_t* wide);
+
+// Where the user's profiles are kept; relative when the system tells no folder for it.
+std::filesystem::path ProfileFolder();
 
 // False when standard error goes into a file or a pipe.
 bool IsErrorOutputTerminal();

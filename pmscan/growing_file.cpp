@@ -11,23 +11,16 @@ namespace {
 
 constexpr std::streamoff kBitmapSizeOffset = 2;
 
-std::filesystem::path WithSuffix(std::filesystem::path path, const wchar_t* suffix) {
-  return path += suffix;
-}
-
 }  // namespace
-
-GrowingFile::GrowingFile(const std::filesystem::path& finalPlace)
-    : place(finalPlace), path(WithSuffix(finalPlace, L".part")) {}
 
 GrowingFile::~GrowingFile() {
   std::error_code ignored;
   std::filesystem::remove(path, ignored);
 }
 
-std::uint32_t GrowingFile::TakePlace() const {
-  constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  return MoveFileExW(path.c_str(), place.c_str(), kHow) != 0 ? ERROR_SUCCESS : GetLastError();
+std::uint32_t GrowingFile::TakePlace(bool mayReplace) const {
+  const DWORD how = MOVEFILE_WRITE_THROUGH | (mayReplace ? MOVEFILE_REPLACE_EXISTING : 0);
+  return MoveFileExW(path.c_str(), place.c_str(), how) != 0 ? ERROR_SUCCESS : GetLastError();
 }
 
 void GrowingFile::CorrectBitmapSize() const {

@@ -5,20 +5,21 @@
 
 namespace pmscan {
 
-// A file that grows beside its place under a name of its own, and is removed with this object
-// unless it took its place before.
+// A file that grows under a name of its own, and is removed with this object unless it took its
+// place before.
 class GrowingFile {
  public:
-  explicit GrowingFile(const std::filesystem::path& finalPlace);
+  GrowingFile(const std::filesystem::path& growingPath, const std::filesystem::path& finalPlace)
+      : place(finalPlace), path(growingPath) {}
   ~GrowingFile();
   GrowingFile(const GrowingFile&) = delete;
   GrowingFile& operator=(const GrowingFile&) = delete;
 
   const wchar_t* Path() const { return path.c_str(); }
 
-  // Replaces what stands in the place. Nobody has the file open. Returns 0 or Windows' error
-  // number.
-  std::uint32_t TakePlace() const;
+  // Replaces what stands in the place, if it may. Nobody has the file open. Returns 0 or Windows'
+  // error number.
+  std::uint32_t TakePlace(bool mayReplace) const;
 
   // Writes the file's size into the header of a bitmap file: some versions of Wine leave the
   // palette out of it.

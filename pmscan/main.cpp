@@ -1,62 +1,78 @@
 #include <algorithm>
-#include <cstdint>
 #include <exception>
 #include <iostream>
 #include <memory>
-#include <stdexcept>
+#include <nlohmann/json.hpp>
+#include <optional>
 
+#include "pmscan/capture_session.h"
 #include "pmscan/command_line.h"
 #include "pmscan/console.h"
+#include "pmscan/convert_command.h"
+#include "pmscan/decode_command.h"
+#include "pmscan/device_connection.h"
+#include "pmscan/devices_command.h"
+#include "pmscan/dry_run.h"
 #include "pmscan/error_codes.h"
 #include "pmscan/failure.h"
 #include "pmscan/help_text.h"
 #include "pmscan/imaging_component.h"
+#include "pmscan/json_report.h"
 #include "pmscan/module_exports.h"
 #include "pmscan/module_library.h"
-#include "pmscan/picture_reader.h"
+#include "pmscan/replay_command.h"
 #include "pmscan/report.h"
 #include "pmscan/scan_command.h"
 #include "pmscan/session.h"
-#include "simulator/catalog.h"
-#include "simulator/test_page.h"
 
 namespace pmscan {
 namespace {
 
-// The test page is drawn as finely as it is scanned, within what looks well and is quickly drawn.
-constexpr std::uint32_t kCoarsestTestPage = 300;
-constexpr std::uint32_t kFinestTestPage = 600;
-
-simulator::Picture PictureOnBed(const Options& options) {
-  if (options.command == Command::kInfo) return {};
-  if (!options.original.empty()) return ReadPicture(options.original);
-  return simulator::RenderTestPage(
-      std::clamp(options.dotsPerInch, kCoarsestTestPage, kFinestTestPage));
-}
-
-std::unique_ptr<simulator::Scanner> MakeScanner(const Options& options) {
-  const std::string name = SimulatorName(options.device);
-  try {
-    return simulator::MakeScanner(name, PictureOnBed(options));
-  } catch (const std::invalid_argument& reason) {
-    throw Failure(kUsage, std::string("--device: ") + reason.what() + ".");
-  }
-}
-
-void Connect(simulator::Scanner& scanner, const Options& options,
+void Connect(pmddb832::StillImageDevice& device, const std::string& modelId,
              pmddb832::ScannerSettings& settings) {
-  settings.deviceInterface = &scanner;
+  settings.deviceInterface = &device;
   settings.useDeviceInterface = 1;
-  const std::string modelId = ModelIdOf(SimulatorName(options.device));
   std::copy_n(modelId.begin(), std::min(modelId.size(), sizeof(settings.modelId) - 1),
               settings.modelId);
 }
 
-void RunCommand(const Options& options, const ModuleExports& module,
-                pmddb832::ScannerSettings& settings) {
-  if (options.command == Command::kScan) return RunScanCommand(options, module, settings);
+void RunInfo(const Options& options, const ModuleExports& module,
+             pmddb832::ScannerSettings& settings, Json& report) {
   const Session session(module, settings);
-  std::cout << ScannerReport(module, settings);
+  const ScannerFacts facts = AskScanner(module, settings);
+  if (options.isJson) {
+    report = ScannerJson(facts);
+  } else {
+    std::cout << ScannerReport(facts);
+  }
+}
+
+// The start is kept from the scanner, and the module fails for that reason.
+void RunDry(const Options& options, const ModuleExports& module,
+            pmddb832::ScannerSettings& settings, Json& report) {
+  pmddb832::StillImageDevice& scanner = *settings.deviceInterface;
+  DryRunDevice device(scanner);
+  settings.deviceInterface = &device;
+  std::optional<Failure> failure;
+  try {
+    PrepareScan(options, module, settings);
+  } catch (const Failure& reason) {
+    if (!device.HasReachedStart()) failure.emplace(reason);
+  }
+  settings.deviceInterface = &scanner;
+  if (options.isJson) {
+    report = DryRunJson(device.Sent());
+  } else {
+    std::cout << DryRunReport(device.Sent());
+  }
+  if (failure) throw Failure(*failure);
+}
+
+void RunCommand(const Options& options, const ModuleExports& module,
+                pmddb832::ScannerSettings& settings, Json& report) {
+  if (options.command == Command::kInfo) return RunInfo(options, module, settings, report);
+  if (options.isDryRun) return RunDry(options, module, settings, report);
+  RunScanCommand(options, module, settings, report);
 }
 
 int Report(const Failure& failure) {
@@ -64,42 +80,96 @@ int Report(const Failure& failure) {
   return FindErrorCode(failure.code).exitCode;
 }
 
-void PrintAll(const std::vector<std::string>& sentences, const char* label) {
-  for (const std::string& sentence : sentences) std::cerr << label << sentence << "\n";
+// Records into `capture` what goes on, unless that is null.
+void RunWithModule(const Options& options, CaptureSession* capture,
+                   pmddb832::ScannerSettings& settings, Json& report) {
+  const ModuleLibrary library(options.modulePath);
+  const ModuleExports module = BindExports([&](const char* name) { return library.Find(name); });
+  RunCommand(options, capture == nullptr ? module : capture->Attach(module), settings, report);
 }
 
-// What the module did wrong weighs more than what went wrong.
-int Judge(const simulator::Scanner& scanner, int exitCode) {
-  if (exitCode != 0) PrintAll(scanner.Refusals(), "  The scanner refused: ");
-  if (scanner.Violations().empty()) return exitCode;
-  PrintAll(scanner.Violations(), "Violation: ");
-  return Report(Failure(kProtocolViolation));
+// The command as it was given, for the capture.
+std::string CommandText() {
+  std::string text = "pmscan";
+  for (const std::string& argument : CommandLineArguments()) text += " " + argument;
+  return text;
 }
 
-int RunWithScanner(const Options& options) {
-  const std::unique_ptr<simulator::Scanner> scanner = MakeScanner(options);
-  // The module reads the settings until it is unloaded, so they come first.
+// Runs the command and returns the exit code.
+int RunWithDevice(const Options& options, Json& report) {
+  const std::unique_ptr<DeviceConnection> connection = ConnectDevice(options);
+  // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
-  Connect(*scanner, options, settings);
+  Connect(connection->Device(), connection->ModelId(), settings);
+  std::optional<CaptureSession> capture;
+  if (!options.capture.file.empty()) {
+    capture.emplace(options.capture, options.mayOverwrite, CommandText());
+    capture->Attach(settings);
+  }
   int exitCode = 0;
   try {
-    const ModuleLibrary library(options.modulePath);
-    RunCommand(options, BindExports([&](const char* name) { return library.Find(name); }),
-               settings);
+    RunWithModule(options, capture ? &*capture : nullptr, settings, report);
+    if (capture) capture->Finish();
   } catch (const Failure& failure) {
     exitCode = Report(failure);
+    report["error"] = FailureJson(failure);
   }
-  return Judge(*scanner, exitCode);
+  return connection->Judge(exitCode);
+}
+
+int RunReporting(const Options& options, Json& report) {
+  try {
+    if (options.command == Command::kScan) RequireRunnable(options);
+    return RunWithDevice(options, report);
+  } catch (const Failure& failure) {
+    report["error"] = FailureJson(failure);
+    return Report(failure);
+  }
+}
+
+void ListDevices(bool isJson) {
+  const DeviceList list = FindDevices();
+  std::cout << (isJson ? JsonText(DeviceListJson(list)) : DeviceListText(list));
+}
+
+int RunDeviceCommand(const Options& options) {
+  const ComApartment apartment;
+  if (options.command == Command::kReplay) {
+    RunReplayCommand(options);
+    return 0;
+  }
+  if (options.command == Command::kDevices) {
+    ListDevices(options.isJson);
+    return 0;
+  }
+  Json report = Json::object();
+  const int exitCode = RunReporting(options, report);
+  report["exitCode"] = exitCode;
+  if (options.isJson) std::cout << JsonText(report);
+  return exitCode;
+}
+
+// Reads and writes files only. False when the command is another one.
+bool RunFileCommand(const Options& options) {
+  if (options.command == Command::kDecode) {
+    RunDecodeCommand(options, std::cout);
+    return true;
+  }
+  if (options.command != Command::kConvert) return false;
+  RunConvertCommand(options, std::cout);
+  return true;
 }
 
 int Run() {
-  const Options options = ParseCommandLine(CommandLineArguments());
+  const Options options = ParseCommandLine(CommandLineArguments(), ProfileFolder());
   if (options.command == Command::kHelp) {
     std::cout << HelpText();
     return 0;
   }
-  const ComApartment apartment;
-  return RunWithScanner(options);
+  if (RunFileCommand(options)) return 0;
+  const bool onlyKeepsProfile =
+      options.command == Command::kScan && !options.hasOutput && !options.isDryRun;
+  return onlyKeepsProfile ? 0 : RunDeviceCommand(options);
 }
 
 }  // namespace

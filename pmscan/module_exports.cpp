@@ -29,6 +29,11 @@ ModuleExports BindExports(const FindExport& find) {
   Bind(find, "PMEnableOption", module.enableOption);
   Bind(find, "PMGetScanPaperSize", module.getScanPaperSize);
   Bind(find, "PMGetScanError", module.getScanError);
+  Bind(find, "PMSetScannerHardware", module.setScannerHardware);
+  Bind(find, "PMEject", module.eject);
+  Bind(find, "PMFeed", module.feed);
+  Bind(find, "PMReset", module.reset);
+  Bind(find, "PMSetFocus", module.setFocus);
   return module;
 }
 

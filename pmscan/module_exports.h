@@ -6,7 +6,7 @@
 
 namespace pmscan {
 
-// The functions of the module that pmscan calls; the prototypes are those of interface/exports.h.
+// The functions of the module; the prototypes are those of interface/exports.h.
 struct ModuleExports {
   decltype(&PMOpenScanner) openScanner = nullptr;
   decltype(&PMCloseScanner) closeScanner = nullptr;
@@ -17,6 +17,11 @@ struct ModuleExports {
   decltype(&PMEnableOption) enableOption = nullptr;
   decltype(&PMGetScanPaperSize) getScanPaperSize = nullptr;
   decltype(&PMGetScanError) getScanError = nullptr;
+  decltype(&PMSetScannerHardware) setScannerHardware = nullptr;
+  decltype(&PMEject) eject = nullptr;
+  decltype(&PMFeed) feed = nullptr;
+  decltype(&PMReset) reset = nullptr;
+  decltype(&PMSetFocus) setFocus = nullptr;
 };
 
 // Address of an export by its name, null when there is none.

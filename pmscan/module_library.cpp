@@ -8,16 +8,13 @@
 #include "pmscan/console.h"
 #include "pmscan/error_codes.h"
 #include "pmscan/failure.h"
+#include "pmscan/program_folder.h"
 
 namespace pmscan {
 namespace {
 
-constexpr DWORD kLongestPath = 32768;
-
 std::filesystem::path BesideTheProgram() {
-  std::wstring program(kLongestPath, L'\0');
-  program.resize(GetModuleFileNameW(nullptr, program.data(), kLongestPath));
-  return std::filesystem::path(program).replace_filename(L"Pmddb832.dll");
+  return ProgramFolder() / "Pmddb832.dll";
 }
 
 }  // namespace

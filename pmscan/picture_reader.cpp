@@ -90,20 +90,22 @@ void PictureReader::ReadDeepGrey(simulator::Picture& picture) {
   for (const std::uint16_t sample : grey) picture.samples.insert(picture.samples.end(), 3, sample);
 }
 
+// By way of pixels with an opacity: some versions of Wine convert grey and indexed ones to nothing
+// else. The opacity is dropped.
 void PictureReader::ReadAnything(simulator::Picture& picture) {
+  constexpr std::uint32_t kChannels = 4;
   ComPointer<IWICFormatConverter> converter;
   Require(factory->CreateFormatConverter(converter.Receive()), "convert its pixels");
-  Require(converter->Initialize(frame.Get(), GUID_WICPixelFormat24bppBGR, WICBitmapDitherTypeNone,
+  Require(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
                                 nullptr, 0.0, WICBitmapPaletteTypeCustom),
           "convert its pixels");
   std::vector<std::uint8_t> bytes;
-  Copy(converter.Get(), 3, bytes);
-  picture.samples.resize(bytes.size());
-  for (std::size_t pixel = 0; pixel < bytes.size(); pixel += 3) {
-    for (std::size_t channel = 0; channel < 3; ++channel) {
+  Copy(converter.Get(), kChannels, bytes);
+  picture.samples.reserve(bytes.size() / kChannels * 3);
+  for (std::size_t pixel = 0; pixel < bytes.size(); pixel += kChannels) {
+    for (const std::size_t channel : {2u, 1u, 0u}) {
       // Times 257, full light stays full light.
-      picture.samples[pixel + channel] =
-          static_cast<std::uint16_t>(bytes[pixel + 2 - channel] * 257);
+      picture.samples.push_back(static_cast<std::uint16_t>(bytes[pixel + channel] * 257));
     }
   }
 }

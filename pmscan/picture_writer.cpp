@@ -6,6 +6,8 @@
 #include "pmscan/error_codes.h"
 #include "pmscan/failure.h"
 #include "pmscan/packed_colour.h"
+#include "pmscan/page_names.h"
+#include "pmscan/picture_copy.h"
 #include "pmscan/png_encoder_probe.h"
 #include "pmscan/sample_order.h"
 
@@ -55,58 +57,77 @@ std::array<WICColor, 216> CubeColours() {
   return colours;
 }
 
+std::uint32_t PixelBits(PixelLayout layout) {
+  switch (layout) {
+    case PixelLayout::kBlackWhite:
+      return 1;
+    case PixelLayout::kGrey8:
+    case PixelLayout::kPalette:
+      return 8;
+    case PixelLayout::kGrey16:
+      return 16;
+    case PixelLayout::kRgb48:
+      return 48;
+    default:
+      return 24;
+  }
+}
+
 bool IsDeep(PixelLayout layout) {
   return layout == PixelLayout::kGrey16 || layout == PixelLayout::kRgb48;
 }
 
 }  // namespace
 
-PictureWriter::PictureWriter(const std::string& file, const PictureFormat& pictureFormat,
-                             const ScanMode& scanMode, std::uint32_t width, std::uint32_t height,
-                             std::uint32_t dotsPerInch)
-    : name(file), growing(ToWide(file)), format(pictureFormat), mode(scanMode) {
-  CreateImagingFactory(factory, kOutputFile, name);
+PictureWriter::PictureWriter(const PictureFile& pictureFile)
+    : PictureWriter(pictureFile, GrowingName(pictureFile.name)) {}
+
+PictureWriter::PictureWriter(const PictureFile& pictureFile, const std::string& growingName)
+    : file(pictureFile), growing(ToWide(growingName), ToWide(file.name)) {
+  CreateImagingFactory(factory, kOutputFile, file.name);
   Require(factory->CreateStream(stream.Receive()), "create a stream");
   Require(stream->InitializeFromFilename(growing.Path(), GENERIC_WRITE), "create the file");
-  OpenFrame(width, height, dotsPerInch);
-  swapsSamples =
-      IsDeep(mode.layout) && format.container == Container::kPng && NeedsSwappedSamples(factory);
-}
-
-void PictureWriter::OpenFrame(std::uint32_t width, std::uint32_t height,
-                              std::uint32_t dotsPerInch) {
-  Require(factory->CreateEncoder(ContainerGuid(format.container), nullptr, encoder.Receive()),
+  Require(factory->CreateEncoder(ContainerGuid(file.format.container), nullptr, encoder.Receive()),
           "find an encoder");
   Require(encoder->Initialize(stream.Get(), WICBitmapEncoderNoCache), "begin the file");
+  swapsSamples = IsDeep(file.mode.layout) && file.format.container == Container::kPng &&
+                 NeedsSwappedSamples(factory);
+}
+
+void PictureWriter::BeginPage(std::uint32_t width, std::uint32_t height) {
+  pageWidth = width;
+  pageHeight = height;
+  linesWritten = 0;
   Require(encoder->CreateNewFrame(frame.Receive(), nullptr), "begin the picture");
   Require(frame->Initialize(nullptr), "begin the picture");
   Require(frame->SetSize(width, height), "set the size");
-  Require(frame->SetResolution(dotsPerInch, dotsPerInch), "set the resolution");
-  SetPixelFormat(PixelGuid(format.container, mode.layout));
+  Require(frame->SetResolution(file.dotsPerInch, file.dotsPerInch), "set the resolution");
+  SetPixelFormat(PixelFormat());
 }
 
 void PictureWriter::SetPixelFormat(const GUID& wanted) {
   GUID given = wanted;
   Require(frame->SetPixelFormat(&given), "set the pixel format");
   if (!IsEqualGUID(given, wanted)) {
-    throw Failure(kUnsupported, "This system cannot write " + std::string(format.name) +
-                                    " files of " + std::string(mode.description) +
+    throw Failure(kUnsupported, "This system cannot write " + std::string(file.format.name) +
+                                    " files of " + std::string(file.mode.description) +
                                     ": write a .png file instead.");
   }
-  const bool isGrey = mode.layout == PixelLayout::kGrey8 || mode.layout == PixelLayout::kBlackWhite;
-  const bool needsGreyPalette = isGrey && format.container == Container::kBmp;
-  if (needsGreyPalette || mode.layout == PixelLayout::kPalette) SetPalette();
+  const bool isGrey =
+      file.mode.layout == PixelLayout::kGrey8 || file.mode.layout == PixelLayout::kBlackWhite;
+  const bool needsGreyPalette = isGrey && file.format.container == Container::kBmp;
+  if (needsGreyPalette || file.mode.layout == PixelLayout::kPalette) SetPalette();
 }
 
 void PictureWriter::SetPalette() {
   ComPointer<IWICPalette> palette;
   Require(factory->CreatePalette(palette.Receive()), "create a palette");
-  if (mode.layout == PixelLayout::kPalette) {
+  if (file.mode.layout == PixelLayout::kPalette) {
     std::array<WICColor, 216> colours = CubeColours();
     Require(palette->InitializeCustom(colours.data(), static_cast<UINT>(colours.size())),
             "create a palette");
   } else {
-    const WICBitmapPaletteType type = mode.layout == PixelLayout::kGrey8
+    const WICBitmapPaletteType type = file.mode.layout == PixelLayout::kGrey8
                                           ? WICBitmapPaletteTypeFixedGray256
                                           : WICBitmapPaletteTypeFixedBW;
     Require(palette->InitializePredefined(type, FALSE), "create a palette");
@@ -118,41 +139,80 @@ void PictureWriter::SetPalette() {
 // many, which lies beyond the picture's width.
 void PictureWriter::Write(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                           std::uint32_t lines) {
-  if (mode.isPacked) {
-    prepared.resize(rows.size() / 2 * 3);
-    ExpandColour12(rows, prepared);
-    return WritePixels(prepared, lineBytes / 2 * 3, lines);
-  }
-  if (swapsSamples) {
-    prepared.resize(rows.size());
-    SwapSampleBytes(rows, prepared);
-    return WritePixels(prepared, lineBytes, lines);
-  }
-  WritePixels(rows, lineBytes, lines);
+  if (!file.mode.isPacked) return WritePixels(rows, lineBytes, lines);
+  prepared.resize(rows.size() / 2 * 3);
+  ExpandColour12(rows, prepared);
+  EncodePixels(prepared, lineBytes / 2 * 3, lines);
 }
 
 void PictureWriter::WritePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                                 std::uint32_t lines) {
+  if (!swapsSamples) return EncodePixels(rows, lineBytes, lines);
+  prepared.resize(rows.size());
+  SwapSampleBytes(rows, prepared);
+  EncodePixels(prepared, lineBytes, lines);
+}
+
+void PictureWriter::EncodePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
+                                 std::uint32_t lines) {
   // The component takes a pointer to non-constant bytes and only reads them.
   Require(frame->WritePixels(lines, lineBytes, static_cast<UINT>(rows.size()),
                              const_cast<BYTE*>(rows.data())),
           "write");
+  linesWritten += lines;
+}
+
+std::uint32_t PictureWriter::LineBytes(std::uint32_t width) const {
+  const std::uint64_t bits = std::uint64_t{width} * PixelBits(file.mode.layout);
+  return static_cast<std::uint32_t>((bits + 7) / 8);
+}
+
+const GUID& PictureWriter::PixelFormat() const {
+  return PixelGuid(file.format.container, file.mode.layout);
+}
+
+// The component does not finish a picture that lacks lines.
+void PictureWriter::FillPage() {
+  const std::uint32_t lineBytes = LineBytes(pageWidth);
+  const std::vector<std::uint8_t> line(lineBytes);
+  while (linesWritten < pageHeight) EncodePixels(line, lineBytes, 1);
+}
+
+void PictureWriter::EndPage(bool isKept) {
+  const std::uint32_t lines = linesWritten;
+  if (isKept) pageLines.push_back(lines);
+  needsTrimming = needsTrimming || !isKept || lines < pageHeight;
+  // Nobody will see a file without pages.
+  if (HasPages()) {
+    FillPage();
+    Require(frame->Commit(), "finish the picture");
+  }
+  frame.Reset();
 }
 
 std::uint64_t PictureWriter::Commit() {
-  Require(frame->Commit(), "finish the picture");
   Require(encoder->Commit(), "finish the file");
-  frame.Reset();
   encoder.Reset();
   stream.Reset();
-  if (format.container == Container::kBmp) growing.CorrectBitmapSize();
+  if (needsTrimming) return CommitTrimmed();
+  if (file.format.container == Container::kBmp) growing.CorrectBitmapSize();
   const std::uint64_t bytes = growing.Bytes();
-  Require(HRESULT_FROM_WIN32(growing.TakePlace()), "put the file in its place");
+  Require(HRESULT_FROM_WIN32(growing.TakePlace(file.mayReplace)), "put the file in its place");
   return bytes;
 }
 
+// The height of a page stands in front of its lines, so the file is written anew.
+std::uint64_t PictureWriter::CommitTrimmed() {
+  PictureWriter trimmed(file, GrowingName(GrowingName(file.name)));
+  const PictureCopy copy(factory, growing.Path(), file.name);
+  for (std::size_t page = 0; page < pageLines.size(); ++page) {
+    copy.CopyPage(static_cast<UINT>(page), pageLines[page], trimmed);
+  }
+  return trimmed.Commit();
+}
+
 void PictureWriter::Require(HRESULT result, const char* step) const {
-  RequireSuccess(result, kOutputFile, step, name);
+  RequireSuccess(result, kOutputFile, step, file.name);
 }
 
 }  // namespace pmscan

@@ -1,32 +1,59 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace pmscan {
 
-// Prints how far the scan is: on a terminal one line that is written over, elsewhere a line for
-// every tenth. There is at most one at a time: the module's progress callback carries no context.
-class ProgressPrinter {
+enum class ProgressStyle {
+  kNone,
+  kBar,    // one line that is written over, for a terminal
+  kLines,  // a line for every tenth: the bar where lines cannot be written over
+  kJson,   // a JSON object a line
+};
+
+// "bar", "json" or "none" as on the command line; nothing for another text.
+std::optional<ProgressStyle> FindProgressStyle(std::string_view name);
+
+// Prints how far the scan of each page is: lines, rate and time left.
+class ProgressMeter {
  public:
-  ProgressPrinter(std::ostream& output, bool outputIsTerminal);
-  ~ProgressPrinter();
-  ProgressPrinter(const ProgressPrinter&) = delete;
-  ProgressPrinter& operator=(const ProgressPrinter&) = delete;
+  using Clock = std::chrono::steady_clock;
 
-  // The module's progress callback.
-  static void OnProgress(std::uint32_t percent);
+  // `now` is asked for the time whenever something is printed.
+  ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
+                std::function<Clock::time_point()> now = &Clock::now);
+  ~ProgressMeter() { EndLine(); }
+  ProgressMeter(const ProgressMeter&) = delete;
+  ProgressMeter& operator=(const ProgressMeter&) = delete;
 
-  void Show(std::uint32_t percent);
+  // The scan of a page begins; pages count from 1.
+  void BeginPage(std::uint32_t number, std::uint32_t lines);
+
+  // So many lines of the page are there.
+  void Show(std::uint32_t linesDone);
 
   // Leaves the line that is written over, so that other text can follow.
   void EndLine();
 
  private:
+  void ShowBar(std::uint32_t linesDone, bool isOneLine);
+  void ShowJson(std::uint32_t linesDone);
+  double SecondsGone() const;
+
   std::ostream& out;
-  const bool isTerminal;
-  bool isLineOpen = false;
+  const ProgressStyle style;
+  const std::function<Clock::time_point()> clock;
+  Clock::time_point start;
+  std::uint32_t page = 0;
+  std::uint32_t total = 0;
   std::uint32_t nextPercent = 0;
+  std::size_t lineLength = 0;  // of the line that is written over; 0 when there is none
 };
 
 }  // namespace pmscan

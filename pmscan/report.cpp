@@ -10,27 +10,14 @@
 namespace pmscan {
 namespace {
 
-// What the module writes when it does not know the model.
-constexpr std::string_view kNoModel = "ORVAN";
-
 void AddLine(std::string& text, std::string_view label, std::string_view value) {
   std::string line(label);
   line.resize(std::max<std::size_t>(line.size(), 13), ' ');
   text.append(line).append(value).append("\n");
 }
 
-// The text of a zero-terminated, blank-padded field.
-template <std::size_t size>
-std::string FieldText(const char (&field)[size]) {
-  std::string text(field, std::find(field, field + size, '\0'));
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
-}
-
-std::string LevelText(const pmddb832::ScannerSettings& settings) {
-  const bool isExtended = settings.scanInfoVariant == 3;
-  return FieldText(settings.commandLevelText) +
-         (isExtended ? ", extended commands" : ", standard commands");
+std::string LevelText(const ScannerFacts& scanner) {
+  return scanner.level + (scanner.isExtended ? ", extended commands" : ", standard commands");
 }
 
 std::string PixelSizeText(std::uint32_t width, std::uint32_t height) {
@@ -42,70 +29,83 @@ std::string StatusText(std::uint32_t status) {
   return std::to_string(status) + ": " + std::string(FindErrorCode(status).meaning);
 }
 
-std::string ResolutionText(const pmddb832::ScannerSettings& settings) {
-  return std::to_string(settings.minResolutionCopy) + " to " +
-         std::to_string(settings.maxResolutionCopy) + " dpi, basic " +
-         std::to_string(settings.baseResolution) + " dpi";
+std::string ResolutionText(const ScannerFacts& scanner) {
+  return std::to_string(scanner.lowestResolution) + " to " +
+         std::to_string(scanner.highestResolution) + " dpi, basic " +
+         std::to_string(scanner.basicResolution) + " dpi";
 }
 
-std::string SourceText(const ModuleExports& module, pmddb832::ScannerSettings& settings,
-                       const ScanSource& source) {
-  if (!IsFitted(source, settings)) return "not fitted";
-  const bool isFlatbed = source.option == kFlatbedOption;
-  const BedSize bed{isFlatbed ? settings.bedWidth : settings.optionWidth,
-                    isFlatbed ? settings.bedHeight : settings.optionHeight};
-  std::string text = bed.width == 0 ? "size not told" : FormatBedSize(bed);
-  std::uint32_t width = 0;
-  std::uint32_t height = 0;
-  settings.scanSource = isFlatbed ? 0 : 1;
-  if (module.getScanPaperSize(source.option, &width, &height) == 0 && width > 0) {
-    text += ", " + PixelSizeText(width, height) + " pixels at the highest resolution";
+std::string SourceText(const SourceFacts& facts) {
+  if (!facts.isFitted) return "not fitted";
+  std::string text = facts.size.width == 0 ? "size not told" : FormatBedSize(facts.size);
+  if (facts.widthPixels > 0) {
+    text += ", " + PixelSizeText(facts.widthPixels, facts.heightPixels) +
+            " pixels at the highest resolution";
   }
-  settings.scanSource = 0;
-  return text + "; " + StatusText(module.getOptionStatus(source.option));
+  return text + "; " + StatusText(facts.status);
+}
+
+// Empty for what needs no words: the one page that was asked for.
+std::string PagesText(const ScanOutcome& outcome) {
+  const bool isUntilEmpty = outcome.end == BatchEnd::kFeederEmpty;
+  if (outcome.pages.size() == 1 && !isUntilEmpty) return {};
+  return std::to_string(outcome.pages.size()) + (isUntilEmpty ? "; the feeder is empty" : "");
+}
+
+std::string FileText(const SavedFile& file, const ScanOutcome& outcome) {
+  std::string text = file.name + ", " + outcome.formatName;
+  std::size_t pages = 0;
+  std::string part;
+  for (const SavedPage& page : outcome.pages) {
+    if (page.file != file.name) continue;
+    ++pages;
+    if (page.IsWhole()) continue;
+    part = std::to_string(page.lines) + " of " + std::to_string(page.height) + " lines";
+  }
+  if (pages > 1) text += ", " + std::to_string(pages) + " pages";
+  if (!part.empty()) text += (pages > 1 ? ", the last one " : ", ") + part;
+  return text + ", " + std::to_string(file.bytes) + " bytes";
 }
 
 }  // namespace
 
-std::string ModelText(const pmddb832::ScannerSettings& settings) {
-  const std::string model = FieldText(settings.modelName);
-  const std::string product = FieldText(settings.productNameReply);
-  if (model.empty() || model == kNoModel) return product.empty() ? "unknown" : product;
-  return product.empty() ? model : model + " (" + product + ")";
+std::string ModelText(const ScannerFacts& scanner) {
+  if (scanner.model.empty()) return scanner.product.empty() ? "unknown" : scanner.product;
+  return scanner.product.empty() ? scanner.model : scanner.model + " (" + scanner.product + ")";
 }
 
-std::string ScanReport(const pmddb832::ScannerSettings& settings, const ScanSource& source,
+std::string ScanReport(const ScannerFacts& scanner, const ScanSource& source,
                        const ScanRequest& request, const ScanOutcome& outcome) {
   const double dotsPerInch = request.dotsPerInch;
   std::array<char, 40> seconds{};
   std::snprintf(seconds.data(), seconds.size(), "%.1f s", outcome.seconds);
+  const std::string pages = PagesText(outcome);
   std::string text;
-  AddLine(text, "Model", ModelText(settings));
-  AddLine(text, "Level", LevelText(settings));
+  AddLine(text, "Model", ModelText(scanner));
+  AddLine(text, "Level", LevelText(scanner));
   AddLine(text, "Source", source.description);
   AddLine(text, "Mode", request.mode.description);
   AddLine(text, "Resolution", std::to_string(request.dotsPerInch) + " dpi");
   AddLine(text, "Pixels", PixelSizeText(request.area.width, request.area.height));
   AddLine(text, "Size",
           FormatSize(request.area.width / dotsPerInch, request.area.height / dotsPerInch));
-  AddLine(text, "File",
-          outcome.file + ", " + outcome.formatName + ", " + std::to_string(outcome.fileBytes) +
-              " bytes");
+  if (!pages.empty()) AddLine(text, "Pages", pages);
+  for (const SavedFile& file : outcome.files) AddLine(text, "File", FileText(file, outcome));
   AddLine(text, "Time", seconds.data());
   return text;
 }
 
-std::string ScannerReport(const ModuleExports& module, pmddb832::ScannerSettings& settings) {
+std::string ScannerReport(const ScannerFacts& scanner) {
   std::string text;
-  AddLine(text, "Model", ModelText(settings));
-  AddLine(text, "Product", FieldText(settings.productNameReply));
-  AddLine(text, "Level", LevelText(settings));
-  AddLine(text, "Resolutions", ResolutionText(settings));
-  AddLine(text, "Halftones", std::to_string(settings.halftoneInfo));
-  for (const ScanSource& source : kScanSources) {
-    std::string label(source.name);
+  AddLine(text, "Model", ModelText(scanner));
+  AddLine(text, "Product", scanner.product);
+  AddLine(text, "Level", LevelText(scanner));
+  AddLine(text, "Resolutions", ResolutionText(scanner));
+  AddLine(text, "Halftones", std::to_string(scanner.halftones));
+  for (const SourceFacts& facts : scanner.sources) {
+    std::string label(facts.source.name);
     label[0] = static_cast<char>(label[0] - 'a' + 'A');
-    AddLine(text, label, SourceText(module, settings, source));
+    AddLine(text, label, SourceText(facts));
   }
   return text;
 }

@@ -1,32 +1,33 @@
 #pragma once
 
-#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
-#include "interface/scanner_settings.h"
-#include "pmscan/module_exports.h"
+#include "pmscan/batch.h"
 #include "pmscan/scan_request.h"
 #include "pmscan/scan_source.h"
+#include "pmscan/scanner_facts.h"
 
 namespace pmscan {
 
 // What became of a scan.
 struct ScanOutcome {
-  std::string file;
+  std::vector<SavedPage> pages;
+  std::vector<SavedFile> files;
   std::string formatName;
-  std::uint64_t fileBytes = 0;
+  std::optional<BatchEnd> end;  // nothing when it failed or was interrupted
   double seconds = 0;
 };
 
 // "QM2700 (SCANNER QM-2700)": the model's name and the product name, as far as they are known.
-std::string ModelText(const pmddb832::ScannerSettings& settings);
+std::string ModelText(const ScannerFacts& scanner);
 
 // Summary of a scan, a line for each fact.
-std::string ScanReport(const pmddb832::ScannerSettings& settings, const ScanSource& source,
+std::string ScanReport(const ScannerFacts& scanner, const ScanSource& source,
                        const ScanRequest& request, const ScanOutcome& outcome);
 
-// What the scanner told of itself, and the status of each source. Asks the module for the status
-// and for the sizes in pixels, so the scanner is open; leaves ScannerSettings::scanSource at 0.
-std::string ScannerReport(const ModuleExports& module, pmddb832::ScannerSettings& settings);
+// What the scanner told of itself, and the status of each source.
+std::string ScannerReport(const ScannerFacts& scanner);
 
 }  // namespace pmscan

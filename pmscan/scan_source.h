@@ -17,11 +17,12 @@ struct ScanSource {
   std::uint32_t option;
 };
 
+inline constexpr std::uint32_t kFeederOption = 0;
 inline constexpr std::uint32_t kFlatbedOption = 2;
 
 inline constexpr std::array kScanSources{
     ScanSource{"flatbed", "flatbed", kFlatbedOption},
-    ScanSource{"feeder", "document feeder", 0},
+    ScanSource{"feeder", "document feeder", kFeederOption},
     ScanSource{"transparency", "transparency unit", 1},
 };
 

@@ -19,15 +19,11 @@ Session::~Session() {
 }
 
 void Session::Select(const ScanSource& source) {
-  if (source.option != kFlatbedOption) {
-    settings.scanSource = 1;
-    if (module.enableOption(1) == 0) {
-      throw Failure(module.getScanError(),
-                    "The scanner did not switch its " + std::string(source.description) + " on.");
-    }
-  }
-  const std::uint32_t status = module.getOptionStatus(source.option);
-  if (status != 0) throw Failure(status);
+  if (source.option == kFlatbedOption) return;
+  settings.scanSource = 1;
+  if (module.enableOption(1) != 0) return;
+  throw Failure(module.getScanError(),
+                "The scanner did not switch its " + std::string(source.description) + " on.");
 }
 
 }  // namespace pmscan

@@ -16,8 +16,8 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Makes the source that of the next scan, and makes sure that it is ready. Throws Failure with
-  // the module's code.
+  // Makes the source that of the next scan; it need not be ready. Throws Failure with the module's
+  // code.
   void Select(const ScanSource& source);
 
  private:

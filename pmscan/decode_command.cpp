@@ -1,0 +1,14 @@
+#include "pmscan/decode_command.h"
+
+#include <ostream>
+
+#include "capture/decode.h"
+#include "pmscan/capture_file.h"
+
+namespace pmscan {
+
+void RunDecodeCommand(const Options& options, std::ostream& out) {
+  out << capture::Decode(ReadCaptureFile(options.toldCapture));
+}
+
+}  // namespace pmscan
