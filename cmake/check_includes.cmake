@@ -14,10 +14,12 @@ set(extended_knows imaging transport platform)
 set(standard_knows imaging transport platform)
 set(interface_knows extended standard imaging transport platform)
 set(simulator_knows transport/still_image_device.h)
-set(pmscan_knows simulator interface/exports.h interface/scanner_settings.h
+# The wire blocks and their fields' names, to tell what was said.
+set(capture_knows extended standard transport interface/scanner_settings.h)
+set(pmscan_knows capture simulator interface/exports.h interface/scanner_settings.h
   transport/acquisition_records.h transport/still_image_device.h)
 set(module_rooms platform imaging transport extended standard interface)
-set(rooms ${module_rooms} simulator pmscan)
+set(rooms ${module_rooms} capture simulator pmscan)
 
 # May be read from every floor of the module.
 set(settings_record interface/scanner_settings.h)

@@ -11,13 +11,17 @@ target_compile_options(pmddb832_options INTERFACE
   -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Werror
   # GCC 12 takes the assignment of a literal to a std::string for an overlapping copy at -O3.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
-  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=." "-ffile-prefix-map=${CMAKE_BINARY_DIR}=build")
 if(PMDDB832_SANITIZE)
   # The check of dynamic types needs the type information that the module is built without.
   set(sanitizers -fsanitize=${PMDDB832_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
     -fno-omit-frame-pointer)
   target_compile_options(pmddb832_options INTERFACE ${sanitizers})
   target_link_options(pmddb832_options INTERFACE ${sanitizers})
+  if(PMDDB832_SANITIZE MATCHES memory)
+    target_compile_options(pmddb832_options INTERFACE
+      "-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/memory_sanitizer.ignore")
+  endif()
 endif()
 if(PMDDB832_COVERAGE)
   set(coverage -fprofile-instr-generate -fcoverage-mapping)
@@ -40,6 +44,18 @@ function(add_module_room name)
   target_link_libraries(${name} PUBLIC pmddb832_options)
   target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti $<$<PLATFORM_ID:Windows>:-g>)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# What is handed out holds no symbols: those of `target` lie in a file beside it. With a second
+# argument, the build fails when the target has more bytes than that.
+function(split_symbols target)
+  set(symbols "${CMAKE_BINARY_DIR}/${target}.debug")
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND "${CMAKE_COMMAND}" "-DFILE=$<TARGET_FILE:${target}>" "-DSYMBOLS=${symbols}"
+      "-DMOST_BYTES=${ARGN}" "-DOBJCOPY=${CMAKE_OBJCOPY}" "-DSTRIP=${CMAKE_STRIP}"
+      -P "${PROJECT_SOURCE_DIR}/cmake/split_symbols.cmake"
+    BYPRODUCTS "${symbols}"
+    VERBATIM)
 endfunction()
 
 # Header-only libraries of the distribution, also for the cross build: linked into a folder of
