@@ -227,11 +227,12 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a scan from the flatbed leaves the option un
   CHECK(module.calls == std::vector<std::string>{"close"});
 }
 
-TEST_CASE_FIXTURE(Fixture, "pmscan: a source that is not ready is told before the scan") {
-  module.status = 13;
+TEST_CASE_FIXTURE(Fixture, "pmscan: a source that does not switch on is a failure") {
+  module.enableResult = 0;
+  module.error = 9;
   pmddb832::ScannerSettings settings{};
   pmscan::Session session(kModule, settings);
-  CHECK(RefusalOf([&] { session.Select(*pmscan::FindScanSource("feeder")); }) == 13);
+  CHECK(RefusalOf([&] { session.Select(*pmscan::FindScanSource("feeder")); }) == 9);
 }
 
 }  // namespace

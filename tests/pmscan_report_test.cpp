@@ -40,7 +40,7 @@ TEST_CASE("pmscan: the scanner's report tells what is fitted, how large it is an
   module.getOptionStatus = &StatusOf;
   module.getScanPaperSize = &PaperSize;
   pmddb832::ScannerSettings settings = FeederScanner();
-  CHECK(pmscan::ScannerReport(module, settings) ==
+  CHECK(pmscan::ScannerReport(pmscan::AskScanner(module, settings)) ==
         "Model        QM2700 (SCANNER QM-2700)\n"
         "Product      SCANNER QM-2700\n"
         "Level        B8, extended commands\n"
@@ -54,11 +54,20 @@ TEST_CASE("pmscan: the scanner's report tells what is fitted, how large it is an
   CHECK(settings.scanSource == 0);
 }
 
-TEST_CASE("pmscan: the report of a scan tells what was scanned and where it is") {
+std::string ReportOf(const pmscan::ScanOutcome& outcome) {
   const pmscan::ScanRequest request{
       *pmscan::FindScanMode("grey"), 300, {0, 0, 2550, 3510}, false, false};
-  const pmscan::ScanOutcome outcome{"page.png", "PNG", 12345, 1.25};
-  CHECK(pmscan::ScanReport(FeederScanner(), *pmscan::FindScanSource("feeder"), request, outcome) ==
+  return ScanReport(pmscan::ReadFacts(FeederScanner()), *pmscan::FindScanSource("feeder"), request,
+                    outcome);
+}
+
+TEST_CASE("pmscan: the report of a scan tells what was scanned and where it is") {
+  const pmscan::ScanOutcome outcome{{{1, "page.png", 3510, 3510, 1}},
+                                    {{"page.png", 12345}},
+                                    "PNG",
+                                    pmscan::BatchEnd::kAllPages,
+                                    1.25};
+  CHECK(ReportOf(outcome) ==
         "Model        QM2700 (SCANNER QM-2700)\n"
         "Level        B8, extended commands\n"
         "Source       document feeder\n"
@@ -70,12 +79,37 @@ TEST_CASE("pmscan: the report of a scan tells what was scanned and where it is")
         "Time         1.2 s\n");
 }
 
+TEST_CASE("pmscan: the report of a batch lists its files, and which page is a part only") {
+  const pmscan::ScanOutcome outcome{{{1, "1.png", 3510, 3510, 1}, {2, "2.png", 99, 3510, 1}},
+                                    {{"1.png", 12345}, {"2.png", 678}},
+                                    "PNG",
+                                    std::nullopt,
+                                    1.25};
+  CHECK(
+      ReportOf(outcome).ends_with("Pages        2\n"
+                                  "File         1.png, PNG, 12345 bytes\n"
+                                  "File         2.png, PNG, 99 of 3510 lines, 678 bytes\n"
+                                  "Time         1.2 s\n"));
+}
+
+TEST_CASE("pmscan: the report of a file of several pages counts them") {
+  const pmscan::ScanOutcome outcome{{{1, "a.tif", 3510, 3510, 1}, {2, "a.tif", 99, 3510, 1}},
+                                    {{"a.tif", 12345}},
+                                    "TIFF",
+                                    pmscan::BatchEnd::kFeederEmpty,
+                                    1.25};
+  CHECK(ReportOf(outcome).ends_with(
+      "Pages        2; the feeder is empty\n"
+      "File         a.tif, TIFF, 2 pages, the last one 99 of 3510 lines, 12345 bytes\n"
+      "Time         1.2 s\n"));
+}
+
 TEST_CASE("pmscan: a scanner whose model is not known goes by its product name") {
   pmddb832::ScannerSettings settings = FeederScanner();
   std::memcpy(settings.modelName, "ORVAN  ", 8);
-  CHECK(pmscan::ModelText(settings) == "SCANNER QM-2700");
+  CHECK(pmscan::ModelText(pmscan::ReadFacts(settings)) == "SCANNER QM-2700");
   std::fill(std::begin(settings.productNameReply), std::end(settings.productNameReply), '\0');
-  CHECK(pmscan::ModelText(settings) == "unknown");
+  CHECK(pmscan::ModelText(pmscan::ReadFacts(settings)) == "unknown");
 }
 
 }  // namespace
