@@ -1,4 +1,5 @@
-// The exports in any order, with the host's choices between them, then the device's bytes.
+// The exports in any order, also out of the progress routine, with the host's choices between them,
+// then the device's bytes.
 
 #include "fuzz/fuzz_host.h"
 #include "interface/exports.h"
@@ -8,12 +9,23 @@ namespace {
 using pmddb832::fuzz::FuzzHost;
 using pmddb832::fuzz::Input;
 
+FuzzHost* currentHost = nullptr;
+Input* currentCalls = nullptr;
+
+void Call(FuzzHost& host, Input& calls);
+
+// Makes the next call, if one is left: each takes bytes of the input, so that calls within calls
+// come to an end.
+void CallBack(std::uint32_t /*percent*/) {
+  if (!currentCalls->Rest().empty()) Call(*currentHost, *currentCalls);
+}
+
 void Call(FuzzHost& host, Input& calls) {
   const std::uint8_t argument = calls.Byte();
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   host.device.NextCall();
-  switch (calls.Byte() % 14) {
+  switch (calls.Byte() % 15) {
     case 0:
       return PMCloseScanner();
     case 1:
@@ -40,6 +52,8 @@ void Call(FuzzHost& host, Input& calls) {
       return static_cast<void>(PMGetScanError());
     case 12:
       return ApplyScanChoices(calls, host.settings);
+    case 13:
+      return host.SetUp(argument, &CallBack);
     default:
       return PMSetScannerHardware(argument % 8 == 0 ? nullptr : &host.settings);
   }
@@ -52,6 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::uint8_t count = input.Byte() % 64;
   Input calls(input.Take(count * std::size_t{4}));
   FuzzHost host(input.Rest());
+  currentHost = &host;
+  currentCalls = &calls;
   if (calls.Byte() % 8 != 0) host.Open();
   for (std::uint8_t i = 0; i < count; ++i) Call(host, calls);
   return 0;

@@ -93,10 +93,10 @@ void FuzzHost::Scan(std::uint32_t outputFormat, std::uint32_t rows) {
   }
 }
 
-void FuzzHost::SetUp(std::uint32_t outputFormat) {
+void FuzzHost::SetUp(std::uint32_t outputFormat, ProgressCallback progress) {
   auto setup = std::make_unique<AcquisitionSetup>();
   device.NextCall();
-  PMInitAcquire(outputFormat, nullptr, setup.get());
+  PMInitAcquire(outputFormat, progress, setup.get());
   lineBytes_ = setup->lineBytes;
 }
 

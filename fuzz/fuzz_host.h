@@ -6,6 +6,7 @@
 
 #include "fuzz/fuzz_device.h"
 #include "interface/scanner_settings.h"
+#include "transport/acquisition_records.h"
 
 namespace pmddb832::fuzz {
 
@@ -40,7 +41,7 @@ class FuzzHost {
   void Open();
   // Sets a scan up and acquires it in buffers of exactly `rows` announced lines, at most 64.
   void Scan(std::uint32_t outputFormat, std::uint32_t rows);
-  void SetUp(std::uint32_t outputFormat);
+  void SetUp(std::uint32_t outputFormat, ProgressCallback progress = nullptr);
   // False when the image is done or the call failed.
   bool Acquire(std::uint32_t rows, std::uint32_t status = 0);
 

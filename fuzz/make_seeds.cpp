@@ -1,5 +1,5 @@
-// make_seeds FOLDER: writes the seed corpora of the fuzz targets, a folder for each target, from
-// conversations with the simulated scanners.
+// make_seeds FOLDER CAPTURES: writes the seed corpora of the fuzz targets, a folder for each
+// target, from conversations with the simulated scanners and from the captures in a folder.
 
 #include <array>
 #include <cstring>
@@ -7,9 +7,12 @@
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "capture/capture_reader.h"
+#include "capture/settings_text.h"
 #include "fuzz/fuzz_host.h"
 #include "fuzz/recording_device.h"
 #include "interface/exports.h"
@@ -157,6 +160,48 @@ void AddScan(const std::string& scanner, const Scan& scan, Corpora& corpora) {
   corpora.Add("calls_fuzzer", counted + answers);
 }
 
+// What a capture holds of the inputs of a fuzz target.
+struct CaptureInput {
+  Bytes opening;  // what the scanner says until the first call has returned
+  Bytes answers;  // and in all
+  ScannerSettings settings{};
+  std::uint8_t outputFormat = 0;
+  bool isOpen = false;
+
+  void operator()(const capture::Transfer& transfer) {
+    if (transfer.direction != capture::Direction::kFromScanner) return;
+    answers = answers + transfer.bytes.value_or(Bytes());
+  }
+  void operator()(const capture::RecordChange& change) { capture::Apply(change, settings); }
+  void operator()(const capture::CallBegin& call) {
+    if (call.name != "PMInitAcquire") return;
+    outputFormat = static_cast<std::uint8_t>(call.arguments.at(0).value);
+  }
+  void operator()(const capture::CallEnd&) {
+    if (!isOpen) opening = answers;
+    isOpen = true;
+  }
+};
+
+void AddCapture(const std::filesystem::path& file, Corpora& corpora) {
+  std::ifstream text(file);
+  CaptureInput input;
+  for (const capture::Entry& entry : capture::ReadCapture(text, file.string()).entries) {
+    std::visit(input, entry);
+  }
+  corpora.Add("open_fuzzer", input.opening);
+  Bytes record(sizeof(input.settings));
+  std::memcpy(record.data(), &input.settings, sizeof(input.settings));
+  corpora.Add("record_fuzzer", Bytes{input.outputFormat, kRows} + record + input.answers);
+}
+
+// In the order of their names, so that the seeds have the same names every time.
+void AddCaptures(const std::filesystem::path& folder, Corpora& corpora) {
+  std::set<std::filesystem::path> files;
+  for (const auto& file : std::filesystem::directory_iterator(folder)) files.insert(file.path());
+  for (const std::filesystem::path& file : files) AddCapture(file, corpora);
+}
+
 void AddConversions(Corpora& corpora) {
   for (std::uint8_t routine = 0; routine < 8; ++routine) {
     for (std::uint8_t flags = 0; flags < 4; ++flags) {
@@ -169,8 +214,8 @@ void AddConversions(Corpora& corpora) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: make_seeds FOLDER\n";
+  if (argc != 3) {
+    std::cerr << "usage: make_seeds FOLDER CAPTURES\n";
     return 1;
   }
   Corpora corpora(argv[1]);
@@ -181,6 +226,7 @@ int main(int argc, char** argv) {
   for (const char* scanner : {"extended", "extended:RV3100", "standard", "standard:QM2700"}) {
     for (const Scan& scan : kScans) AddScan(scanner, scan, corpora);
   }
+  AddCaptures(argv[2], corpora);
   AddConversions(corpora);
   std::cout << "wrote " << corpora.Total() << " seeds to " << argv[1] << "\n";
   return 0;

@@ -7,6 +7,15 @@
 #include "platform/trace.h"
 
 namespace pmddb832::platform {
+namespace {
+
+std::uint8_t* TakeHeapBlock(std::size_t bytes) {
+  const NativePlatform& native = Native();
+  if (native.takeHeapBlock != nullptr) return native.takeHeapBlock(bytes);
+  return static_cast<std::uint8_t*>(std::calloc(bytes, 1));
+}
+
+}  // namespace
 
 struct TraceLog {
   std::size_t number;
@@ -40,7 +49,7 @@ std::uint8_t* AllocateFromProcessHeap(std::size_t bytes) {
   std::optional<std::size_t>& left = Native().heapAllocationsLeft;
   if (left == 0) return nullptr;
   if (left.has_value()) --*left;
-  auto* block = static_cast<std::uint8_t*>(std::calloc(bytes, 1));
+  std::uint8_t* const block = TakeHeapBlock(bytes);
   if (block != nullptr) ++Native().heapBlocks;
   return block;
 }
@@ -48,6 +57,7 @@ std::uint8_t* AllocateFromProcessHeap(std::size_t bytes) {
 void FreeToProcessHeap(std::uint8_t* block) {
   if (block == nullptr) return;
   --Native().heapBlocks;
+  if (Native().giveHeapBlock != nullptr) return Native().giveHeapBlock(block);
   std::free(block);
 }
 

@@ -27,6 +27,9 @@ struct NativePlatform {
   std::vector<void*> repaintedWindows;
   std::size_t heapBlocks = 0;                      // blocks allocated and not freed
   std::optional<std::size_t> heapAllocationsLeft;  // after that many, every allocation fails
+  // Stand in the place of the C library's heap when set, both of them; blocks are zeroed.
+  std::uint8_t* (*takeHeapBlock)(std::size_t bytes) = nullptr;
+  void (*giveHeapBlock)(std::uint8_t* block) = nullptr;
   std::optional<OperatingSystemVersion> version = OperatingSystemVersion{2, 5, 1};
 };
 

@@ -190,6 +190,21 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(Acquire(16000).Rows(16000) == "FF");
 }
 
+TEST_CASE_FIXTURE(ExtendedScanner,
+                  "a focus between bands that puts a line behind the data buffer leaves it white") {
+  REQUIRE(Open(With(Identity(), 20, Word(40000))) == 1);
+  const Bytes parameters = AskForWideLines(8);
+  StartScan(parameters, Header(64000, 1, 64000), 1);
+  SendBlock(Fill(64000, 1));
+  REQUIRE(Acquire(4 * 16000).record.lines == 4);
+  settings.areaWidthPx = 10872;
+  settings.originY = 1399.9375;  // one line is left of the area
+  const Bytes area = Word(22399) + Word(10872) + Word(1);
+  FocusBetweenBands(*this, With(With(parameters, 12, area), 28, {6}));
+  const Band band = Acquire(2 * 16000);
+  CHECK(Bytes(band.image.begin() + 16000, band.image.end()) == Fill(16000, 0xFF));
+}
+
 TEST_CASE_FIXTURE(HalfwayScanner, "calls behind a second open without a ready channel fail") {
   settings.useDeviceInterface = 0;
   REQUIRE(PMOpenScanner(&settings) == 0);

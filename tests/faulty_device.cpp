@@ -12,16 +12,18 @@ constexpr std::uint8_t kNak = 0x15;
 
 std::int32_t FaultyDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) {
   const bool fails = Fails();
+  const bool timesOut = Strikes(FaultKind::kTimesOut);
   const std::uint32_t wanted = *byteCount;
   std::vector<std::uint8_t> bytes(wanted);
   const std::int32_t result = sound_.RawReadData(bytes.data(), byteCount, overlapped);
   if (!bytes.empty() && Strikes(FaultKind::kNak) && bytes[0] == kAck) bytes[0] = kNak;
   if (!bytes.empty() && Strikes(FaultKind::kWrongFirstByte)) bytes[0] ^= 0x55;
-  if (Strikes(FaultKind::kCutShort)) *byteCount = std::min(*byteCount, fault_->delivered);
+  if (timesOut || Strikes(FaultKind::kCutShort))
+    *byteCount = std::min(*byteCount, fault_->delivered);
   transfers_.push_back(wanted);
   if (fails) return kFailure;
   std::copy_n(bytes.begin(), *byteCount, static_cast<std::uint8_t*>(buffer));
-  return result;
+  return timesOut ? kFailure : result;
 }
 
 std::int32_t FaultyDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) {

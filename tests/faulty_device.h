@@ -13,6 +13,7 @@ namespace pmddb832::tests {
 enum class FaultKind {
   kFails,           // the transfer fails
   kCutShort,        // a read delivers fewer bytes, with success
+  kTimesOut,        // a read delivers fewer bytes, then fails
   kNak,             // an ACK comes as NAK
   kWrongFirstByte,  // a reply begins with another byte
   kGone,            // this transfer and all behind it fail
@@ -21,7 +22,7 @@ enum class FaultKind {
 struct Fault {
   FaultKind kind;
   std::size_t transfer;         // counted from 0
-  std::uint32_t delivered = 0;  // bytes, for kCutShort
+  std::uint32_t delivered = 0;  // bytes, for kCutShort and kTimesOut
 };
 
 // Passes transfers on to another device, and brings one fault into them.

@@ -47,6 +47,11 @@ TEST_CASE_FIXTURE(MonoFixture, "line art: a white fill is 0xFF, even when invert
   CHECK(Row({0x12, 0x34}, 4, 9, true) == "ED CB FF FF");
 }
 
+TEST_CASE_FIXTURE(MonoFixture, "line art: without a settings record the fill is the last byte") {
+  currentSettings = nullptr;
+  CHECK(Row({0x12, 0x34}, 4, 1, false) == "12 34 34 C3");
+}
+
 TEST_CASE_FIXTURE(MonoFixture, "line art: without a converted byte the fill is 0") {
   CHECK(RowOf(0, {0x12}, 2, 9, false) == "00 00");
   CHECK(RowOf(0, {0x12}, 2, 9, true) == "00 00");

@@ -161,6 +161,12 @@ TEST_CASE("standard: an acquisition without a set-up is code 9 and sends nothing
   CheckRefused(scanner);
 }
 
+TEST_CASE("standard: an abort right behind an open is code 9 and sends nothing") {
+  const StandardScanner scanner("B4");
+  PMAbortScan();
+  CHECK(PMGetScanError() == 9);
+}
+
 TEST_CASE("standard: an acquisition behind a set-up of empty lines is code 9") {
   StandardScanner scanner("B4");
   scanner.InitAcquire();
@@ -188,6 +194,13 @@ TEST_CASE("standard: nothing is acquired or aborted after a close in the middle 
   CheckRefused(scanner);
   PMAbortScan();
   CHECK(PMGetScanError() == 9);
+}
+
+TEST_CASE("standard: a scanner whose channel went away closes without it") {
+  const StandardScanner scanner("B4");
+  delete currentChannel;
+  currentChannel = nullptr;
+  PMCloseScanner();
 }
 
 TEST_CASE("standard: a scan that was closed does not go on after the next open") {
@@ -252,6 +265,24 @@ TEST_CASE("standard: a set-up in the progress routine does not move the rows of 
   CHECK(scanner.Acquire(64).image == Ramp(0, 64));
 }
 
+TEST_CASE("standard: a set-up of no lines in the progress routine is told as 100") {
+  StandardScanner scanner("B4");
+  scanner.settings.areaHeightPx = 11;
+  scanner.InitAcquire(1);
+  scanner.AcceptUpload(Replaced(UploadOf("B4"), "10 00 04 00", "10 00 0B 00"));
+  scanner.device.ExpectBlock(0x1B, 'd', {0x0B});
+  scanner.AnswerStart(BlockHeader(0x20, 16, 11));
+  scanner.device.Reply(Fill(176, 5));
+  StandardScanner::duringProgress = [&scanner] {
+    StandardScanner::duringProgress = nullptr;
+    scanner.settings.areaHeightPx = 0;
+    AcquisitionSetup setup;
+    PMInitAcquire(1, &StandardScanner::NoteProgress, &setup);
+  };
+  CHECK(scanner.Acquire(176).image == Fill(176, 5));
+  CHECK(StandardScanner::progress == std::vector<std::uint32_t>{0, 100, 100});
+}
+
 TEST_CASE("standard: an acquisition in the progress routine does no harm to the outer one") {
   StandardScanner scanner("B4");
   scanner.StartScan(BlockHeader(0x00, 16, 1));
@@ -279,15 +310,27 @@ TEST_CASE("standard: wider lines after a focus call stay in the rows of the scan
   CHECK(scanner.Acquire(32).image == Fill(32, 2));
 }
 
-TEST_CASE("standard: a width of 0 after a focus call is code 16 where lines are counted") {
+TEST_CASE("standard: a width of 0 after a focus call is code 1, before the area is sent") {
   StandardScanner scanner("B8");
   scanner.InitAcquire();
   scanner.settings.areaWidthPx = 0;
-  const std::string upload = Replaced(UploadOf("B8"), "10 00 04 00", "00 00 04 00");
+  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
   scanner.AcceptUpload(upload);
   scanner.device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);
   scanner.AcceptUpload(upload);
+  CHECK(scanner.Acquire(64).record.status == kFailed);
+  CHECK(PMGetScanError() == 1);
+}
+
+TEST_CASE("standard: a width of 0 that no upload refused is code 16 where lines are counted") {
+  StandardScanner scanner("B8");
+  scanner.InitAcquire();
+  scanner.settings.areaWidthPx = 0;
+  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
+  scanner.device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
+  PMSetFocus(1, 0);
+  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
   CHECK(scanner.Acquire(64).record.status == kFailed);
   CHECK(PMGetScanError() == 16);
 }
