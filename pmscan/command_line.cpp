@@ -45,7 +45,7 @@ void DeclareCapture(CLI::App& command, Options& options) {
 }
 
 void DeclareReplay(CLI::App& command, Options& options) {
-  command.add_option("file", options.replayedCapture)->required();
+  command.add_option("file", options.readCapture)->required();
   command.add_option("--dll", options.modulePath);
   command.add_option("-o,--output", options.replayedPicture);
   command.add_flag("--overwrite", options.mayOverwrite);
@@ -53,7 +53,7 @@ void DeclareReplay(CLI::App& command, Options& options) {
 }
 
 void DeclareDecode(CLI::App& command, Options& options) {
-  command.add_option("file", options.toldCapture)->required();
+  command.add_option("file", options.readCapture)->required();
 }
 
 void DeclareConvert(CLI::App& command, Options& options) {

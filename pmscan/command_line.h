@@ -27,13 +27,11 @@ struct Options {
   bool isJson = false;     // the report is a JSON document
   CaptureChoice capture;   // without a file: none
   bool mayOverwrite = false;
+  std::string readCapture;  // of decode, convert and replay
+  std::string convertedFile;
   // Of a replay.
-  std::string replayedCapture;
   std::string replayedPicture;  // empty: none
   bool isTolerant = false;      // goes on behind a difference
-  // Of decode and convert.
-  std::string toldCapture;
-  std::string convertedFile;
   // Of a scan.
   bool hasOutput = false;  // false: nothing is scanned, only tried out or kept
   PageNames names;

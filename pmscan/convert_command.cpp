@@ -55,7 +55,7 @@ std::string Summary(const capture::Capture& capture) {
 }  // namespace
 
 void RunConvertCommand(const Options& options, std::ostream& out) {
-  const capture::Capture capture = ReadCaptureFile(options.toldCapture);
+  const capture::Capture capture = ReadCaptureFile(options.readCapture);
   RequireFree(options);
   WriteFile(options.convertedFile, capture::ToPcapng(capture));
   out << options.convertedFile << ": " << Summary(capture) << "\n";

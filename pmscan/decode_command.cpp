@@ -8,7 +8,7 @@
 namespace pmscan {
 
 void RunDecodeCommand(const Options& options, std::ostream& out) {
-  out << capture::Decode(ReadCaptureFile(options.toldCapture));
+  out << capture::Decode(ReadCaptureFile(options.readCapture));
 }
 
 }  // namespace pmscan

@@ -36,7 +36,7 @@ void RequireSame(const capture::DifferenceLog& log, const std::string& file) {
 }  // namespace
 
 void RunReplayCommand(const Options& options) {
-  const std::string& file = options.replayedCapture;
+  const std::string& file = options.readCapture;
   const capture::Capture capture = ReadCaptureFile(file);
   capture::DifferenceLog log(options.isTolerant);
   std::optional<ReplayedPictures> pictures;

@@ -41,7 +41,7 @@ TEST_CASE("pmscan: --capture-data needs a capture to be in") {
 TEST_CASE("pmscan: replay takes a capture, strictly unless told otherwise") {
   const Options strict = ParseCommandLine({"replay", "a.capture"});
   CHECK(strict.command == Command::kReplay);
-  CHECK(strict.replayedCapture == "a.capture");
+  CHECK(strict.readCapture == "a.capture");
   CHECK_FALSE(strict.isTolerant);
   const Options tolerant =
       ParseCommandLine({"replay", "a.capture", "--tolerant", "-o", "a.png", "--dll", "other.dll"});

@@ -26,7 +26,7 @@ struct CaptureFolder {
   Options Write(const std::string& text) const {
     std::ofstream(path / "some.capture", std::ios::binary) << text;
     Options options;
-    options.toldCapture = Name("some.capture");
+    options.readCapture = Name("some.capture");
     options.convertedFile = Name("some.pcapng");
     return options;
   }
