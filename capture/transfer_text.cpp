@@ -79,11 +79,11 @@ std::string ExplainWrites(const Capture& capture, std::size_t entry, const Trans
                           Bytes came) {
   const bool expectsWrite = expected != nullptr && expected->direction == Direction::kToScanner;
   const Bytes wanted = expectsWrite ? BytesOf(*expected) : Bytes();
-  const std::string names = Meaning("expected: ", wanted) + Meaning("came: ", came);
+  std::string names = Meaning("expected: ", wanted) + Meaning("came: ", came);
   if (!names.empty()) return names;
   const CommandRow* const command = CommandBefore(capture, entry);
   if (command != nullptr && command->parameterBytes == came.size()) {
-    const std::string fields = DifferentFields(*command, wanted, came);
+    std::string fields = DifferentFields(*command, wanted, came);
     if (!fields.empty()) return fields;
   }
   return FirstDifferentByte(wanted, came);

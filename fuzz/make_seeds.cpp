@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -211,14 +212,8 @@ void AddConversions(Corpora& corpora) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::cerr << "usage: make_seeds FOLDER CAPTURES\n";
-    return 1;
-  }
-  Corpora corpora(argv[1]);
+void MakeSeeds(const char* folder, const char* captures) {
+  Corpora corpora(folder);
   for (const std::string& name : simulator::ScannerNames()) {
     ScannerSettings settings{};
     corpora.Add("open_fuzzer", Answers(name, nullptr, settings));
@@ -226,8 +221,23 @@ int main(int argc, char** argv) {
   for (const char* scanner : {"extended", "extended:RV3100", "standard", "standard:QM2700"}) {
     for (const Scan& scan : kScans) AddScan(scanner, scan, corpora);
   }
-  AddCaptures(argv[2], corpora);
+  AddCaptures(captures, corpora);
   AddConversions(corpora);
-  std::cout << "wrote " << corpora.Total() << " seeds to " << argv[1] << "\n";
-  return 0;
+  std::cout << "wrote " << corpora.Total() << " seeds to " << folder << "\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: make_seeds FOLDER CAPTURES\n";
+    return 1;
+  }
+  try {
+    MakeSeeds(argv[1], argv[2]);
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << "make_seeds: " << error.what() << "\n";
+    return 1;
+  }
 }
