@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "tests/raw_transfer_device.h"
+#include "tests/scans/raw_transfer_device.h"
 
 namespace pmddb832::bench {
 

@@ -8,17 +8,18 @@ cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH top)
 
 # Rooms below each room of the module, and what the programs outside may know of it.
 set(platform_knows)
-set(imaging_knows platform)
-set(transport_knows platform)
-set(extended_knows imaging transport platform)
-set(standard_knows imaging transport platform)
-set(interface_knows extended standard imaging transport platform)
+set(wire_knows platform)
+set(transport_knows wire platform)
+set(imaging_knows transport wire platform)
+set(extended_knows imaging transport wire platform)
+set(standard_knows imaging transport wire platform)
+set(interface_knows extended standard imaging transport wire platform)
 set(simulator_knows transport/still_image_device.h)
-# The wire blocks and their fields' names, to tell what was said.
-set(capture_knows extended standard transport interface/scanner_settings.h)
-set(pmscan_knows capture simulator interface/exports.h interface/scanner_settings.h
+set(capture_knows wire interface/scanner_settings.h transport/acquisition_records.h
+  transport/still_image_device.h)
+set(pmscan_knows capture simulator wire interface/exports.h interface/scanner_settings.h
   transport/acquisition_records.h transport/still_image_device.h)
-set(module_rooms platform imaging transport extended standard interface)
+set(module_rooms platform wire transport imaging extended standard interface)
 set(rooms ${module_rooms} capture simulator pmscan)
 
 # May be read from every floor of the module.
@@ -29,7 +30,7 @@ set(leaves interface/scanner_settings.h transport/acquisition_records.h
   transport/still_image_device.h)
 
 function(check_include room file included)
-  cmake_path(GET included PARENT_PATH included_room)
+  string(REGEX MATCH "^[^/]*" included_room "${included}")
   if(file IN_LIST leaves)
     set(allowed FALSE)
   elseif(included STREQUAL settings_record AND room IN_LIST module_rooms)
@@ -56,7 +57,7 @@ endfunction()
 set(wrong "")
 set(checked 0)
 foreach(room IN LISTS rooms)
-  file(GLOB files RELATIVE "${top}" "${top}/${room}/*.h" "${top}/${room}/*.cpp")
+  file(GLOB_RECURSE files RELATIVE "${top}" "${top}/${room}/*.h" "${top}/${room}/*.cpp")
   foreach(file IN LISTS files)
     file(STRINGS "${top}/${file}" lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
     foreach(line IN LISTS lines)

@@ -5,9 +5,9 @@
 #include "interface/scanner_settings.h"
 #include "platform/operating_system.h"
 #include "platform/trace.h"
-#include "transport/document_source.h"
-#include "transport/error_codes.h"
-#include "transport/protocol_bytes.h"
+#include "wire/document_source.h"
+#include "wire/error_codes.h"
+#include "wire/protocol_bytes.h"
 
 namespace pmddb832 {
 namespace {

@@ -1,8 +1,8 @@
 #include "extended/ext_scan_cmd.h"
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "transport/document_source.h"
-#include "transport/error_codes.h"
+#include "wire/document_source.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

@@ -4,15 +4,15 @@
 #include <memory>
 #include <span>
 
-#include "extended/identity_block.h"
-#include "extended/parameter_block.h"
-#include "extended/status_block.h"
-#include "extended/transfer_header.h"
 #include "imaging/pixel_format.h"
 #include "imaging/scan_line.h"
 #include "platform/process_heap.h"
-#include "transport/area_size.h"
 #include "transport/general_cmd.h"
+#include "wire/area_size.h"
+#include "wire/identity_block.h"
+#include "wire/parameter_block.h"
+#include "wire/status_block.h"
+#include "wire/transfer_header.h"
 
 namespace pmddb832 {
 

@@ -1,10 +1,10 @@
-#include "transport/focus.h"
+#include "wire/focus.h"
 
 #include "extended/ext_scan_cmd.h"
 #include "interface/scanner_settings.h"
 #include "platform/operating_system.h"
 #include "platform/trace.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 

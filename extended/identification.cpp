@@ -7,9 +7,9 @@
 #include "platform/trace.h"
 #include "transport/command_level.h"
 #include "transport/device_driver.h"
-#include "transport/document_source.h"
-#include "transport/error_codes.h"
 #include "transport/model_names.h"
+#include "wire/document_source.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

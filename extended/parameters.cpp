@@ -5,7 +5,7 @@
 #include "imaging/units.h"
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

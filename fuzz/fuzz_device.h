@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "tests/raw_transfer_device.h"
+#include "tests/scans/raw_transfer_device.h"
 
 namespace pmddb832::fuzz {
 

@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "capture/capture_reader.h"
-#include "capture/settings_text.h"
+#include "capture/file/capture_reader.h"
+#include "capture/file/settings_text.h"
 #include "fuzz/fuzz_host.h"
 #include "fuzz/recording_device.h"
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
-#include "simulator/catalog.h"
+#include "simulator/catalog/catalog.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "tests/raw_transfer_device.h"
+#include "tests/scans/raw_transfer_device.h"
 
 namespace pmddb832::fuzz {
 

@@ -4,8 +4,8 @@
 
 #include "platform/trace.h"
 #include "transport/device_driver.h"
-#include "transport/protocol_bytes.h"
-#include "transport/wire_block.h"
+#include "wire/protocol_bytes.h"
+#include "wire/wire_block.h"
 
 namespace pmddb832 {
 

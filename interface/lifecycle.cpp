@@ -6,7 +6,7 @@
 #include "interface/command_level_probe.h"
 #include "platform/trace.h"
 #include "standard/std_scan_cmd.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

@@ -1,7 +1,7 @@
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
 #include "standard/std_scan_cmd.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

@@ -1,4 +1,4 @@
-#include "transport/focus.h"
+#include "wire/focus.h"
 
 #include "interface/scanner_settings.h"
 #include "platform/operating_system.h"

@@ -7,8 +7,8 @@
 #include "standard/std_scan_cmd.h"
 #include "transport/command_level.h"
 #include "transport/device_driver.h"
-#include "transport/error_codes.h"
-#include "transport/protocol_bytes.h"
+#include "wire/error_codes.h"
+#include "wire/protocol_bytes.h"
 
 namespace pmddb832 {
 namespace {

@@ -1,6 +1,6 @@
 #include "standard/scan_area.h"
 
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

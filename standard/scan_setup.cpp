@@ -2,7 +2,7 @@
 #include "platform/trace.h"
 #include "standard/line_size.h"
 #include "standard/std_scan_cmd.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 

@@ -7,7 +7,7 @@
 #include "standard/line_size.h"
 #include "standard/std_scan_cmd.h"
 #include "transport/device_driver.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {

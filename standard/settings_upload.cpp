@@ -3,7 +3,7 @@
 #include "platform/trace.h"
 #include "standard/scan_area.h"
 #include "standard/std_scan_cmd.h"
-#include "transport/error_codes.h"
+#include "wire/error_codes.h"
 
 // The upload of the host's settings. Whether the scanner acknowledges a command is not looked at:
 // the sequence goes on, and the host sees the error code only.

@@ -1,8 +1,8 @@
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
 #include "standard/std_scan_cmd.h"
-#include "transport/error_codes.h"
-#include "transport/protocol_bytes.h"
+#include "wire/error_codes.h"
+#include "wire/protocol_bytes.h"
 
 namespace pmddb832 {
 namespace {

@@ -9,12 +9,12 @@
 #include "imaging/pixel_format.h"
 #include "imaging/scan_line.h"
 #include "platform/process_heap.h"
-#include "standard/block_header.h"
-#include "standard/identity_reply.h"
-#include "standard/status_reply.h"
-#include "transport/area_size.h"
-#include "transport/document_source.h"
 #include "transport/general_cmd.h"
+#include "wire/area_size.h"
+#include "wire/block_header.h"
+#include "wire/document_source.h"
+#include "wire/identity_reply.h"
+#include "wire/status_reply.h"
 
 namespace pmddb832 {
 

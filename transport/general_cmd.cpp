@@ -5,8 +5,8 @@
 
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "transport/protocol_bytes.h"
-#include "transport/wire_block.h"
+#include "wire/protocol_bytes.h"
+#include "wire/wire_block.h"
 
 namespace pmddb832 {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "transport/acquisition_records.h"
 #include "transport/local_type.h"
+#include "wire/wire_block.h"
 
 namespace pmddb832 {
 
@@ -17,9 +18,6 @@ std::uint8_t HalftoneCode(std::int32_t row);
 // In front of a table that is sent without a prefix byte.
 inline constexpr std::uint8_t kNoPrefix = 0xFF;
 inline constexpr std::size_t kLongestTable = 256;
-
-// The longest reply that is taken.
-using ReplyBuffer = std::array<std::uint8_t, 150>;
 
 // What all command sets have in common: the transport, the interface that the exports drive, the
 // state of the page in the feeder and the commands that every scanner knows. There is no virtual

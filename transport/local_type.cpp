@@ -4,7 +4,7 @@
 
 #include "platform/trace.h"
 #include "transport/device_driver.h"
-#include "transport/protocol_bytes.h"
+#include "wire/protocol_bytes.h"
 
 namespace pmddb832 {
 

@@ -1,0 +1,121 @@
+#include "capture/decode/decode.h"
+
+#include <variant>
+
+#include "capture/decode/decode_calls.h"
+#include "capture/decode/decode_commands.h"
+#include "capture/decode/decode_narrator.h"
+#include "capture/decode/decode_page.h"
+#include "capture/decode/decode_replies.h"
+#include "wire/parameter_block.h"
+
+namespace capture {
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+std::string Joined(const std::vector<FieldRow>& rows) {
+  std::string text;
+  for (const FieldRow& row : rows) text.append(text.empty() ? "" : ", ").append(row.OneLine());
+  return text;
+}
+
+std::string BytesText(Bytes bytes) {
+  return Counted(bytes.size(), "byte") + " " + HexText(bytes);
+}
+
+// Puts the entries of a capture together into the calls that they belong to.
+class StoryTeller {
+ public:
+  explicit StoryTeller(const Capture& told) : capture(told) {}
+
+  std::vector<CallStory> Tell() {
+    for (entry = 0; entry < capture.entries.size(); ++entry) {
+      std::visit([this](const auto& item) { Take(item); }, capture.entries[entry]);
+    }
+    Close();
+    return calls;
+  }
+
+ private:
+  void Take(const CallBegin& call) {
+    Close();
+    const std::string arguments = DescribeArguments(call);
+    story.heading = call.name + (arguments.empty() ? "" : ", " + arguments);
+    story.microseconds = call.microseconds;
+    story.settingsByHost = DescribeChanges(byHost);
+    byHost.clear();
+    isEmpty = false;
+  }
+
+  void Take(const RecordChange& change) { (change.byModule ? byModule : byHost).push_back(change); }
+
+  void Take(const Transfer& transfer) {
+    if (isEmpty) story.microseconds = transfer.microseconds;
+    isEmpty = false;
+    narrator.Take(transfer, LineOf(capture, entry));
+  }
+
+  void Take(const CallEnd& call) {
+    const std::vector<FieldRow> results = DescribeResults(call);
+    story.results = Joined(results);
+    for (const FieldRow& row : results) story.failed = story.failed || row.isTrouble;
+    story.settingsByModule = DescribeChanges(byModule);
+    story.isOpen = false;
+    byModule.clear();
+    Close();
+  }
+
+  void Close() {
+    story.exchanges = narrator.Release();
+    if (!isEmpty) calls.push_back(story);
+    story = {};
+    isEmpty = true;
+  }
+
+  const Capture& capture;
+  std::size_t entry = 0;
+  Narrator narrator;
+  std::vector<RecordChange> byHost;
+  std::vector<RecordChange> byModule;
+  CallStory story;
+  bool isEmpty = true;
+  std::vector<CallStory> calls;
+};
+
+}  // namespace
+
+std::string Decode(const Capture& capture) {
+  return LayOut(StoryTeller(capture).Tell());
+}
+
+std::string DescribeWrite(Bytes bytes) {
+  if (const CommandRow* const row = FindCommand(bytes); row != nullptr) {
+    return Letters(*row) + " " + std::string(row->name);
+  }
+  if (bytes.size() == 1) {
+    if (const auto name = ControlName(bytes[0]); name.has_value()) return *name;
+  }
+  if (bytes.size() == sizeof(pmddb832::ParameterBlock)) {
+    return "parameters: " + Joined(DescribeFields(pmddb832::parameter::kFields, bytes));
+  }
+  return BytesText(bytes);
+}
+
+std::string DescribeWrite(Bytes command, Bytes bytes) {
+  const CommandRow* const row = FindCommand(command);
+  const bool fits =
+      row != nullptr && row->parameterBytes != 0 && bytes.size() == row->parameterBytes;
+  if (!fits) return DescribeWrite(bytes);
+  const std::vector<FieldRow> rows = DescribeParameters(*row, bytes);
+  const std::string values = rows.size() == 1 ? rows.front().value : Joined(rows);
+  return DescribeWrite(command) + ": " + values;
+}
+
+std::string DescribeReply(Bytes command, Bytes reply) {
+  const CommandRow* const row = FindCommand(command);
+  const std::string fields = row == nullptr ? "" : Joined(DescribeReply(row->reply, reply));
+  return fields.empty() ? BytesText(reply) : fields;
+}
+
+}  // namespace capture

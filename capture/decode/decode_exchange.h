@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "capture/decode/decode_fields.h"
+
+namespace capture {
+
+// A command with all that belongs to it, or one block of the picture with its answer.
+struct Exchange {
+  std::string title;               // "ESC C colour mode", "block 3 of 12"
+  std::vector<std::string> parts;  // what was said, in its order: "ACK", "colour (0x13)", "ACK"
+  std::vector<FieldRow> rows;      // a block of many fields
+  bool hasTrouble = false;
+  std::uint32_t line = 0;   // of the capture's file, where the trouble is; 0 when not known
+  std::uint32_t block = 0;  // number of the block, from 1; 0 for a command
+
+  // Equal for two exchanges that tell the same but for the number of a block.
+  bool IsLike(const Exchange& other) const;
+};
+
+}  // namespace capture

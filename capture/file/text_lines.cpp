@@ -1,0 +1,96 @@
+#include "capture/file/text_lines.h"
+
+#include <utility>
+
+namespace capture {
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+class ByteRows {
+ public:
+  explicit ByteRows(std::size_t expectedBytes) : expected(expectedBytes) {}
+
+  void TakeFirst(TextLine& line) {
+    line.TakeBytes(bytes);
+    RequireRoom(line);
+  }
+
+  // False when the line is no row.
+  bool Take(TextLine& line) {
+    if (line.TakeIf("*")) {
+      Repeat(line);
+      return true;
+    }
+    if (!line.TakeIf("+")) return false;
+    rowStart = bytes.size();
+    TakeFirst(line);
+    return true;
+  }
+
+  std::vector<std::uint8_t> Finish(const LinePlace& place) {
+    if (bytes.size() != expected) RefuseLength(place, CountOfBytes(bytes.size()));
+    return std::move(bytes);
+  }
+
+ private:
+  void Repeat(TextLine& line) {
+    const std::uint64_t times = line.TakeNumber("how often the row above comes again", 32);
+    line.RequireEnd();
+    const std::vector<std::uint8_t> row(bytes.begin() + static_cast<std::ptrdiff_t>(rowStart),
+                                        bytes.end());
+    if (row.empty()) {
+      Refuse(line.Place(), {"a row of bytes in front of *", "none", "Put the row there, behind +"});
+    }
+    if (times > (expected - bytes.size()) / row.size()) RefuseLength(line.Place(), "more");
+    for (std::uint64_t i = 0; i < times; ++i) bytes.insert(bytes.end(), row.begin(), row.end());
+  }
+
+  void RequireRoom(const TextLine& line) const {
+    if (bytes.size() > expected) RefuseLength(line.Place(), "more");
+  }
+
+  [[noreturn]] void RefuseLength(const LinePlace& place, const std::string& came) const {
+    Refuse(place,
+           {CountOfBytes(expected), came, "Correct the bytes, or the length that the entry tells"});
+  }
+
+  const std::size_t expected;
+  std::vector<std::uint8_t> bytes;
+  std::size_t rowStart = 0;
+};
+
+}  // namespace
+
+TextLines::TextLines(std::istream& captureText, std::string fileName)
+    : text(captureText), place{std::move(fileName), 0} {}
+
+std::optional<TextLine> TextLines::Take() {
+  if (waiting.has_value()) return std::exchange(waiting, std::nullopt);
+  for (std::string read; std::getline(text, read);) {
+    ++place.line;
+    std::string_view shown = read;
+    if (place.line == 1 && shown.starts_with(kUtf8Mark)) shown.remove_prefix(kUtf8Mark.size());
+    TextLine line(place, shown);
+    if (!line.IsAtEnd()) return line;
+  }
+  return std::nullopt;
+}
+
+std::string CountOfBytes(std::size_t bytes) {
+  return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+}
+
+std::vector<std::uint8_t> TakeByteRows(TextLines& lines, TextLine& line, std::size_t expected) {
+  ByteRows rows(expected);
+  rows.TakeFirst(line);
+  while (std::optional<TextLine> row = lines.Take()) {
+    if (!rows.Take(*row)) {
+      lines.Return(*std::move(row));
+      break;
+    }
+  }
+  return rows.Finish(line.Place());
+}
+
+}  // namespace capture

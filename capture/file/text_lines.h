@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "capture/file/text_line.h"
+
+namespace capture {
+
+// The lines of a text that say something: empty ones and comments are left out.
+class TextLines {
+ public:
+  // `fileName` is for messages. The text outlives this.
+  TextLines(std::istream& captureText, std::string fileName);
+
+  // The next line; nothing at the end of the text. Throws FormatError.
+  std::optional<TextLine> Take();
+
+  // The line that was taken last comes again.
+  void Return(TextLine line) { waiting = std::move(line); }
+
+  // Behind the last line.
+  LinePlace End() const { return {place.file, place.line + 1}; }
+
+ private:
+  std::istream& text;
+  LinePlace place;
+  std::optional<TextLine> waiting;
+};
+
+// "1 byte", "2 bytes".
+std::string CountOfBytes(std::size_t bytes);
+
+// Takes exactly the expected number of bytes: the rest of `line`, and the rows that follow it ("+"
+// and bytes; "*" and how often the row above comes again). Throws FormatError.
+std::vector<std::uint8_t> TakeByteRows(TextLines& lines, TextLine& line, std::size_t expected);
+
+}  // namespace capture

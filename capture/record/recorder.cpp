@@ -1,0 +1,66 @@
+#include "capture/record/recorder.h"
+
+#include <utility>
+
+#include "capture/file/crc32.h"
+#include "capture/file/settings_text.h"
+
+namespace capture {
+
+bool FetchesImage(std::string_view call) {
+  return call == "PMAcquireImage" || call == "PMAbortScan";
+}
+
+Recorder::Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData)
+    : sink(std::move(entrySink)), clock(std::move(captureClock)), keepsImageData(keepsAllData) {}
+
+void Recorder::BeginCall(const std::string& name, const std::vector<Value>& arguments) {
+  AddRecordChanges(false);
+  openCall = name;
+  sink(CallBegin{name, arguments, clock()});
+}
+
+void Recorder::EndCall(const std::vector<Value>& results,
+                       const std::optional<std::uint32_t>& imageChecksum) {
+  AddRecordChanges(true);
+  sink(CallEnd{std::exchange(openCall, {}), results, imageChecksum, clock()});
+}
+
+void Recorder::AddWrite(std::span<const std::uint8_t> given, std::int32_t result) {
+  Transfer transfer;
+  transfer.direction = Direction::kToScanner;
+  transfer.requested = static_cast<std::uint32_t>(given.size());
+  transfer.delivered = result < 0 ? 0 : transfer.requested;
+  transfer.result = result;
+  transfer.microseconds = clock();
+  transfer.bytes.emplace(given.begin(), given.end());
+  transfer.checksum = Crc32(given);
+  sink(transfer);
+}
+
+void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> delivered,
+                       std::int32_t result) {
+  Transfer transfer;
+  transfer.direction = Direction::kFromScanner;
+  transfer.requested = requested;
+  transfer.delivered = static_cast<std::uint32_t>(delivered.size());
+  transfer.result = result;
+  transfer.microseconds = clock();
+  transfer.checksum = Crc32(delivered);
+  transfer.isImage = FetchesImage(openCall) && delivered.size() > kLongestReply;
+  if (transfer.isImage) transfer.lastByte = delivered.back();
+  if (!transfer.isImage || keepsImageData) {
+    transfer.bytes.emplace(delivered.begin(), delivered.end());
+  }
+  sink(transfer);
+}
+
+void Recorder::AddRecordChanges(bool byModule) {
+  if (watched == nullptr) return;
+  for (const RecordChange& change : Compare(known, *watched, byModule)) {
+    Apply(change, known);
+    sink(change);
+  }
+}
+
+}  // namespace capture

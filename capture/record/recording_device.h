@@ -1,0 +1,39 @@
+#pragma once
+
+#include "capture/record/recorder.h"
+#include "transport/still_image_device.h"
+
+namespace capture {
+
+// Stands between the module and a still-image device: passes every call on, and tells the recorder
+// of each raw transfer once it is over.
+class RecordingDevice final : public pmddb832::StillImageDevice {
+ public:
+  // Both outlive this.
+  RecordingDevice(pmddb832::StillImageDevice& recordedDevice, Recorder& deviceRecorder)
+      : device(recordedDevice), recorder(deviceRecorder) {}
+
+  std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
+  std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
+
+  std::int32_t QueryInterface(const void* interfaceId, void** object) override;
+  std::uint32_t AddRef() override;
+  std::uint32_t Release() override;
+  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
+                          std::uint32_t mode) override;
+  std::int32_t GetCapabilities(void* capabilities) override;
+  std::int32_t GetStatus(void* status) override;
+  std::int32_t DeviceReset() override;
+  std::int32_t Diagnostic(void* buffer) override;
+  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
+                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) override;
+  std::int32_t GetLastError(std::uint32_t* error) override;
+  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) override;
+  std::int32_t UnLockDevice() override;
+
+ private:
+  pmddb832::StillImageDevice& device;
+  Recorder& recorder;
+};
+
+}  // namespace capture

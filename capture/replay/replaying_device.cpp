@@ -1,0 +1,278 @@
+#include "capture/replay/replaying_device.h"
+
+#include <algorithm>
+#include <array>
+
+#include "capture/file/crc32.h"
+#include "capture/file/transfer_text.h"
+
+namespace capture {
+namespace {
+
+constexpr auto kNotImplemented = static_cast<std::int32_t>(0x80004001);
+constexpr auto kNoInterface = static_cast<std::int32_t>(0x80004002);
+constexpr auto kTimeout = static_cast<std::int32_t>(0x80070079);
+
+constexpr std::uint8_t kAck = 0x06;
+constexpr std::uint8_t kEsc = 0x1B;
+constexpr std::uint8_t kFs = 0x1C;
+
+// How many transfers may be missing in front of one that comes too early.
+constexpr int kFarthestAhead = 8;
+
+bool IsCommand(std::span<const std::uint8_t> bytes) {
+  return bytes.size() == 2 && (bytes[0] == kEsc || bytes[0] == kFs);
+}
+
+bool IsRead(const Transfer* transfer) {
+  return transfer != nullptr && transfer->direction == Direction::kFromScanner;
+}
+
+bool IsWrite(const Transfer* transfer) {
+  return transfer != nullptr && transfer->direction == Direction::kToScanner;
+}
+
+Transfer ReadOf(std::size_t bytes) {
+  Transfer transfer;
+  transfer.direction = Direction::kFromScanner;
+  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes);
+  return transfer;
+}
+
+Transfer WriteOf(std::span<const std::uint8_t> bytes) {
+  Transfer transfer;
+  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes.size());
+  transfer.bytes.emplace(bytes.begin(), bytes.end());
+  return transfer;
+}
+
+}  // namespace
+
+ReplayingDevice::ReplayingDevice(const Capture& played, DifferenceLog& differences)
+    : capture(played), log(differences) {}
+
+void ReplayingDevice::BeginCall(const std::string& name, std::size_t begin, std::size_t callEnd) {
+  call = name;
+  cursor = begin;
+  end = callEnd;
+  rest.clear();
+  outOfTurn.reset();
+}
+
+void ReplayingDevice::EndCall() {
+  const Transfer* const next = Next();
+  if (next == nullptr || log.IsOver()) return;
+  log.Add({LineOf(capture, cursor), call, TransferText(*next),
+           call.empty() ? "the end" : "the return of " + call,
+           ExplainWrites(capture, cursor, next, {})});
+}
+
+const Transfer* ReplayingDevice::TransferAt(std::size_t entry) const {
+  return std::get_if<Transfer>(&capture.entries[entry]);
+}
+
+const Transfer* ReplayingDevice::Next() {
+  while (cursor < end && TransferAt(cursor) == nullptr) ++cursor;
+  return cursor < end ? TransferAt(cursor) : nullptr;
+}
+
+bool ReplayingDevice::IsBehindTheCapture() {
+  return Next() == nullptr && rest.empty() && end == capture.entries.size() && !call.empty();
+}
+
+void ReplayingDevice::Report(const Transfer* expected, const Transfer& came) {
+  std::string wanted = expected == nullptr ? "nothing more" : TransferText(*expected);
+  if (expected == nullptr && !call.empty()) wanted = "the return of " + call;
+  const auto bytes = came.bytes.has_value() ? Bytes(*came.bytes) : Bytes();
+  const std::size_t line = std::min(cursor, capture.entries.size() - 1);
+  log.Add({LineOf(capture, line), call, wanted, TransferText(came),
+           ExplainWrites(capture, cursor, expected, bytes)});
+}
+
+std::int32_t ReplayingDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
+  const std::uint32_t wanted = *byteCount;
+  *byteCount = 0;
+  if (log.IsOver() || IsBehindTheCapture()) return kTimeout;
+  ++transfers;
+  return Read({static_cast<std::uint8_t*>(buffer), wanted}, *byteCount);
+}
+
+std::int32_t ReplayingDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
+  if (log.IsOver() || IsBehindTheCapture()) return kTimeout;
+  ++transfers;
+  return Write({static_cast<const std::uint8_t*>(buffer), byteCount});
+}
+
+std::int32_t ReplayingDevice::Read(std::span<std::uint8_t> buffer, std::uint32_t& delivered) {
+  const Transfer* const next = Next();
+  const bool isExpected = IsRead(next) && next->requested == buffer.size();
+  if (isExpected && rest.empty() && !outOfTurn.has_value()) {
+    const std::vector<std::uint8_t> bytes = Delivered(*next);
+    std::copy(bytes.begin(), bytes.end(), buffer.begin());
+    delivered = next->delivered;
+    ++cursor;
+    return next->result;
+  }
+  return outOfTurn.has_value() ? ReadOutOfTurn(buffer, delivered)
+                               : ReadInAnotherWay(buffer, delivered);
+}
+
+std::int32_t ReplayingDevice::ReadInAnotherWay(std::span<std::uint8_t> buffer,
+                                               std::uint32_t& delivered) {
+  // The rest of a read that was cut short is no difference of its own.
+  if (rest.empty()) Report(Next(), ReadOf(buffer.size()));
+  if (log.IsOver()) return kTimeout;
+  if (rest.empty()) SkipToRead(buffer.size());
+  return FillFrom(cursor, end, buffer, delivered);
+}
+
+// A write that no other is like is acknowledged.
+std::int32_t ReplayingDevice::ReadOutOfTurn(std::span<std::uint8_t> buffer,
+                                            std::uint32_t& delivered) {
+  const bool hasAnswer = *outOfTurn < capture.entries.size() || !rest.empty();
+  if (hasAnswer) return FillFrom(*outOfTurn, capture.entries.size(), buffer, delivered);
+  if (buffer.size() != 1) return kTimeout;
+  buffer[0] = kAck;
+  delivered = 1;
+  return 0;
+}
+
+// Where a write comes next, goes to the next read of that length that is near.
+void ReplayingDevice::SkipToRead(std::size_t length) {
+  if (!IsWrite(Next())) return;
+  int distance = 0;
+  for (std::size_t i = cursor; i < end && distance <= kFarthestAhead; ++i) {
+    const Transfer* const transfer = TransferAt(i);
+    if (transfer == nullptr) continue;
+    ++distance;
+    if (IsRead(transfer) && transfer->requested == length) {
+      cursor = i;
+      return;
+    }
+  }
+}
+
+// Fills the buffer from the rest and the reads from `entry` on, and moves `entry` behind them. The
+// result is that of the last one; when they are not enough, that the device did not answer.
+std::int32_t ReplayingDevice::FillFrom(std::size_t& entry, std::size_t last,
+                                       std::span<std::uint8_t> buffer, std::uint32_t& delivered) {
+  std::int32_t result = 0;
+  while (rest.size() < buffer.size() && result >= 0 && entry < last) {
+    const Transfer* const transfer = TransferAt(entry);
+    const bool isOther = std::holds_alternative<CallBegin>(capture.entries[entry]) ||
+                         std::holds_alternative<CallEnd>(capture.entries[entry]);
+    if (isOther || IsWrite(transfer)) break;
+    ++entry;
+    if (transfer == nullptr) continue;
+    const std::vector<std::uint8_t> bytes = Delivered(*transfer);
+    rest.insert(rest.end(), bytes.begin(), bytes.end());
+    result = transfer->result;
+  }
+  const std::size_t count = std::min(rest.size(), buffer.size());
+  std::copy_n(rest.begin(), count, buffer.begin());
+  rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(count));
+  delivered = static_cast<std::uint32_t>(count);
+  return result >= 0 && count < buffer.size() ? kTimeout : result;
+}
+
+std::vector<std::uint8_t> ReplayingDevice::Delivered(const Transfer& read) {
+  if (read.bytes.has_value()) return *read.bytes;
+  hasInvented = true;
+  std::vector<std::uint8_t> bytes(read.delivered);
+  if (!bytes.empty()) bytes.back() = read.lastByte;
+  return bytes;
+}
+
+std::int32_t ReplayingDevice::Write(Bytes bytes) {
+  rest.clear();
+  outOfTurn.reset();
+  const Transfer* const next = Next();
+  if (next != nullptr && IsWriteOf(*next, bytes)) {
+    ++cursor;
+    return next->result;
+  }
+  Report(next, WriteOf(bytes));
+  return log.IsOver() ? kTimeout : WriteInAnotherWay(bytes);
+}
+
+std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes) {
+  if (const std::optional<std::size_t> ahead = FindWriteAhead(bytes)) {
+    cursor = *ahead + 1;
+    return TransferAt(*ahead)->result;
+  }
+  const Transfer* const next = Next();
+  if (IsWrite(next) && next->requested == bytes.size() && !IsCommand(bytes)) {
+    ++cursor;
+    return next->result;
+  }
+  const std::optional<std::size_t> elsewhere = FindWriteAnywhere(bytes);
+  outOfTurn = elsewhere.has_value() ? *elsewhere + 1 : capture.entries.size();
+  return 0;
+}
+
+bool ReplayingDevice::IsWriteOf(const Transfer& transfer, Bytes bytes) const {
+  return IsWrite(&transfer) && transfer.bytes.has_value() &&
+         std::equal(bytes.begin(), bytes.end(), transfer.bytes->begin(), transfer.bytes->end());
+}
+
+std::optional<std::size_t> ReplayingDevice::FindWriteAhead(Bytes bytes) const {
+  int distance = 0;
+  for (std::size_t i = cursor; i < end && distance <= kFarthestAhead; ++i) {
+    const Transfer* const transfer = TransferAt(i);
+    if (transfer == nullptr) continue;
+    ++distance;
+    if (IsWriteOf(*transfer, bytes)) return i;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> ReplayingDevice::FindWriteAnywhere(Bytes bytes) const {
+  for (std::size_t i = 0; i < capture.entries.size(); ++i) {
+    const Transfer* const transfer = TransferAt(i);
+    if (transfer != nullptr && transfer->result >= 0 && IsWriteOf(*transfer, bytes)) return i;
+  }
+  return std::nullopt;
+}
+
+std::int32_t ReplayingDevice::QueryInterface(const void*, void**) {
+  return kNoInterface;
+}
+
+std::int32_t ReplayingDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::GetCapabilities(void*) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::GetStatus(void*) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::DeviceReset() {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::Diagnostic(void*) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*,
+                                     std::uint32_t, std::uint32_t*) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::GetLastError(std::uint32_t*) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::LockDevice(std::uint32_t) {
+  return kNotImplemented;
+}
+
+std::int32_t ReplayingDevice::UnLockDevice() {
+  return kNotImplemented;
+}
+
+}  // namespace capture

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "capture/file/capture.h"
+#include "capture/replay/difference.h"
+#include "transport/still_image_device.h"
+
+namespace capture {
+
+// Plays the device's side of a capture, and compares what the module does with it. Where the
+// capture holds no bytes of image data, zeros come in their place, and its last byte.
+//
+// Strictly, every transfer fails after the first difference. Tolerantly it finds its way back:
+// bytes that differ from a recorded block count as that block; a command that comes a little later
+// in the capture skips what is in front of it; any other is answered as it is somewhere else in the
+// capture, and reads that are cut in another way are filled from the recorded ones in their order.
+class ReplayingDevice final : public pmddb832::StillImageDevice {
+ public:
+  // Both outlive this.
+  ReplayingDevice(const Capture& played, DifferenceLog& differences);
+
+  // The transfers among the entries from `begin` to `end` are what comes in the call. When the
+  // capture ends there the module may go on, but nothing is delivered any more.
+  void BeginCall(const std::string& name, std::size_t begin, std::size_t end);
+
+  // The call is over: what is left of its transfers is a difference.
+  void EndCall();
+
+  // Whether zeros were delivered for image data.
+  bool HasInvented() const { return hasInvented; }
+
+  std::size_t Transfers() const { return transfers; }
+
+  std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
+  std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
+
+  // The rest of the device interface: not implemented, and no reference is counted.
+  std::int32_t QueryInterface(const void* interfaceId, void** object) override;
+  std::uint32_t AddRef() override { return 1; }
+  std::uint32_t Release() override { return 1; }
+  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
+                          std::uint32_t mode) override;
+  std::int32_t GetCapabilities(void* capabilities) override;
+  std::int32_t GetStatus(void* status) override;
+  std::int32_t DeviceReset() override;
+  std::int32_t Diagnostic(void* buffer) override;
+  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
+                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) override;
+  std::int32_t GetLastError(std::uint32_t* error) override;
+  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) override;
+  std::int32_t UnLockDevice() override;
+
+ private:
+  using Bytes = std::span<const std::uint8_t>;
+
+  const Transfer* TransferAt(std::size_t entry) const;
+  const Transfer* Next();
+  bool IsBehindTheCapture();
+  void Report(const Transfer* expected, const Transfer& came);
+
+  std::int32_t Read(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
+  std::int32_t ReadInAnotherWay(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
+  std::int32_t ReadOutOfTurn(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
+  void SkipToRead(std::size_t length);
+  std::int32_t FillFrom(std::size_t& entry, std::size_t last, std::span<std::uint8_t> buffer,
+                        std::uint32_t& delivered);
+  std::vector<std::uint8_t> Delivered(const Transfer& read);
+
+  std::int32_t Write(Bytes bytes);
+  std::int32_t WriteInAnotherWay(Bytes bytes);
+  bool IsWriteOf(const Transfer& transfer, Bytes bytes) const;
+  std::optional<std::size_t> FindWriteAhead(Bytes bytes) const;
+  std::optional<std::size_t> FindWriteAnywhere(Bytes bytes) const;
+
+  const Capture& capture;
+  DifferenceLog& log;
+  std::string call;
+  std::size_t cursor = 0;
+  std::size_t end = 0;
+  std::size_t transfers = 0;
+  std::vector<std::uint8_t> rest;  // of a recorded read of which the module took a part
+  // Behind a write that does not come in the call: where its answer is, or the end of the capture
+  // when there is none.
+  std::optional<std::size_t> outOfTurn;
+  bool hasInvented = false;
+};
+
+}  // namespace capture

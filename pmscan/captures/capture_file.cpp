@@ -1,0 +1,25 @@
+#include "pmscan/captures/capture_file.h"
+
+#include <fstream>
+
+#include "capture/file/capture_reader.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+
+capture::Capture ReadCaptureFile(const std::string& fileName) {
+  std::ifstream stream(PathOf(fileName), std::ios::binary);
+  if (!stream) throw Failure(kCaptureUnreadable, fileName + " does not open for reading.");
+  try {
+    return capture::ReadCapture(stream, fileName);
+  } catch (const capture::FormatError& error) {
+    throw Failure(kCaptureUnreadable, error.what());
+  }
+}
+
+std::filesystem::path PathOf(const std::string& fileName) {
+  return std::u8string(fileName.begin(), fileName.end());
+}
+
+}  // namespace pmscan

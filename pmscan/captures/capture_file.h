@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "capture/file/capture.h"
+
+namespace pmscan {
+
+// Reads the capture in a file whose name is in UTF-8. Throws Failure(kCaptureUnreadable) that names
+// the file and the line.
+capture::Capture ReadCaptureFile(const std::string& fileName);
+
+// The path of a file whose name is in UTF-8.
+std::filesystem::path PathOf(const std::string& fileName);
+
+}  // namespace pmscan

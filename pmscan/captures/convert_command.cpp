@@ -1,0 +1,64 @@
+#include "pmscan/captures/convert_command.h"
+
+#include <algorithm>
+#include <fstream>
+#include <ostream>
+#include <variant>
+#include <vector>
+
+#include "capture/file/pcapng_writer.h"
+#include "pmscan/captures/capture_file.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+using capture::Transfer;
+
+void RequireFree(const Options& options) {
+  std::error_code ignored;
+  const bool isThere = std::filesystem::exists(PathOf(options.convertedFile), ignored);
+  if (options.mayOverwrite || !isThere) return;
+  throw Failure(kCaptureUnwritable,
+                options.convertedFile + " is already there; add --overwrite to replace it.");
+}
+
+void WriteFile(const std::string& name, const std::vector<std::uint8_t>& bytes) {
+  const std::filesystem::path path = PathOf(name);
+  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+  if (!stream) throw Failure(kCaptureUnwritable, name + " does not open for writing.");
+  stream.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  if (stream) return;
+  std::error_code ignored;
+  std::filesystem::remove(path, ignored);
+  throw Failure(kCaptureUnwritable, name + " could not be written to its end.");
+}
+
+std::string Summary(const capture::Capture& capture) {
+  std::size_t packets = 0;
+  std::size_t withoutData = 0;
+  for (const capture::Entry& entry : capture.entries) {
+    const auto* const transfer = std::get_if<Transfer>(&entry);
+    if (transfer == nullptr) continue;
+    ++packets;
+    if (!transfer->bytes.has_value()) ++withoutData;
+  }
+  std::string text = std::to_string(packets) + (packets == 1 ? " transfer" : " transfers");
+  if (withoutData == 0) return text;
+  return text + ", " + std::to_string(withoutData) +
+         " of them image data of which the capture keeps only the length";
+}
+
+}  // namespace
+
+void RunConvertCommand(const Options& options, std::ostream& out) {
+  const capture::Capture capture = ReadCaptureFile(options.readCapture);
+  RequireFree(options);
+  WriteFile(options.convertedFile, capture::ToPcapng(capture));
+  out << options.convertedFile << ": " << Summary(capture) << "\n";
+}
+
+}  // namespace pmscan

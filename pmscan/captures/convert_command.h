@@ -1,0 +1,14 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "pmscan/command_line/command_line.h"
+
+namespace pmscan {
+
+// Writes a capture file as pcapng, and says on `out` what was written. Throws Failure:
+// kCaptureUnreadable, or kCaptureUnwritable, also for a file that is there and may not be replaced.
+// A file that could not be written to its end is removed.
+void RunConvertCommand(const Options& options, std::ostream& out);
+
+}  // namespace pmscan

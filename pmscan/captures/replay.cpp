@@ -1,0 +1,190 @@
+#include "pmscan/captures/replay.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "capture/file/capture_writer.h"
+#include "capture/file/settings_text.h"
+#include "pmscan/captures/call_values.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+using capture::CallBegin;
+using capture::CallEnd;
+using capture::LineOf;
+using capture::RecordChange;
+
+// The change of one member, as a capture holds it.
+std::string ChangeText(const RecordChange& change) {
+  const std::string text = capture::FormatEntry(change);
+  const std::size_t start = text.find_first_not_of(' ');
+  return text.substr(start, text.size() - start - 1);
+}
+
+// Every line of the text behind the label, the second and later ones below the first.
+std::string Labelled(const std::string& label, const std::string& text) {
+  std::string result = "  " + label;
+  for (const char c : text) {
+    result += c;
+    if (c == '\n') result.append(2 + label.size(), ' ');
+  }
+  return result + "\n";
+}
+
+}  // namespace
+
+std::string Describe(const capture::Difference& difference, const std::string& captureFile) {
+  std::string text = captureFile + ", line " + std::to_string(difference.line) + ", ";
+  text += difference.call.empty() ? "behind the last call" : "in " + difference.call;
+  text += ":\n" + Labelled("expected  ", difference.expected);
+  text += Labelled("came      ", difference.came);
+  if (difference.decoded.empty()) return text;
+  return text + Labelled("decoded   ", difference.decoded.substr(0, difference.decoded.size() - 1));
+}
+
+Replay::Replay(const capture::Capture& playedCapture, std::string captureFile,
+               capture::DifferenceLog& differences, PictureTaker* pictureTaker)
+    : capture(playedCapture),
+      file(std::move(captureFile)),
+      log(differences),
+      pictures(pictureTaker),
+      device(playedCapture, differences) {
+  settings.deviceInterface = &device;
+}
+
+void Replay::Run(const ModuleExports& module) {
+  CallSurroundings host{module, settings, {}};
+  for (std::size_t i = 0; i < capture.entries.size() && !log.IsOver(); ++i) {
+    if (const auto* const change = std::get_if<RecordChange>(&capture.entries[i])) {
+      capture::Apply(*change, settings);
+      capture::Apply(*change, expectedSettings);
+    }
+    if (!std::holds_alternative<CallBegin>(capture.entries[i])) continue;
+    const std::size_t end = EndOfCall(i);
+    MakeCall(host, i, end);
+    i = end;
+    behindCalls = std::min(end + 1, capture.entries.size());
+  }
+}
+
+// The entry of the call's return; the end of the capture when it has none.
+std::size_t Replay::EndOfCall(std::size_t begin) const {
+  for (std::size_t i = begin + 1; i < capture.entries.size(); ++i) {
+    if (std::holds_alternative<CallEnd>(capture.entries[i])) return i;
+  }
+  return capture.entries.size();
+}
+
+void Replay::MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end) {
+  const auto& call = std::get<CallBegin>(capture.entries[begin]);
+  const ModuleCall& known = KnownCall(call, begin);
+  device.BeginCall(call.name, begin + 1, end);
+  const CallOutcome outcome = known.run(host, call.arguments);
+  device.EndCall();
+  ++calls;
+  if (log.IsOver()) return;
+  endsInCall = end == capture.entries.size();
+  if (endsInCall) return;
+  CompareSettings(begin + 1, end, call.name);
+  Compare(outcome, end);
+  TakePicture(host, call, outcome);
+}
+
+const ModuleCall& Replay::KnownCall(const CallBegin& call, std::size_t entry) const {
+  const std::string place = file + ", line " + std::to_string(LineOf(capture, entry)) + ": ";
+  const ModuleCall* const known = FindModuleCall(call.name);
+  if (known == nullptr) {
+    throw Failure(kCaptureUnreadable, place + "the module has no export " + call.name + ".");
+  }
+  for (const capture::Value& argument : call.arguments) {
+    const auto& names = known->arguments;
+    if (std::find(names.begin(), names.end(), argument.name) != names.end()) continue;
+    throw Failure(kCaptureUnreadable,
+                  place + call.name + " has no argument " + argument.name + ".");
+  }
+  if (ValueOf(call.arguments, "bufferBytes") <= kMostBufferBytes) return *known;
+  throw Failure(kCaptureUnreadable,
+                place + "bufferBytes is more than " + std::to_string(kMostBufferBytes) + ".");
+}
+
+void Replay::Compare(const CallOutcome& outcome, std::size_t entry) {
+  const auto& expected = std::get<CallEnd>(capture.entries[entry]);
+  CompareResults(expected, outcome, entry);
+  CompareChecksum(expected, outcome, entry);
+}
+
+// A result that the capture does not tell is not compared.
+void Replay::CompareResults(const CallEnd& expected, const CallOutcome& outcome,
+                            std::size_t entry) {
+  const bool isSame = std::all_of(expected.results.begin(), expected.results.end(),
+                                  [&](const capture::Value& value) {
+                                    const auto& came = outcome.results;
+                                    return std::find(came.begin(), came.end(), value) != came.end();
+                                  });
+  if (isSame || log.IsOver()) return;
+  log.Add({LineOf(capture, entry), expected.name,
+           capture::Headline(CallEnd{expected.name, expected.results, std::nullopt, 0}),
+           capture::Headline(CallEnd{expected.name, outcome.results, std::nullopt, 0}), ""});
+}
+
+void Replay::CompareChecksum(const CallEnd& expected, const CallOutcome& outcome,
+                             std::size_t entry) {
+  if (log.IsOver() || device.HasInvented() || !expected.imageChecksum.has_value()) return;
+  ++checksums;
+  if (expected.imageChecksum == outcome.imageChecksum) return;
+  log.Add({LineOf(capture, entry), expected.name,
+           capture::Headline(CallEnd{expected.name, {}, expected.imageChecksum, 0}),
+           capture::Headline(CallEnd{expected.name, {}, outcome.imageChecksum, 0}),
+           "the lines of the picture are not the same\n"});
+}
+
+void Replay::CompareSettings(std::size_t begin, std::size_t end, const std::string& call) {
+  for (std::size_t i = begin; i < end; ++i) {
+    const auto* const change = std::get_if<RecordChange>(&capture.entries[i]);
+    if (change != nullptr) capture::Apply(*change, expectedSettings);
+  }
+  const std::vector<RecordChange> wanted = capture::Compare(settings, expectedSettings, true);
+  const std::vector<RecordChange> came = capture::Compare(expectedSettings, settings, true);
+  for (std::size_t i = 0; i < wanted.size() && !log.IsOver(); ++i) {
+    log.Add({LineOf(capture, end), call, ChangeText(wanted[i]), ChangeText(came[i]), ""});
+    capture::Apply(came[i], expectedSettings);
+  }
+}
+
+void Replay::TakePicture(const CallSurroundings& host, const CallBegin& call,
+                         const CallOutcome& outcome) {
+  if (pictures == nullptr || log.IsOver()) return;
+  if (call.name == "PMInitAcquire") pictures->Begin(settings, call.arguments, outcome.results);
+  if (call.name == "PMAcquireImage" && outcome.imageChecksum.has_value()) {
+    pictures->TakeBand(host.rows, outcome.results);
+  }
+}
+
+void Replay::BeginUnload() {
+  if (!log.IsOver()) device.BeginCall("", behindCalls, capture.entries.size());
+}
+
+void Replay::Finish() {
+  device.EndCall();
+}
+
+std::string Replay::Report() const {
+  std::string text = "Calls        " + std::to_string(calls) + "\nTransfers    " +
+                     std::to_string(device.Transfers()) + "\nPicture      " + PictureText() + "\n";
+  if (endsInCall) text += "End          within a call, like the capture\n";
+  return text + "Differences  " + std::to_string(log.All().size()) + "\n";
+}
+
+std::string Replay::PictureText() const {
+  if (device.HasInvented()) {
+    return "not compared: the capture holds no image data, zeros stood for it";
+  }
+  if (checksums == 0) return "none";
+  return std::to_string(checksums) + (checksums == 1 ? " band" : " bands") +
+         " of lines, compared by checksum";
+}
+
+}  // namespace pmscan

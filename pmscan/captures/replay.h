@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "capture/file/capture.h"
+#include "capture/replay/difference.h"
+#include "capture/replay/replaying_device.h"
+#include "interface/scanner_settings.h"
+#include "pmscan/scan/module_calls.h"
+#include "pmscan/scan/module_exports.h"
+
+namespace pmscan {
+
+// Takes the pictures that a replay delivers again. May throw.
+class PictureTaker {
+ public:
+  virtual ~PictureTaker() = default;
+
+  // A picture begins; `setup` and `arguments` are those of its PMInitAcquire.
+  virtual void Begin(const pmddb832::ScannerSettings& settings,
+                     const std::vector<capture::Value>& arguments,
+                     const std::vector<capture::Value>& setup) = 0;
+  // `rows` begins with the lines of a band, from the top when the capture's host wanted it so.
+  virtual void TakeBand(const std::vector<std::uint8_t>& rows,
+                        const std::vector<capture::Value>& band) = 0;
+};
+
+// A difference as a paragraph for people: where it is, what was expected, what came, what that
+// means. Ends with a line feed.
+std::string Describe(const capture::Difference& difference, const std::string& captureFile);
+
+// Plays both ends of a capture against a module: makes the host's calls with the host's settings,
+// answers as the scanner did, and compares what the module does: its transfers, the results of the
+// calls that the capture tells, the settings that it writes, the checksums of the lines. These are
+// compared as long as the capture holds the image data.
+class Replay {
+ public:
+  // All of it outlives this; `captureFile` is for messages. `pictures` may be null.
+  Replay(const capture::Capture& playedCapture, std::string captureFile,
+         capture::DifferenceLog& differences, PictureTaker* pictureTaker);
+
+  // Makes the calls, up to the first difference when the comparison is strict. The module keeps the
+  // settings and the device, so that this lives until it is unloaded. Throws
+  // Failure(kCaptureUnreadable) for a call that no host can make.
+  void Run(const ModuleExports& module);
+
+  // To be called after Run and before the module is unloaded; after that, Finish.
+  void BeginUnload();
+  void Finish();
+
+  // A summary, a line for each fact.
+  std::string Report() const;
+
+ private:
+  std::size_t EndOfCall(std::size_t begin) const;
+  void MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end);
+  const ModuleCall& KnownCall(const capture::CallBegin& call, std::size_t entry) const;
+  void Compare(const CallOutcome& outcome, std::size_t entry);
+  void CompareResults(const capture::CallEnd& expected, const CallOutcome& outcome,
+                      std::size_t entry);
+  void CompareChecksum(const capture::CallEnd& expected, const CallOutcome& outcome,
+                       std::size_t entry);
+  void CompareSettings(std::size_t begin, std::size_t end, const std::string& call);
+  void TakePicture(const CallSurroundings& host, const capture::CallBegin& call,
+                   const CallOutcome& outcome);
+  std::string PictureText() const;
+
+  const capture::Capture& capture;
+  const std::string file;
+  capture::DifferenceLog& log;
+  PictureTaker* const pictures;
+  capture::ReplayingDevice device;
+  pmddb832::ScannerSettings settings{};
+  pmddb832::ScannerSettings expectedSettings{};
+  std::size_t behindCalls = 0;  // the entry behind the last call that was made
+  std::uint32_t calls = 0;
+  std::uint32_t checksums = 0;
+  bool endsInCall = false;
+};
+
+}  // namespace pmscan

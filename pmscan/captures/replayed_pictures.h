@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "pmscan/captures/replay.h"
+#include "pmscan/pictures/picture_writer.h"
+
+namespace pmscan {
+
+// Writes the first picture of a replay into a file.
+class ReplayedPictures final : public PictureTaker {
+ public:
+  // `pictureFile` in UTF-8; its extension is the format.
+  ReplayedPictures(std::string pictureFile, bool mayReplaceFile)
+      : file(std::move(pictureFile)), mayReplace(mayReplaceFile) {}
+
+  void Begin(const pmddb832::ScannerSettings& settings,
+             const std::vector<capture::Value>& arguments,
+             const std::vector<capture::Value>& setup) override;
+  void TakeBand(const std::vector<std::uint8_t>& rows,
+                const std::vector<capture::Value>& band) override;
+
+  // Throws Failure(kUnsupported) when there was no whole picture.
+  void Commit();
+
+ private:
+  const std::string file;
+  const bool mayReplace;
+  std::optional<PictureWriter> writer;
+  std::uint32_t lineBytes = 0;
+  bool isDone = false;
+};
+
+}  // namespace pmscan

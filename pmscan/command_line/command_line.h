@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pmscan/captures/capture_choice.h"
+#include "pmscan/command_line/progress.h"
+#include "pmscan/pictures/picture_format.h"
+#include "pmscan/scan/page_names.h"
+#include "pmscan/scan/scan_area.h"
+#include "pmscan/scan/scan_mode.h"
+#include "pmscan/scan/scan_source.h"
+
+namespace pmscan {
+
+enum class Command { kHelp, kInfo, kConvert, kDecode, kDevices, kReplay, kScan };
+
+// What the user asks for. Texts are UTF-8.
+struct Options {
+  Command command = Command::kHelp;
+  std::string device = "sim:extended";
+  std::string faults;      // a script of faults; empty: none
+  std::string modulePath;  // empty: Pmddb832.dll beside the program
+  bool isJson = false;     // the report is a JSON document
+  CaptureChoice capture;   // without a file: none
+  bool mayOverwrite = false;
+  std::string readCapture;  // of decode, convert and replay
+  std::string convertedFile;
+  // Of a replay.
+  std::string replayedPicture;  // empty: none
+  bool isTolerant = false;      // goes on behind a difference
+  // Of a scan.
+  bool hasOutput = false;  // false: nothing is scanned, only tried out or kept
+  PageNames names;
+  PictureFormat format{};
+  std::optional<std::uint32_t> pages = 1;  // nothing: until the feeder is empty
+  ScanMode mode{};
+  ScanSource source{};
+  std::uint32_t dotsPerInch = 300;  // 1 to 65535
+  std::optional<AreaRequest> area;
+  std::string original;  // empty: the built-in test page
+  std::uint32_t warmUpSeconds = 60;
+  std::uint32_t paperSeconds = 0;  // how long to wait for paper in the feeder
+  bool isMirrored = false;
+  bool isInverted = false;
+  bool isDryRun = false;
+  std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal
+  std::string savedProfile;  // the name under which the settings were kept; empty: none
+};
+
+// Reads the arguments behind the program's name. The settings of --profile come from
+// `profileFolder`, and --save-profile keeps them there. Throws Failure: kUsage, kProfile, or
+// kUnsupported when the options contradict each other.
+Options ParseCommandLine(const std::vector<std::string>& arguments,
+                         const std::filesystem::path& profileFolder = {});
+
+// Whether the device is simulated: "sim:...".
+bool IsSimulatorName(const std::string& device);
+
+// The simulator's name of a device: "sim:extended:QM2700" gives "extended:QM2700". Throws
+// Failure(kUsage) for a device of another kind.
+std::string SimulatorName(const std::string& device);
+
+// The model id behind a simulator's name, empty when it names none: "extended:QM2700+pages=3"
+// gives "QM2700".
+std::string ModelIdOf(const std::string& simulatorName);
+
+}  // namespace pmscan

@@ -1,0 +1,70 @@
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+// windows.h comes first: the other headers build on it.
+#include <io.h>
+#include <shellapi.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "pmscan/command_line/console.h"
+
+namespace pmscan {
+namespace {
+
+std::atomic<bool> interrupted = false;
+
+BOOL WINAPI OnConsoleEvent(DWORD event) {
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
+  interrupted = true;
+  return TRUE;
+}
+
+}  // namespace
+
+std::vector<std::string> CommandLineArguments() {
+  SetConsoleOutputCP(CP_UTF8);
+  int count = 0;
+  const std::unique_ptr<LPWSTR, decltype(&LocalFree)> words(
+      CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(ToUtf8(words.get()[i]));
+  return arguments;
+}
+
+std::string ToUtf8(const wchar_t* wide) {
+  const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(bytes), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide, -1, utf8.data(), bytes, nullptr, nullptr);
+  utf8.resize(utf8.size() - 1);  // the terminating zero
+  return utf8;
+}
+
+std::wstring ToWide(const std::string& utf8) {
+  const int bytes = static_cast<int>(utf8.size());
+  const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, wide.data(), length);
+  return wide;
+}
+
+std::filesystem::path ProfileFolder() {
+  const wchar_t* const folder = _wgetenv(L"APPDATA");
+  return std::filesystem::path(folder == nullptr ? L"" : folder) / "pmscan";
+}
+
+bool IsErrorOutputTerminal() {
+  return _isatty(_fileno(stderr)) != 0;
+}
+
+void CatchInterrupt() {
+  SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
+}
+
+bool IsInterrupted() {
+  return interrupted;
+}
+
+}  // namespace pmscan

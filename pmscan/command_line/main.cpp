@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "pmscan/captures/capture_session.h"
+#include "pmscan/captures/convert_command.h"
+#include "pmscan/captures/decode_command.h"
+#include "pmscan/captures/dry_run.h"
+#include "pmscan/captures/replay_command.h"
+#include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/console.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/help_text.h"
+#include "pmscan/devices/device_connection.h"
+#include "pmscan/devices/devices_command.h"
+#include "pmscan/pictures/imaging_component.h"
+#include "pmscan/report/error_codes.h"
+#include "pmscan/report/json_report.h"
+#include "pmscan/report/report.h"
+#include "pmscan/scan/module_exports.h"
+#include "pmscan/scan/module_library.h"
+#include "pmscan/scan/scan_command.h"
+#include "pmscan/scan/session.h"
+
+namespace pmscan {
+namespace {
+
+void Connect(pmddb832::StillImageDevice& device, const std::string& modelId,
+             pmddb832::ScannerSettings& settings) {
+  settings.deviceInterface = &device;
+  settings.useDeviceInterface = 1;
+  std::copy_n(modelId.begin(), std::min(modelId.size(), sizeof(settings.modelId) - 1),
+              settings.modelId);
+}
+
+void RunInfo(const Options& options, const ModuleExports& module,
+             pmddb832::ScannerSettings& settings, Json& report) {
+  const Session session(module, settings);
+  const ScannerFacts facts = AskScanner(module, settings);
+  if (options.isJson) {
+    report = ScannerJson(facts);
+  } else {
+    std::cout << ScannerReport(facts);
+  }
+}
+
+// The start is kept from the scanner, and the module fails for that reason.
+void RunDry(const Options& options, const ModuleExports& module,
+            pmddb832::ScannerSettings& settings, Json& report) {
+  pmddb832::StillImageDevice& scanner = *settings.deviceInterface;
+  DryRunDevice device(scanner);
+  settings.deviceInterface = &device;
+  std::optional<Failure> failure;
+  try {
+    PrepareScan(options, module, settings);
+  } catch (const Failure& reason) {
+    if (!device.HasReachedStart()) failure.emplace(reason);
+  }
+  settings.deviceInterface = &scanner;
+  if (options.isJson) {
+    report = DryRunJson(device.Sent());
+  } else {
+    std::cout << DryRunReport(device.Sent());
+  }
+  if (failure) throw Failure(*failure);
+}
+
+void RunCommand(const Options& options, const ModuleExports& module,
+                pmddb832::ScannerSettings& settings, Json& report) {
+  if (options.command == Command::kInfo) return RunInfo(options, module, settings, report);
+  if (options.isDryRun) return RunDry(options, module, settings, report);
+  RunScanCommand(options, module, settings, report);
+}
+
+int Report(const Failure& failure) {
+  std::cerr << Describe(failure);
+  return FindErrorCode(failure.code).exitCode;
+}
+
+// Records into `capture` what goes on, unless that is null.
+void RunWithModule(const Options& options, CaptureSession* capture,
+                   pmddb832::ScannerSettings& settings, Json& report) {
+  const ModuleLibrary library(options.modulePath);
+  const ModuleExports module = BindExports([&](const char* name) { return library.Find(name); });
+  RunCommand(options, capture == nullptr ? module : capture->Attach(module), settings, report);
+}
+
+// The command as it was given, for the capture.
+std::string CommandText() {
+  std::string text = "pmscan";
+  for (const std::string& argument : CommandLineArguments()) text += " " + argument;
+  return text;
+}
+
+// Runs the command and returns the exit code.
+int RunWithDevice(const Options& options, Json& report) {
+  const std::unique_ptr<DeviceConnection> connection = ConnectDevice(options);
+  // The module reads the settings until it is unloaded, so they come first; so does its device.
+  pmddb832::ScannerSettings settings{};
+  Connect(connection->Device(), connection->ModelId(), settings);
+  std::optional<CaptureSession> capture;
+  if (!options.capture.file.empty()) {
+    capture.emplace(options.capture, options.mayOverwrite, CommandText());
+    capture->Attach(settings);
+  }
+  int exitCode = 0;
+  try {
+    RunWithModule(options, capture ? &*capture : nullptr, settings, report);
+    if (capture) capture->Finish();
+  } catch (const Failure& failure) {
+    exitCode = Report(failure);
+    report["error"] = FailureJson(failure);
+  }
+  return connection->Judge(exitCode);
+}
+
+int RunReporting(const Options& options, Json& report) {
+  try {
+    if (options.command == Command::kScan) RequireRunnable(options);
+    return RunWithDevice(options, report);
+  } catch (const Failure& failure) {
+    report["error"] = FailureJson(failure);
+    return Report(failure);
+  }
+}
+
+void ListDevices(bool isJson) {
+  const DeviceList list = FindDevices();
+  std::cout << (isJson ? JsonText(DeviceListJson(list)) : DeviceListText(list));
+}
+
+int RunDeviceCommand(const Options& options) {
+  const ComApartment apartment;
+  if (options.command == Command::kReplay) {
+    RunReplayCommand(options);
+    return 0;
+  }
+  if (options.command == Command::kDevices) {
+    ListDevices(options.isJson);
+    return 0;
+  }
+  Json report = Json::object();
+  const int exitCode = RunReporting(options, report);
+  report["exitCode"] = exitCode;
+  if (options.isJson) std::cout << JsonText(report);
+  return exitCode;
+}
+
+// Reads and writes files only. False when the command is another one.
+bool RunFileCommand(const Options& options) {
+  if (options.command == Command::kDecode) {
+    RunDecodeCommand(options, std::cout);
+    return true;
+  }
+  if (options.command != Command::kConvert) return false;
+  RunConvertCommand(options, std::cout);
+  return true;
+}
+
+int Run() {
+  const Options options = ParseCommandLine(CommandLineArguments(), ProfileFolder());
+  if (options.command == Command::kHelp) {
+    std::cout << HelpText();
+    return 0;
+  }
+  if (RunFileCommand(options)) return 0;
+  const bool onlyKeepsProfile =
+      options.command == Command::kScan && !options.hasOutput && !options.isDryRun;
+  return onlyKeepsProfile ? 0 : RunDeviceCommand(options);
+}
+
+}  // namespace
+}  // namespace pmscan
+
+int main() {
+  try {
+    return pmscan::Run();
+  } catch (const pmscan::Failure& failure) {
+    return pmscan::Report(failure);
+  } catch (const std::exception& error) {
+    std::cerr << "pmscan: " << error.what() << "\n";
+    return pmscan::FindErrorCode(pmscan::kUnknownError).exitCode;
+  }
+}

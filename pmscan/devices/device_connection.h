@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "pmscan/command_line/command_line.h"
+#include "transport/still_image_device.h"
+
+namespace pmscan {
+
+// The scanner of a command, connected as long as this lives.
+class DeviceConnection {
+ public:
+  virtual ~DeviceConnection() = default;
+  DeviceConnection(const DeviceConnection&) = delete;
+  DeviceConnection& operator=(const DeviceConnection&) = delete;
+
+  virtual pmddb832::StillImageDevice& Device() = 0;
+
+  // The model that the host expects, at most 7 characters; empty when any will do.
+  virtual std::string ModelId() const { return {}; }
+
+  // Says on standard error what the scanner has to say of the conversation, which ended with
+  // `exitCode`, and returns the exit code that this makes.
+  virtual int Judge(int exitCode) const { return exitCode; }
+
+ protected:
+  DeviceConnection() = default;
+};
+
+// Connects the device that the options name: a simulated scanner, or a still-image device. Throws
+// Failure.
+std::unique_ptr<DeviceConnection> ConnectDevice(const Options& options);
+
+}  // namespace pmscan

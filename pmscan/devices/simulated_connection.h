@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "pmscan/devices/device_connection.h"
+#include "simulator/device/scanner.h"
+#include "simulator/faults/fault_injector.h"
+
+namespace pmscan {
+
+// A simulated scanner of this process, of the catalog or by a profile, with the picture that the
+// options name on its bed, and with faults on its cable.
+class SimulatedConnection : public DeviceConnection {
+ public:
+  // Throws Failure: kUsage when there is no such scanner, kSimulation, kInputFile.
+  explicit SimulatedConnection(const Options& options);
+
+  pmddb832::StillImageDevice& Device() override { return cable; }
+  std::string ModelId() const override { return simulation.modelId; }
+  // What the module did wrong weighs more than what went wrong.
+  int Judge(int exitCode) const override;
+
+  struct Simulation {
+    std::string modelId;
+    std::unique_ptr<simulator::Scanner> scanner;
+    std::vector<simulator::Fault> faults;
+  };
+
+ private:
+  const Simulation simulation;
+  simulator::FaultInjector cable;
+};
+
+}  // namespace pmscan

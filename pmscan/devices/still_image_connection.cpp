@@ -1,0 +1,29 @@
+#include "pmscan/devices/still_image_connection.h"
+
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+constexpr DWORD kLockMilliseconds = 5000;
+
+}  // namespace
+
+StillImageConnection::StillImageConnection(const std::string& device) {
+  const std::vector<StillImageEntry> entries = service.Devices();
+  const StillImageEntry& entry = FindStillImageEntry(entries, device);
+  service.Open(entry, stillImage);
+  RequireSuccess(stillImage->LockDevice(kLockMilliseconds), kDeviceUnavailable,
+                 "have the device alone: another program uses it", entry.localName);
+}
+
+StillImageConnection::~StillImageConnection() {
+  stillImage->UnLockDevice();
+}
+
+// Our declaration of the interface is that of the system by position.
+pmddb832::StillImageDevice& StillImageConnection::Device() {
+  return *reinterpret_cast<pmddb832::StillImageDevice*>(stillImage.Get());
+}
+
+}  // namespace pmscan

@@ -1,0 +1,70 @@
+#include "pmscan/pictures/picture_format.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+constexpr std::array kFormats{
+    PictureFormat{"png", "PNG", Container::kPng},
+    PictureFormat{"tif", "TIFF", Container::kTiff},
+    PictureFormat{"tiff", "TIFF", Container::kTiff},
+    PictureFormat{"bmp", "BMP", Container::kBmp},
+    PictureFormat{"jpg", "JPEG", Container::kJpeg},
+    PictureFormat{"jpeg", "JPEG", Container::kJpeg},
+};
+
+// What a container cannot hold.
+struct Gap {
+  Container container;
+  PixelLayout layout;
+  std::string_view instead;
+};
+
+constexpr std::array kGaps{
+    Gap{Container::kBmp, PixelLayout::kGrey16, "--mode grey"},
+    Gap{Container::kBmp, PixelLayout::kRgb48, "--mode colour"},
+    Gap{Container::kJpeg, PixelLayout::kBlackWhite, "--mode grey"},
+    Gap{Container::kJpeg, PixelLayout::kPalette, "--mode colour"},
+    Gap{Container::kJpeg, PixelLayout::kGrey16, "--mode grey"},
+    Gap{Container::kJpeg, PixelLayout::kRgb48, "--mode colour"},
+};
+
+std::string LowerCaseExtension(std::string_view fileName) {
+  const std::size_t dot = fileName.find_last_of("./\\");
+  if (dot == std::string_view::npos || fileName[dot] != '.') return {};
+  std::string extension(fileName.substr(dot + 1));
+  std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+  });
+  return extension;
+}
+
+}  // namespace
+
+const PictureFormat& FormatByFileName(std::string_view fileName) {
+  const std::string extension = LowerCaseExtension(fileName);
+  for (const PictureFormat& format : kFormats) {
+    if (format.extension == extension) return format;
+  }
+  throw Failure(kUsage, "The name \"" + std::string(fileName) +
+                            "\" tells no picture format: it ends in .png, .tif, .tiff, .bmp, "
+                            ".jpg or .jpeg.");
+}
+
+void RequireHolds(const PictureFormat& format, const ScanMode& mode) {
+  for (const Gap& gap : kGaps) {
+    if (gap.container != format.container || gap.layout != mode.layout) continue;
+    throw Failure(kUnsupported, std::string(format.name) + " files cannot hold " +
+                                    std::string(mode.description) +
+                                    ": write a .png or .tif file, or scan with " +
+                                    std::string(gap.instead) + ".");
+  }
+}
+
+}  // namespace pmscan

@@ -1,0 +1,119 @@
+#include "pmscan/pictures/picture_reader.h"
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "pmscan/command_line/console.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/pictures/imaging_component.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+// What the component itself takes for pictures that do not tell their resolution.
+constexpr double kUsualDotsPerInch = 96;
+
+class PictureReader {
+ public:
+  explicit PictureReader(const std::string& file) : name(file) {
+    CreateImagingFactory(factory, kInputFile, name);
+    Require(factory->CreateDecoderFromFilename(ToWide(file).c_str(), nullptr, GENERIC_READ,
+                                               WICDecodeMetadataCacheOnDemand, decoder.Receive()),
+            "open it as a picture");
+    Require(decoder->GetFrame(0, frame.Receive()), "read its first page");
+  }
+
+  simulator::Picture Read();
+
+ private:
+  // The samples of every row of the frame, `channels` of them a pixel, stored in `buffer`.
+  template <typename Sample>
+  void Copy(IWICBitmapSource* source, std::uint32_t channels, std::vector<Sample>& buffer);
+  void ReadDeepColour(simulator::Picture& picture);
+  void ReadDeepGrey(simulator::Picture& picture);
+  void ReadAnything(simulator::Picture& picture);
+  void Require(HRESULT result, const char* step) const {
+    RequireSuccess(result, kInputFile, step, name);
+  }
+
+  const std::string name;
+  ComPointer<IWICImagingFactory> factory;
+  ComPointer<IWICBitmapDecoder> decoder;
+  ComPointer<IWICBitmapFrameDecode> frame;
+  UINT width = 0;
+  UINT height = 0;
+};
+
+simulator::Picture PictureReader::Read() {
+  double horizontal = 0;
+  double vertical = 0;
+  GUID format{};
+  Require(frame->GetSize(&width, &height), "read its size");
+  Require(frame->GetResolution(&horizontal, &vertical), "read its resolution");
+  Require(frame->GetPixelFormat(&format), "read its pixel format");
+  const double dotsPerInch = horizontal >= 1 ? std::round(horizontal) : kUsualDotsPerInch;
+  simulator::Picture picture{width, height, static_cast<std::uint32_t>(dotsPerInch), {}};
+  if (IsEqualGUID(format, GUID_WICPixelFormat48bppRGB)) {
+    ReadDeepColour(picture);
+  } else if (IsEqualGUID(format, GUID_WICPixelFormat16bppGray)) {
+    ReadDeepGrey(picture);
+  } else {
+    ReadAnything(picture);
+  }
+  return picture;
+}
+
+template <typename Sample>
+void PictureReader::Copy(IWICBitmapSource* source, std::uint32_t channels,
+                         std::vector<Sample>& buffer) {
+  const std::uint64_t lineBytes = std::uint64_t{width} * channels * sizeof(Sample);
+  const std::uint64_t bytes = lineBytes * height;
+  if (bytes > std::numeric_limits<UINT>::max()) {
+    throw Failure(kInputFile, name + ": the picture is too large.");
+  }
+  buffer.resize(bytes / sizeof(Sample));
+  Require(source->CopyPixels(nullptr, static_cast<UINT>(lineBytes), static_cast<UINT>(bytes),
+                             reinterpret_cast<BYTE*>(buffer.data())),
+          "read its pixels");
+}
+
+void PictureReader::ReadDeepColour(simulator::Picture& picture) {
+  Copy(frame.Get(), 3, picture.samples);
+}
+
+void PictureReader::ReadDeepGrey(simulator::Picture& picture) {
+  std::vector<std::uint16_t> grey;
+  Copy(frame.Get(), 1, grey);
+  picture.samples.reserve(grey.size() * 3);
+  for (const std::uint16_t sample : grey) picture.samples.insert(picture.samples.end(), 3, sample);
+}
+
+// By way of pixels with an opacity: some versions of Wine convert grey and indexed ones to nothing
+// else. The opacity is dropped.
+void PictureReader::ReadAnything(simulator::Picture& picture) {
+  constexpr std::uint32_t kChannels = 4;
+  ComPointer<IWICFormatConverter> converter;
+  Require(factory->CreateFormatConverter(converter.Receive()), "convert its pixels");
+  Require(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
+                                nullptr, 0.0, WICBitmapPaletteTypeCustom),
+          "convert its pixels");
+  std::vector<std::uint8_t> bytes;
+  Copy(converter.Get(), kChannels, bytes);
+  picture.samples.reserve(bytes.size() / kChannels * 3);
+  for (std::size_t pixel = 0; pixel < bytes.size(); pixel += kChannels) {
+    for (const std::size_t channel : {2u, 1u, 0u}) {
+      // Times 257, full light stays full light.
+      picture.samples.push_back(static_cast<std::uint16_t>(bytes[pixel + channel] * 257));
+    }
+  }
+}
+
+}  // namespace
+
+simulator::Picture ReadPicture(const std::string& file) {
+  return PictureReader(file).Read();
+}
+
+}  // namespace pmscan

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pmscan/pictures/picture_writer.h"
+#include "pmscan/scan/batch.h"
+#include "pmscan/scan/page_names.h"
+
+namespace pmscan {
+
+// Writes pages into picture files: each into one of its own, or all into one.
+class PictureStore : public PageStore {
+ public:
+  // The member `name` of `pictureFile` counts for nothing: the names are `pageNames`.
+  PictureStore(PageNames pageNames, PictureFile pictureFile)
+      : names(std::move(pageNames)), file(std::move(pictureFile)) {}
+
+  RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) override;
+  void End(std::uint32_t lines) override;
+  void Finish() override;
+  std::string FileOf(std::uint32_t page) const override { return names.Of(page); }
+  const std::vector<SavedFile>& Files() const override { return files; }
+
+ private:
+  const PageNames names;
+  PictureFile file;
+  std::optional<PictureWriter> writer;  // of the file that is open
+  std::vector<SavedFile> files;
+};
+
+}  // namespace pmscan

@@ -1,0 +1,126 @@
+#include "pmscan/scan/batch.h"
+
+#include <chrono>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Passes the lines on, counts them, and shows how far they are.
+class CountingSink : public RowSink {
+ public:
+  CountingSink(RowSink& sink, ProgressMeter* meter) : next(sink), progress(meter) {}
+
+  void Write(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
+             std::uint32_t count) override {
+    next.Write(rows, lineBytes, count);
+    lines += count;
+    if (progress != nullptr) progress->Show(lines);
+  }
+
+  std::uint32_t lines = 0;
+
+ private:
+  RowSink& next;
+  ProgressMeter* const progress;
+};
+
+// Paper may yet be put in, and the cover is open meanwhile.
+bool MayChange(std::uint32_t status) {
+  return status == kFeederEmpty || status == kCoverOpen;
+}
+
+class BatchScan {
+ public:
+  BatchScan(const ModuleExports& moduleExports, const Batch& whatToScan,
+            const BatchManners& howToScan, PageStore& pageStore, std::vector<SavedPage>& savedPages)
+      : module(moduleExports),
+        batch(whatToScan),
+        manners(howToScan),
+        store(pageStore),
+        saved(savedPages) {}
+
+  BatchEnd Run();
+
+ private:
+  void RequireReady() const;
+  void ScanPage();
+  void Keep(std::uint32_t lines, std::uint32_t height, Clock::time_point start);
+  std::uint32_t Number() const { return static_cast<std::uint32_t>(saved.size()) + 1; }
+  bool HasAll() const { return batch.pages && saved.size() >= *batch.pages; }
+
+  const ModuleExports& module;
+  const Batch& batch;
+  const BatchManners& manners;
+  PageStore& store;
+  std::vector<SavedPage>& saved;
+  bool isInPage = false;  // a page that had begun to come failed
+};
+
+BatchEnd BatchScan::Run() {
+  while (!HasAll()) {
+    try {
+      RequireReady();
+      ScanPage();
+    } catch (const Failure& failure) {
+      const bool isEnd = failure.code == kFeederEmpty && !isInPage && !saved.empty();
+      if (isEnd) return BatchEnd::kFeederEmpty;
+      throw;
+    }
+  }
+  return BatchEnd::kAllPages;
+}
+
+void BatchScan::RequireReady() const {
+  for (std::uint32_t trial = 1;; ++trial) {
+    if (manners.acquisition.isInterrupted()) throw Failure(kInterrupted);
+    const std::uint32_t status = module.getOptionStatus(batch.source.option);
+    if (status == 0) return;
+    if (!MayChange(status) || trial > batch.paperSeconds) throw Failure(status);
+    manners.waitForPaper(trial);
+  }
+}
+
+void BatchScan::ScanPage() {
+  const Clock::time_point start = Clock::now();
+  // What the callback would tell, the lines that come tell as well.
+  const pmddb832::AcquisitionSetup setup = PrepareAcquisition(module, batch.outputFormat, nullptr);
+  if (manners.progress != nullptr) manners.progress->BeginPage(Number(), setup.heightLines);
+  CountingSink sink(store.Begin(Number(), setup), manners.progress);
+  try {
+    AcquirePicture(module, setup, manners.acquisition, sink);
+  } catch (const Failure& failure) {
+    isInPage = sink.lines > 0;
+    Keep(failure.code == kInterrupted ? sink.lines : 0, setup.heightLines, start);
+    throw;
+  }
+  Keep(sink.lines, setup.heightLines, start);
+}
+
+void BatchScan::Keep(std::uint32_t lines, std::uint32_t height, Clock::time_point start) {
+  store.End(lines);
+  if (lines == 0) return;
+  const std::chrono::duration<double> time = Clock::now() - start;
+  saved.push_back({Number(), store.FileOf(Number()), lines, height, time.count()});
+}
+
+}  // namespace
+
+BatchEnd ScanPages(const ModuleExports& module, const Batch& batch, const BatchManners& manners,
+                   PageStore& store, std::vector<SavedPage>& saved) {
+  BatchEnd end{};
+  try {
+    end = BatchScan(module, batch, manners, store, saved).Run();
+  } catch (const Failure&) {
+    store.Finish();
+    throw;
+  }
+  store.Finish();
+  return end;
+}
+
+}  // namespace pmscan

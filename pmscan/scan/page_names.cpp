@@ -1,0 +1,129 @@
+#include "pmscan/scan/page_names.h"
+
+#include <charconv>
+#include <filesystem>
+#include <utility>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+constexpr std::size_t kMostDigits = 9;
+
+[[noreturn]] void RefusePattern(std::string_view pattern) {
+  throw Failure(kUsage, "\"" + std::string(pattern) +
+                            "\" is no pattern for file names: write %d or %03d once, where the "
+                            "page's number shall stand, and a percent sign as %%.");
+}
+
+// The digits behind a percent sign: "03d" gives 3, "d" gives 1. Cuts them off, with their letter.
+std::size_t CutDigits(std::string_view& rest, std::string_view pattern) {
+  std::size_t digits = 1;
+  if (rest.starts_with('0')) {
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), digits);
+    if (error != std::errc() || digits < 1 || digits > kMostDigits) RefusePattern(pattern);
+    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+  }
+  if (!rest.starts_with('d')) RefusePattern(pattern);
+  rest.remove_prefix(1);
+  return digits;
+}
+
+// The number that stands in a file's name where the page's number would; 0 when none does.
+std::uint32_t NumberAt(const std::string& name, std::size_t place) {
+  std::uint32_t number = 0;
+  if (place < name.size()) {
+    std::from_chars(name.data() + place, name.data() + name.size(), number);
+  }
+  return number;
+}
+
+std::filesystem::path Utf8Path(const std::string& text) {
+  return {std::u8string(text.begin(), text.end())};
+}
+
+std::string FileName(const std::filesystem::path& path) {
+  const std::u8string name = path.filename().u8string();
+  return {name.begin(), name.end()};
+}
+
+bool Exists(const std::string& file) {
+  std::error_code ignored;
+  return std::filesystem::exists(Utf8Path(file), ignored);
+}
+
+std::optional<std::string> OccupiedFile(const std::string& file) {
+  if (Exists(file)) return file;
+  if (Exists(GrowingName(file))) return GrowingName(file);
+  return std::nullopt;
+}
+
+}  // namespace
+
+PageNames PageNames::Single(std::string file) {
+  PageNames names;
+  names.before = std::move(file);
+  return names;
+}
+
+PageNames PageNames::Numbered(std::string_view pattern) {
+  PageNames names;
+  std::string_view rest = pattern;
+  while (!rest.empty()) {
+    const char letter = rest.front();
+    rest.remove_prefix(1);
+    std::string& part = names.isNumbered ? names.behind : names.before;
+    if (letter != '%') {
+      part += letter;
+    } else if (rest.starts_with('%')) {
+      part += '%';
+      rest.remove_prefix(1);
+    } else {
+      if (names.isNumbered) RefusePattern(pattern);
+      names.digits = CutDigits(rest, pattern);
+      names.isNumbered = true;
+    }
+  }
+  // The number counts files, not folders.
+  const bool isInFolder = names.behind.find_first_of("/\\") != std::string::npos;
+  if (!names.isNumbered || isInFolder) RefusePattern(pattern);
+  return names;
+}
+
+std::string PageNames::Of(std::uint32_t page) const {
+  if (!isNumbered) return before;
+  std::string number = std::to_string(page);
+  if (number.size() < digits) number.insert(0, digits - number.size(), '0');
+  return before + number + behind;
+}
+
+std::set<std::uint32_t> PageNames::NumbersInUse() const {
+  const std::filesystem::path start = Utf8Path(before);
+  const std::filesystem::path folder = start.has_parent_path() ? start.parent_path() : ".";
+  const std::size_t place = FileName(start).size();
+  std::set<std::uint32_t> numbers;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    numbers.insert(NumberAt(FileName(entry.path()), place));
+  }
+  numbers.erase(0);
+  return numbers;
+}
+
+std::optional<std::string> FirstOccupied(const PageNames& names,
+                                         const std::optional<std::uint32_t>& pages) {
+  if (!names.AreNumbered()) return OccupiedFile(names.Of(1));
+  for (const std::uint32_t page : names.NumbersInUse()) {
+    if (pages && page > *pages) break;
+    if (auto file = OccupiedFile(names.Of(page))) return file;
+  }
+  return std::nullopt;
+}
+
+std::string GrowingName(const std::string& file) {
+  return file + ".part";
+}
+
+}  // namespace pmscan

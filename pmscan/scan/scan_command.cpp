@@ -1,0 +1,178 @@
+#include "pmscan/scan/scan_command.h"
+
+#include <chrono>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "pmscan/command_line/console.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/progress.h"
+#include "pmscan/pictures/picture_store.h"
+#include "pmscan/report/error_codes.h"
+#include "pmscan/report/report.h"
+#include "pmscan/scan/batch.h"
+#include "pmscan/scan/scan_request.h"
+#include "pmscan/scan/session.h"
+
+namespace pmscan {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kPause{1};
+
+ScanRequest RequestFor(const Options& options, const pmddb832::ScannerSettings& settings) {
+  const BedSize bed = RequireFitted(options.source, settings);
+  RequireResolution(options.dotsPerInch, settings);
+  RequireMode(options.mode, settings);
+  ScanRequest request{options.mode, options.dotsPerInch,
+                      PlaceArea(options.area, bed, options.dotsPerInch), options.isMirrored,
+                      options.isInverted};
+  if (request.isInverted) {
+    request.area = TrimToGroups(request.area, bed, request.dotsPerInch, request.isMirrored);
+  }
+  RequireTransferable(request, settings);
+  return request;
+}
+
+ProgressStyle StyleFor(const Options& options) {
+  const bool isTerminal = IsErrorOutputTerminal();
+  const ProgressStyle usual = isTerminal ? ProgressStyle::kBar : ProgressStyle::kNone;
+  const ProgressStyle style = options.progress.value_or(usual);
+  return style == ProgressStyle::kBar && !isTerminal ? ProgressStyle::kLines : style;
+}
+
+// A pause that says what is waited for.
+std::function<void(std::uint32_t)> Waiting(ProgressMeter& progress, const char* what,
+                                           std::uint32_t seconds) {
+  return [&progress, what, seconds](std::uint32_t trial) {
+    progress.EndLine();
+    std::cerr << what << "; waiting, " << trial << " of at most " << seconds << " s\n";
+    std::this_thread::sleep_for(kPause);
+  };
+}
+
+BatchManners MannersFor(const Options& options, ProgressMeter& progress) {
+  BatchManners manners;
+  manners.acquisition.warmUpTries = options.warmUpSeconds;
+  manners.acquisition.waitForWarmUp =
+      Waiting(progress, "The scanner is warming up", options.warmUpSeconds);
+  manners.acquisition.isInterrupted = &IsInterrupted;
+  manners.waitForPaper = Waiting(progress, "There is no paper in the feeder", options.paperSeconds);
+  manners.progress = &progress;
+  return manners;
+}
+
+PictureFile PictureFileFor(const Options& options) {
+  return {{}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite};
+}
+
+// What was saved before a failure.
+std::string SavedText(const ScanOutcome& outcome) {
+  std::string text;
+  for (const SavedFile& file : outcome.files) text += (text.empty() ? "" : ", ") + file.name;
+  return text.empty() ? "Nothing was saved." : "Saved before that: " + text + ".";
+}
+
+Failure WithSaved(const Failure& failure, const ScanOutcome& outcome) {
+  const std::string detail = failure.what();
+  return Failure(failure.code, detail + (detail.empty() ? "" : " ") + SavedText(outcome));
+}
+
+// The scan of an open scanner, and the summary of it.
+class ScanRun {
+ public:
+  ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
+          pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
+      : options(scanOptions), module(moduleExports), settings(scannerSettings), json(jsonReport) {}
+
+  void Run(const ScanRequest& request);
+
+ private:
+  void Summarize(const ScanRequest& request, const PictureStore& store, Clock::time_point start);
+
+  const Options& options;
+  const ModuleExports& module;
+  const pmddb832::ScannerSettings& settings;
+  Json& json;
+  ScanOutcome outcome;
+};
+
+void ScanRun::Run(const ScanRequest& request) {
+  const Clock::time_point start = Clock::now();
+  ProgressMeter progress(std::cerr, StyleFor(options));
+  PictureStore store(options.names, PictureFileFor(options));
+  const Batch batch{options.source, request.mode.outputFormat, options.pages, options.paperSeconds};
+  try {
+    outcome.end = ScanPages(module, batch, MannersFor(options, progress), store, outcome.pages);
+  } catch (const Failure& failure) {
+    progress.EndLine();
+    Summarize(request, store, start);
+    throw WithSaved(failure, outcome);
+  }
+  progress.EndLine();
+  Summarize(request, store, start);
+}
+
+void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
+                        Clock::time_point start) {
+  outcome.files = store.Files();
+  outcome.formatName = options.format.name;
+  outcome.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  const ScannerFacts scanner = ReadFacts(settings);
+  if (options.isJson) {
+    json = ScanJson(scanner, options.source, request, outcome);
+  } else if (!outcome.files.empty()) {
+    std::cout << ScanReport(scanner, options.source, request, outcome);
+  }
+}
+
+// The scanner knows what it shall scan, and from where.
+ScanRequest SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
+  const ScanRequest request = RequestFor(options, settings);
+  session.Select(options.source);
+  DescribeScan(request, settings);
+  return request;
+}
+
+class NowhereSink : public RowSink {
+ public:
+  void Write(std::span<const std::uint8_t>, std::uint32_t, std::uint32_t) override {}
+};
+
+}  // namespace
+
+void RunScanCommand(const Options& options, const ModuleExports& module,
+                    pmddb832::ScannerSettings& settings, Json& report) {
+  CatchInterrupt();
+  Session session(module, settings);
+  const ScanRequest request = SetUp(options, session, settings);
+  ScanRun(options, module, settings, report).Run(request);
+}
+
+void PrepareScan(const Options& options, const ModuleExports& module,
+                 pmddb832::ScannerSettings& settings) {
+  Session session(module, settings);
+  const ScanRequest request = SetUp(options, session, settings);
+  const std::uint32_t status = module.getOptionStatus(options.source.option);
+  if (status != 0) throw Failure(status);
+  NowhereSink sink;
+  AcquisitionManners manners;
+  manners.isInterrupted = [] { return false; };
+  AcquirePicture(module, PrepareAcquisition(module, request.mode.outputFormat, nullptr), manners,
+                 sink);
+}
+
+void RequireRunnable(const Options& options) {
+  if (options.isDryRun && !IsSimulatorName(options.device)) {
+    throw Failure(kUnsupported, "--dry-run asks a simulated scanner; with " + options.device +
+                                    " the commands would really be sent.");
+  }
+  if (options.mayOverwrite || options.isDryRun) return;
+  const std::optional<std::string> file = FirstOccupied(options.names, options.pages);
+  if (!file) return;
+  throw Failure(kOutputFile, *file + " is there already; --overwrite replaces it.");
+}
+
+}  // namespace pmscan

@@ -1,0 +1,169 @@
+#include "pmscan/scan/scan_profile.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string_view>
+#include <system_error>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+enum class Kind { kText, kNumber, kSwitch };
+
+struct KeptRow {
+  std::string_view name;
+  Kind kind;
+  std::string_view kindName;
+};
+
+constexpr std::array kKeptOptions{
+    KeptRow{"device", Kind::kText, "a text"},
+    KeptRow{"source", Kind::kText, "a text"},
+    KeptRow{"mode", Kind::kText, "a text"},
+    KeptRow{"resolution", Kind::kNumber, "a number"},
+    KeptRow{"area", Kind::kText, "a text"},
+    KeptRow{"mirror", Kind::kSwitch, "true or false"},
+    KeptRow{"invert", Kind::kSwitch, "true or false"},
+    KeptRow{"original", Kind::kText, "a text"},
+    KeptRow{"warm-up", Kind::kNumber, "a number"},
+    KeptRow{"wait-for-paper", Kind::kNumber, "a number"},
+    KeptRow{"progress", Kind::kText, "a text"},
+};
+
+constexpr std::string_view kExtension = ".json";
+
+const KeptRow* FindRow(std::string_view name) {
+  const auto row = std::find_if(kKeptOptions.begin(), kKeptOptions.end(),
+                                [&](const KeptRow& kept) { return kept.name == name; });
+  return row == kKeptOptions.end() ? nullptr : &*row;
+}
+
+std::string KeptNames() {
+  std::string names;
+  for (const KeptRow& row : kKeptOptions) names.append(names.empty() ? "" : ", ").append(row.name);
+  return names;
+}
+
+std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+// A name that is a file's on every system, and stays in its folder.
+std::filesystem::path FileOf(const std::filesystem::path& folder, const std::string& name) {
+  const bool isOdd = std::any_of(name.begin(), name.end(), [](char letter) {
+    return static_cast<unsigned char>(letter) < ' ' ||
+           std::string_view("<>:\"/\\|?*").find(letter) != std::string_view::npos;
+  });
+  if (name.empty() || name.front() == '.' || isOdd) {
+    throw Failure(kUsage, "\"" + name +
+                              "\" cannot name a profile: the name becomes that of a file, without "
+                              "any of < > : \" / \\ | ? * and without a dot in front.");
+  }
+  const std::string file = name + std::string(kExtension);
+  return folder / std::u8string(file.begin(), file.end());
+}
+
+std::string ProfileNames(const std::filesystem::path& folder) {
+  std::vector<std::string> names;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    if (entry.path().extension() == kExtension) names.push_back(Utf8(entry.path().stem()));
+  }
+  std::sort(names.begin(), names.end());
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
+}
+
+[[noreturn]] void RefuseUnknown(const std::filesystem::path& folder, const std::string& name) {
+  const std::string names = ProfileNames(folder);
+  throw Failure(kUsage, "There is no profile \"" + name + "\"" +
+                            (names.empty() ? "; there is none yet: --save-profile makes one."
+                                           : "; there are: " + names + "."));
+}
+
+Json ToJson(const KeptOption& option) {
+  switch (FindRow(option.name)->kind) {
+    case Kind::kNumber:
+      return std::stoul(option.value, nullptr, 0);
+    case Kind::kSwitch:
+      return option.value != "false";
+    default:
+      return option.value;
+  }
+}
+
+bool IsOfKind(const Json& value, Kind kind) {
+  if (kind == Kind::kNumber) return value.is_number_unsigned();
+  return kind == Kind::kSwitch ? value.is_boolean() : value.is_string();
+}
+
+KeptOption FromJson(const std::string& file, const std::string& key, const Json& value) {
+  const KeptRow* const row = FindRow(key);
+  if (row == nullptr) {
+    throw Failure(kProfile,
+                  file + ": a profile has no \"" + key + "\"; it can have: " + KeptNames() + ".");
+  }
+  if (!IsOfKind(value, row->kind)) {
+    throw Failure(kProfile, file + ": \"" + key + "\" is " + std::string(row->kindName) + ", not " +
+                                value.dump() + ".");
+  }
+  return {key, value.is_string() ? value.get<std::string>() : value.dump()};
+}
+
+Json ParseFile(std::istream& stream, const std::string& file) {
+  try {
+    Json document = Json::parse(stream);
+    if (document.is_object()) return document;
+  } catch (const Json::parse_error& error) {
+    throw Failure(kProfile, file + ": " + error.what() + ".");
+  }
+  throw Failure(kProfile,
+                file + ": a profile is one object of options, as in {\"mode\": \"grey\"}.");
+}
+
+}  // namespace
+
+bool IsKept(const std::string& optionName) {
+  return FindRow(optionName) != nullptr;
+}
+
+std::vector<KeptOption> LoadProfile(const std::filesystem::path& folder, const std::string& name) {
+  const std::filesystem::path path = FileOf(folder, name);
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) RefuseUnknown(folder, name);
+  const std::string file = Utf8(path);
+  std::vector<KeptOption> options;
+  const Json document = ParseFile(stream, file);
+  for (const auto& [key, value] : document.items()) {
+    options.push_back(FromJson(file, key, value));
+  }
+  return options;
+}
+
+void SaveProfile(const std::filesystem::path& folder, const std::string& name,
+                 const std::vector<KeptOption>& options, bool mayOverwrite) {
+  const std::filesystem::path path = FileOf(folder, name);
+  std::error_code reason;
+  if (!mayOverwrite && std::filesystem::exists(path, reason)) {
+    throw Failure(kProfile,
+                  "There is a profile \"" + name + "\" already; --overwrite replaces it.");
+  }
+  Json document = Json::object();
+  for (const KeptOption& option : options) document[option.name] = ToJson(option);
+  std::filesystem::create_directories(folder, reason);
+  std::ofstream stream(path, std::ios::binary);
+  stream << document.dump(2) << "\n";
+  stream.close();
+  if (!stream) throw Failure(kProfile, Utf8(path) + " cannot be written.");
+}
+
+}  // namespace pmscan

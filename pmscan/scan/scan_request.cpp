@@ -1,0 +1,77 @@
+#include "pmscan/scan/scan_request.h"
+
+#include <string>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+constexpr std::uint16_t kExtendedCommands = 3;  // ScannerSettings::scanInfoVariant
+// A transfer block of a scanner with extended commands holds at least two lines.
+constexpr std::uint64_t kLongestExtendedLine = 65279 / 2;
+constexpr std::uint16_t kActualSize = 100;
+constexpr std::uint16_t kLinearGamma = 100;
+constexpr std::uint16_t kNoThreshold = 0xFFFF;
+
+constexpr std::uint64_t RoundUpToEight(std::uint64_t value) {
+  return (value + 7) / 8 * 8;
+}
+
+// Bytes of a line in the scanner, which counts in groups of eight.
+std::uint64_t TransferBytes(std::uint32_t width, std::uint32_t bitsPerPixel) {
+  if (bitsPerPixel == 1) return RoundUpToEight((std::uint64_t{width} + 7) / 8);
+  return RoundUpToEight(width) * (bitsPerPixel / 8);
+}
+
+// The unit of the record is 1/100 inch; the module rounds it back to the same pixel.
+double Hundredths(std::uint32_t pixels, std::uint32_t dotsPerInch) {
+  return pixels * 100.0 / dotsPerInch;
+}
+
+}  // namespace
+
+void RequireResolution(std::uint32_t dotsPerInch, const pmddb832::ScannerSettings& settings) {
+  const std::uint16_t lowest = settings.minResolutionCopy;
+  const std::uint16_t highest = settings.maxResolutionCopy;
+  if (dotsPerInch >= lowest && dotsPerInch <= highest) return;
+  throw Failure(kUnsupported, "This scanner has no " + std::to_string(dotsPerInch) +
+                                  " dots per inch; --resolution can be " + std::to_string(lowest) +
+                                  " to " + std::to_string(highest) + ".");
+}
+
+void RequireMode(const ScanMode& mode, const pmddb832::ScannerSettings& settings) {
+  const bool isExtended = settings.scanInfoVariant == kExtendedCommands;
+  if (!isExtended || mode.layout != PixelLayout::kPalette) return;
+  throw Failure(kUnsupported, "Scanners with extended commands have no mode " +
+                                  std::string(mode.name) + ": scan with --mode colour.");
+}
+
+void RequireTransferable(const ScanRequest& request, const pmddb832::ScannerSettings& settings) {
+  if (settings.scanInfoVariant != kExtendedCommands) return;
+  const std::uint64_t bytes = TransferBytes(request.area.width, request.mode.bitsPerPixel);
+  if (bytes <= kLongestExtendedLine) return;
+  throw Failure(kTooLarge, "A line of " + std::to_string(request.area.width) + " pixels has " +
+                               std::to_string(bytes) + " bytes in mode " +
+                               std::string(request.mode.name) + "; this scanner transfers up to " +
+                               std::to_string(kLongestExtendedLine) + ".");
+}
+
+void DescribeScan(const ScanRequest& request, pmddb832::ScannerSettings& settings) {
+  settings.pixelType = request.mode.pixelType;
+  settings.zoom = kActualSize;
+  settings.resolution = static_cast<std::uint16_t>(request.dotsPerInch);
+  settings.gamma = kLinearGamma;
+  settings.thresholdT = kNoThreshold;
+  settings.originX = Hundredths(request.area.left, request.dotsPerInch);
+  settings.originY = Hundredths(request.area.top, request.dotsPerInch);
+  settings.areaWidthPx = request.area.width;
+  settings.areaHeightPx = request.area.height;
+  settings.areaLeftPx = request.area.left;
+  settings.areaTopPx = request.area.top;
+  settings.mirrorImage = request.isMirrored ? 1 : 0;
+  settings.invertMono = request.isInverted ? 1 : 0;
+}
+
+}  // namespace pmscan

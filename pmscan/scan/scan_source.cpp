@@ -1,0 +1,49 @@
+#include "pmscan/scan/scan_source.h"
+
+#include <string>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+std::string FittedSources(const pmddb832::ScannerSettings& settings) {
+  std::string text;
+  for (const ScanSource& source : kScanSources) {
+    if (!IsFitted(source, settings)) continue;
+    if (!text.empty()) text += ", ";
+    text += source.name;
+  }
+  return text;
+}
+
+}  // namespace
+
+const ScanSource* FindScanSource(std::string_view name) {
+  for (const ScanSource& source : kScanSources) {
+    if (source.name == name) return &source;
+  }
+  return nullptr;
+}
+
+bool IsFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings) {
+  return source.option == kFlatbedOption || source.option == settings.docFeedOption;
+}
+
+BedSize RequireFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings) {
+  const std::string name(source.description);
+  if (!IsFitted(source, settings)) {
+    throw Failure(kUnsupported, "This scanner has no " + name +
+                                    "; --source can be: " + FittedSources(settings) + ".");
+  }
+  const bool isFlatbed = source.option == kFlatbedOption;
+  const BedSize bed{isFlatbed ? settings.bedWidth : settings.optionWidth,
+                    isFlatbed ? settings.bedHeight : settings.optionHeight};
+  if (bed.width == 0 || bed.height == 0) {
+    throw Failure(kUnsupported, "The scanner did not tell the size of its " + name + ".");
+  }
+  return bed;
+}
+
+}  // namespace pmscan

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/device/block_transfer.h"
+#include "simulator/device/document_source.h"
+#include "simulator/device/gamma_tables.h"
+#include "simulator/device/scanner.h"
+#include "simulator/device/scanner_config.h"
+
+namespace simulator {
+
+// What the scanners of both families are and do alike: bed and option unit, condition, gamma
+// tables, focus, and one transfer at a time.
+class PageScanner : public Scanner {
+ public:
+  // The colour matrix of the last ESC m, kept and not applied. Nothing after a reset.
+  const std::optional<std::array<std::uint8_t, 9>>& ColorMatrix() const { return colorMatrix; }
+
+  // The option value that was last sent and accepted; 0 is off.
+  std::uint8_t OptionValue() const { return source.Value(); }
+
+  // The position of the last ESC p, 0xFF for automatic focus.
+  std::uint8_t FocusPosition() const { return focusPosition; }
+
+  // How often the byte FF was acknowledged.
+  std::uint32_t Ejects() const { return ejects; }
+
+ protected:
+  PageScanner(Equipment fitted, const Manners& firmware, bool feederIsVariant);
+
+  // Commands, and the bytes EM and FF.
+  void TakeGamma(Bytes selectorAndTable);
+  void TakeColorMatrix(Bytes matrix);
+  void SwitchOption(Bytes value);
+  void Focus(Bytes position);
+  void TellFocus(Bytes);
+  void FeedPage() override;
+  void EjectPage() override;
+  void AcknowledgeEject();
+
+  // Answers ESC I.
+  void TellLevelData(std::uint8_t status, std::vector<std::uint8_t> data);
+
+  // Answers ESC @: the scanner forgets all but where the paper lies.
+  void Forget();
+
+  // The main status byte; each answer with it is one poll of a scanner that warms up.
+  std::uint8_t MainStatus() const;
+  void CountStatusPoll();
+
+  // Why no document can be scanned now; empty when one can, and then it is ready.
+  std::string WhyTransferRefused();
+  const Picture& Document() const { return source.Document(equipment.onBed); }
+  void Begin(std::unique_ptr<BlockTransfer> started);
+
+  bool SendMore() override;
+  std::optional<std::uint32_t> BlockAwaitingAnswer() const override;
+  void ContinueTransfer() override;
+  void EndTransfer() override;
+
+  // Gamma tables that came and were not used yet.
+  GammaTables TakeGammaTables();
+  bool HasGammaTables() const { return gammaCame; }
+
+  DocumentSource source;
+
+ private:
+  bool WarmingUp() const { return statusPolls < defects.warmUpPolls.value_or(0); }
+
+  const Equipment equipment;
+  const Manners manners;
+  std::unique_ptr<BlockTransfer> transfer;
+  std::uint32_t statusPolls = 0;
+  std::uint32_t transfersRefused = 0;
+  std::uint32_t ejects = 0;
+  bool fatal = false;
+  std::uint8_t focusPosition = 0;
+  GammaTables gamma;
+  bool gammaCame = false;
+  std::optional<std::array<std::uint8_t, 9>> colorMatrix;
+};
+
+}  // namespace simulator

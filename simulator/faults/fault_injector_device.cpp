@@ -1,0 +1,58 @@
+#include "simulator/faults/fault_injector.h"
+
+// What the fault injector leaves to the scanner.
+
+namespace simulator {
+
+std::int32_t FaultInjector::QueryInterface(const void* interfaceId, void** object) {
+  return scanner.QueryInterface(interfaceId, object);
+}
+
+std::uint32_t FaultInjector::AddRef() {
+  return scanner.AddRef();
+}
+
+std::uint32_t FaultInjector::Release() {
+  return scanner.Release();
+}
+
+std::int32_t FaultInjector::Initialize(void* instance, const wchar_t* deviceName,
+                                       std::uint32_t version, std::uint32_t mode) {
+  return scanner.Initialize(instance, deviceName, version, mode);
+}
+
+std::int32_t FaultInjector::GetCapabilities(void* capabilities) {
+  return scanner.GetCapabilities(capabilities);
+}
+
+std::int32_t FaultInjector::GetStatus(void* status) {
+  return scanner.GetStatus(status);
+}
+
+std::int32_t FaultInjector::DeviceReset() {
+  return scanner.DeviceReset();
+}
+
+std::int32_t FaultInjector::Diagnostic(void* buffer) {
+  return scanner.Diagnostic(buffer);
+}
+
+std::int32_t FaultInjector::Escape(std::uint32_t function, const void* input,
+                                   std::uint32_t inputBytes, void* output,
+                                   std::uint32_t outputBytes, std::uint32_t* outputUsed) {
+  return scanner.Escape(function, input, inputBytes, output, outputBytes, outputUsed);
+}
+
+std::int32_t FaultInjector::GetLastError(std::uint32_t* error) {
+  return scanner.GetLastError(error);
+}
+
+std::int32_t FaultInjector::LockDevice(std::uint32_t timeoutMilliseconds) {
+  return scanner.LockDevice(timeoutMilliseconds);
+}
+
+std::int32_t FaultInjector::UnLockDevice() {
+  return scanner.UnLockDevice();
+}
+
+}  // namespace simulator

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "capture/decode/decode.h"
+#include "tests/capture/sample_conversation.h"
+
+namespace pmddb832::tests {
+
+// The decoded conversation, and whether a line of it begins with the text behind its margin and its
+// blanks.
+inline std::string Told(const SampleConversation& sample) {
+  return capture::Decode(sample.capture);
+}
+
+inline bool HasLine(const std::string& text, const std::string& line) {
+  return text.find("\n" + line + "\n") != std::string::npos;
+}
+
+}  // namespace pmddb832::tests

@@ -1,0 +1,179 @@
+#include <doctest/doctest.h>
+
+#include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace {
+
+using pmscan::Command;
+using pmscan::Options;
+using pmscan::ParseCommandLine;
+using Arguments = std::vector<std::string>;
+
+std::uint32_t RefusalOf(const Arguments& arguments) {
+  try {
+    ParseCommandLine(arguments);
+  } catch (const pmscan::Failure& failure) {
+    return failure.code;
+  }
+  return 0;
+}
+
+TEST_CASE("pmscan: a scan needs nothing but a file and has its defaults") {
+  const Options options = ParseCommandLine({"scan", "-o", "page.png"});
+  CHECK(options.command == Command::kScan);
+  CHECK(options.names.Of(1) == "page.png");
+  CHECK(options.pages == 1);
+  CHECK(options.device == "sim:extended");
+  CHECK(options.mode.name == "colour");
+  CHECK(options.source.name == "flatbed");
+  CHECK(options.dotsPerInch == 300);
+  CHECK(!options.area);
+}
+
+TEST_CASE("pmscan: every option of a scan arrives") {
+  const Options options = ParseCommandLine({"scan",
+                                            "--output",
+                                            "p.tif",
+                                            "--device",
+                                            "sim:extended:QM2700",
+                                            "--dll",
+                                            "a.dll",
+                                            "--mode",
+                                            "lineart",
+                                            "--resolution",
+                                            "600",
+                                            "--area",
+                                            "0in,0in,1in,2in",
+                                            "--source",
+                                            "feeder",
+                                            "--mirror",
+                                            "--invert",
+                                            "--original",
+                                            "o.png",
+                                            "--progress",
+                                            "json",
+                                            "--warm-up",
+                                            "5",
+                                            "--wait-for-paper=7",
+                                            "--overwrite",
+                                            "--json"});
+  CHECK(options.device == "sim:extended:QM2700");
+  CHECK(options.modulePath == "a.dll");
+  CHECK(options.mode.pixelType == 0);
+  CHECK(options.dotsPerInch == 600);
+  CHECK(options.area->height.amount == 2);
+  CHECK(options.source.option == 0);
+  CHECK(options.isMirrored);
+  CHECK(options.isInverted);
+  CHECK(options.original == "o.png");
+  CHECK(options.progress == pmscan::ProgressStyle::kJson);
+  CHECK(options.warmUpSeconds == 5);
+  CHECK(options.paperSeconds == 7);
+  CHECK(options.mayOverwrite);
+  CHECK(options.isJson);
+}
+
+TEST_CASE("pmscan: info takes a device and a module") {
+  const Options options = ParseCommandLine({"info", "--device", "sim:x", "--dll", "a.dll"});
+  CHECK(options.command == Command::kInfo);
+  CHECK(options.device == "sim:x");
+  CHECK(options.modulePath == "a.dll");
+}
+
+TEST_CASE("pmscan: help is given wherever it is asked for") {
+  CHECK(ParseCommandLine({"--help"}).command == Command::kHelp);
+  CHECK(ParseCommandLine({"scan", "--help"}).command == Command::kHelp);
+  CHECK(ParseCommandLine({"info", "-h"}).command == Command::kHelp);
+}
+
+TEST_CASE("pmscan: a command line that is not understood is a usage error") {
+  const std::vector<Arguments> lines{
+      {},
+      {"print"},
+      {"scan"},
+      {"scan", "-o", "page.gif"},
+      {"scan", "-o", "a.png", "--mode", "red"},
+      {"scan", "-o", "a.png", "--source", "tray"},
+      {"scan", "-o", "a.png", "--resolution", "0"},
+      {"scan", "-o", "a.png", "--resolution", "65536"},
+      {"scan", "-o", "a.png", "--resolution", "many"},
+      {"scan", "-o", "a.png", "--area", "1,1,1,1"},
+      {"scan", "-o", "a.png", "extra"},
+      {"scan", "-o", "a.png", "--progress"},
+      {"scan", "-o", "a.png", "--progress", "wheel"},
+      {"scan", "-o", "a.png", "--batch", "b.png"},
+      {"scan", "-o", "a.tif", "--pages", "0"},
+      {"scan", "--batch", "%d%d.png", "--pages", "2"},
+      {"scan", "-o", "a.png", "--source", "feeder", "--wait-for-paper=3601"},
+      {"scan", "-o", "a.png", "--source", "feeder", "--wait-for-paper=soon"},
+      {"info", "-o", "a.png"},
+      {"devices", "--device", "sim:x"},
+  };
+  for (const Arguments& line : lines) {
+    CAPTURE(line.size());
+    CHECK(RefusalOf(line) == pmscan::kUsage);
+  }
+}
+
+TEST_CASE("pmscan: a batch of numbered files takes all that the feeder holds") {
+  const Options options =
+      ParseCommandLine({"scan", "--batch", "page%02d.png", "--source", "feeder"});
+  CHECK(options.names.AreNumbered());
+  CHECK(options.names.Of(3) == "page03.png");
+  CHECK(!options.pages);
+}
+
+TEST_CASE("pmscan: a batch into a TIFF file puts all pages into it") {
+  const Options options = ParseCommandLine({"scan", "--batch", "all.tif", "--source", "feeder"});
+  CHECK(!options.names.AreNumbered());
+  CHECK(!options.pages);
+  CHECK(ParseCommandLine({"scan", "-o", "all.tif", "--pages", "3"}).pages == 3);
+  CHECK(ParseCommandLine({"scan", "--batch", "all.tif", "--pages", "3"}).pages == 3);
+}
+
+TEST_CASE("pmscan: a percent sign in the name of one picture is part of it") {
+  CHECK(ParseCommandLine({"scan", "-o", "100%d.png"}).names.Of(1) == "100%d.png");
+}
+
+TEST_CASE("pmscan: a dry run needs no file") {
+  const Options options = ParseCommandLine({"scan", "--dry-run"});
+  CHECK(options.isDryRun);
+  CHECK(!options.hasOutput);
+}
+
+TEST_CASE("pmscan: waiting for paper has a time of its own when none is given") {
+  CHECK(ParseCommandLine({"scan", "-o", "a.png", "--source", "feeder", "--wait-for-paper"})
+            .paperSeconds == 60);
+}
+
+TEST_CASE("pmscan: the devices can be listed") {
+  CHECK(ParseCommandLine({"devices"}).command == Command::kDevices);
+  CHECK(ParseCommandLine({"devices", "--json"}).isJson);
+}
+
+TEST_CASE("pmscan: options that contradict each other are told apart from usage errors") {
+  CHECK(RefusalOf({"scan", "-o", "a.jpg", "--mode", "deep-grey"}) == pmscan::kUnsupported);
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--invert"}) == pmscan::kUnsupported);
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--pages", "2"}) == pmscan::kUnsupported);
+  CHECK(RefusalOf({"scan", "--batch", "a.png", "--source", "feeder"}) == pmscan::kUnsupported);
+  CHECK(RefusalOf({"scan", "--batch", "%d.png"}) == pmscan::kUnsupported);
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--wait-for-paper"}) == pmscan::kUnsupported);
+}
+
+TEST_CASE("pmscan: a device is a simulator's name behind sim:") {
+  CHECK(pmscan::SimulatorName("sim:extended:QM2700") == "extended:QM2700");
+  CHECK_THROWS_AS(pmscan::SimulatorName("usb:1"), pmscan::Failure);
+  CHECK(pmscan::IsSimulatorName("sim:x"));
+  CHECK(!pmscan::IsSimulatorName("sti:x"));
+}
+
+TEST_CASE("pmscan: the model id stands behind the family, without the defects") {
+  CHECK(pmscan::ModelIdOf("extended:QM2700+pages=3+warm-up=2") == "QM2700");
+  CHECK(pmscan::ModelIdOf("extended:QM2700") == "QM2700");
+  CHECK(pmscan::ModelIdOf("extended+warm-up=2") == "");
+  CHECK(pmscan::ModelIdOf("extended") == "");
+}
+
+}  // namespace

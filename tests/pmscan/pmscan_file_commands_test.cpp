@@ -1,0 +1,90 @@
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "pmscan/captures/convert_command.h"
+#include "pmscan/captures/decode_command.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace {
+
+using pmscan::Failure;
+using pmscan::Options;
+
+// A folder of its own, removed at the end.
+struct CaptureFolder {
+  CaptureFolder() { std::filesystem::create_directories(path); }
+  ~CaptureFolder() { std::filesystem::remove_all(path); }
+  CaptureFolder(const CaptureFolder&) = delete;
+  CaptureFolder& operator=(const CaptureFolder&) = delete;
+
+  std::string Name(const std::string& file) const { return (path / file).string(); }
+
+  Options Write(const std::string& text) const {
+    std::ofstream(path / "some.capture", std::ios::binary) << text;
+    Options options;
+    options.readCapture = Name("some.capture");
+    options.convertedFile = Name("some.pcapng");
+    return options;
+  }
+
+  const std::filesystem::path path = "pmscan_file_commands_test";  // in the build folder
+};
+
+constexpr const char* kReset =
+    "pmddb832 capture 1\ncall PMReset\n  write 2 : 1B 40\n  read 1 : 15\n"
+    "return PMReset result=0\n";
+
+std::uint32_t CodeOf(void (*command)(const Options&, std::ostream&), const Options& options) {
+  std::ostringstream out;
+  try {
+    command(options, out);
+  } catch (const Failure& failure) {
+    return failure.code;
+  }
+  return 0;
+}
+
+TEST_CASE("decode tells a capture's file, and in which line the trouble is") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  pmscan::RunDecodeCommand(folder.Write(kReset), out);
+  CHECK(out.str().find("!!   ESC @ reset               NAK  [line 4]\n") != std::string::npos);
+}
+
+TEST_CASE("decode refuses what is no capture") {
+  const CaptureFolder folder;
+  CHECK(CodeOf(pmscan::RunDecodeCommand, folder.Write("hello\n")) == pmscan::kCaptureUnreadable);
+}
+
+TEST_CASE("convert writes a pcapng file and says how much is in it") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  const Options options = folder.Write(kReset);
+  pmscan::RunConvertCommand(options, out);
+  CHECK(out.str() == options.convertedFile + ": 2 transfers\n");
+  std::ifstream file(options.convertedFile, std::ios::binary);
+  CHECK(file.get() == 0x0A);
+}
+
+TEST_CASE("convert replaces a file only when it may") {
+  const CaptureFolder folder;
+  Options options = folder.Write(kReset);
+  std::ofstream(options.convertedFile) << "mine";
+  CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kCaptureUnwritable);
+  CHECK(std::filesystem::file_size(options.convertedFile) == 4);
+  options.mayOverwrite = true;
+  CHECK(CodeOf(pmscan::RunConvertCommand, options) == 0);
+}
+
+TEST_CASE("convert refuses a folder that is not there") {
+  const CaptureFolder folder;
+  Options options = folder.Write(kReset);
+  options.convertedFile = folder.Name("no/such/folder.pcapng");
+  CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kCaptureUnwritable);
+}
+
+}  // namespace

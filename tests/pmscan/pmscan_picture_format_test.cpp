@@ -1,0 +1,65 @@
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/pictures/picture_format.h"
+
+namespace {
+
+using pmscan::Container;
+using pmscan::FormatByFileName;
+
+std::string Outcome(const char* fileName, const char* mode) {
+  try {
+    pmscan::RequireHolds(FormatByFileName(fileName), *pmscan::FindScanMode(mode));
+  } catch (const pmscan::Failure& failure) {
+    return failure.what();
+  }
+  return "holds";
+}
+
+TEST_CASE("pmscan: the extension of a file's name tells the format, in either case") {
+  CHECK(FormatByFileName("page.png").container == Container::kPng);
+  CHECK(FormatByFileName("page.tif").container == Container::kTiff);
+  CHECK(FormatByFileName("page.TIFF").container == Container::kTiff);
+  CHECK(FormatByFileName("a.b/page.Bmp").container == Container::kBmp);
+  CHECK(FormatByFileName("page.jpg").container == Container::kJpeg);
+  CHECK(FormatByFileName("page.png.jpeg").container == Container::kJpeg);
+}
+
+TEST_CASE("pmscan: a file's name without a known extension is refused") {
+  for (const char* name : {"", "page", "png", "page.", "page.gif", "folder.png/page"}) {
+    CAPTURE(name);
+    CHECK_THROWS_AS(FormatByFileName(name), pmscan::Failure);
+  }
+}
+
+TEST_CASE("pmscan: PNG and TIFF hold the pictures of every mode") {
+  for (const pmscan::ScanMode& mode : pmscan::kScanModes) {
+    CAPTURE(mode.name);
+    CHECK_NOTHROW(pmscan::RequireHolds(FormatByFileName("a.png"), mode));
+    CHECK_NOTHROW(pmscan::RequireHolds(FormatByFileName("a.tif"), mode));
+  }
+}
+
+TEST_CASE("pmscan: a format that cannot hold the picture is refused with what to use instead") {
+  CHECK(Outcome("a.jpg", "deep-colour") ==
+        "JPEG files cannot hold colour, 48 bits: write a .png or .tif file, or scan with --mode "
+        "colour.");
+  CHECK(Outcome("a.jpg", "lineart") != "holds");
+  CHECK(Outcome("a.jpg", "deep-grey") != "holds");
+  CHECK(Outcome("a.bmp", "deep-grey") != "holds");
+  CHECK(Outcome("a.bmp", "deep-colour") != "holds");
+}
+
+TEST_CASE("pmscan: the other pictures fit JPEG and BMP") {
+  for (const char* mode : {"grey", "colour", "colour12"}) {
+    CAPTURE(mode);
+    CHECK(Outcome("a.jpg", mode) == "holds");
+    CHECK(Outcome("a.bmp", mode) == "holds");
+  }
+  CHECK(Outcome("a.bmp", "lineart") == "holds");
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include <doctest/doctest.h>
+
+#include <sstream>
+
+#include "pmscan/command_line/progress.h"
+
+namespace {
+
+using pmscan::ProgressMeter;
+using pmscan::ProgressStyle;
+
+// A meter with a clock that stands still until it is set.
+struct Meter {
+  explicit Meter(ProgressStyle style) : progress(out, style, [this] { return now; }) {}
+
+  void ShowAt(int seconds, std::uint32_t lines) {
+    now = start + std::chrono::seconds(seconds);
+    progress.Show(lines);
+  }
+
+  const ProgressMeter::Clock::time_point start{};
+  ProgressMeter::Clock::time_point now = start;
+  std::ostringstream out;
+  ProgressMeter progress;
+};
+
+TEST_CASE("pmscan: a bar tells the page, the lines, the rate and the time left") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(2, 1000);
+  meter.ShowAt(1, 250);
+  CHECK(meter.out.str() ==
+        "\rPage 2 [######..................]  25 %  250 of 1000 lines, 250 lines/s, 3 s left");
+}
+
+TEST_CASE("pmscan: a bar writes its line over, covers what was longer, and ends it once") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 1000);
+  meter.ShowAt(2, 500);
+  meter.ShowAt(4, 1000);
+  meter.progress.EndLine();
+  meter.progress.EndLine();
+  CHECK(meter.out.str() ==
+        "\rPage 1 [############............]  50 %  500 of 1000 lines, 250 lines/s, 2 s left"
+        "\rPage 1 [########################] 100 %  1000 of 1000 lines, 250 lines/s         \n");
+}
+
+TEST_CASE("pmscan: time left is told in minutes once it is one") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 1000);
+  meter.ShowAt(5, 50);
+  CHECK(meter.out.str().ends_with("10 lines/s, 1:35 min left"));
+}
+
+TEST_CASE("pmscan: each page begins its bar on a line of its own") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 10);
+  meter.ShowAt(1, 10);
+  meter.progress.BeginPage(2, 10);
+  CHECK(meter.out.str().ends_with("10 lines/s\n"));
+}
+
+TEST_CASE("pmscan: in a file or pipe the bar is a line for every tenth") {
+  Meter meter(ProgressStyle::kLines);
+  meter.progress.BeginPage(1, 100);
+  meter.ShowAt(1, 11);
+  meter.ShowAt(1, 12);
+  meter.ShowAt(2, 50);
+  CHECK(meter.out.str() ==
+        "Page 1  11 %  11 of 100 lines, 11 lines/s, 9 s left\n"
+        "Page 1  50 %  50 of 100 lines, 25 lines/s, 2 s left\n");
+}
+
+TEST_CASE("pmscan: progress as JSON is an object a line") {
+  Meter meter(ProgressStyle::kJson);
+  meter.progress.BeginPage(3, 200);
+  meter.ShowAt(4, 100);
+  CHECK(meter.out.str() ==
+        "{\"page\": 3, \"lines\": 100, \"height\": 200, \"linesPerSecond\": 25, "
+        "\"secondsLeft\": 4.0}\n");
+}
+
+TEST_CASE("pmscan: before a second line is known there is no rate") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 100);
+  meter.ShowAt(0, 1);
+  CHECK(meter.out.str().ends_with("1 %  1 of 100 lines"));
+}
+
+TEST_CASE("pmscan: no progress is no text") {
+  Meter meter(ProgressStyle::kNone);
+  meter.progress.BeginPage(1, 100);
+  meter.ShowAt(1, 100);
+  meter.progress.EndLine();
+  CHECK(meter.out.str().empty());
+}
+
+TEST_CASE("pmscan: progress has three styles on the command line") {
+  CHECK(pmscan::FindProgressStyle("bar") == ProgressStyle::kBar);
+  CHECK(pmscan::FindProgressStyle("json") == ProgressStyle::kJson);
+  CHECK(pmscan::FindProgressStyle("none") == ProgressStyle::kNone);
+  CHECK(!pmscan::FindProgressStyle("lines"));
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+#include "pmscan/scan/scan_profile.h"
+
+namespace {
+
+using pmscan::KeptOption;
+using pmscan::Options;
+using Arguments = std::vector<std::string>;
+
+// The user's folder of profiles, which does not exist at first.
+struct Profiles {
+  Profiles() { std::filesystem::remove_all(folder); }
+  ~Profiles() { std::filesystem::remove_all(folder); }
+
+  void Write(const std::string& name, const std::string& text) const {
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / (name + ".json")) << text;
+  }
+  std::string Text(const std::string& name) const {
+    std::ostringstream text;
+    text << std::ifstream(folder / (name + ".json")).rdbuf();
+    return text.str();
+  }
+  Options Parse(const Arguments& arguments) const {
+    return pmscan::ParseCommandLine(arguments, folder);
+  }
+  // What is said when the arguments are refused, behind the code.
+  std::string RefusalOf(const Arguments& arguments) const {
+    try {
+      Parse(arguments);
+    } catch (const pmscan::Failure& failure) {
+      return std::to_string(failure.code) + " " + failure.what();
+    }
+    return "accepted";
+  }
+
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / "pmscan_profiles" / "pmscan";
+};
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile keeps the options that were given, by their type") {
+  Parse({"scan", "--save-profile", "letters", "--mode", "lineart", "--resolution", "200",
+         "--mirror", "--wait-for-paper", "--source", "feeder"});
+  CHECK(Text("letters") ==
+        "{\n"
+        "  \"wait-for-paper\": 60,\n"
+        "  \"mode\": \"lineart\",\n"
+        "  \"resolution\": 200,\n"
+        "  \"source\": \"feeder\",\n"
+        "  \"mirror\": true\n"
+        "}\n");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: the files of a scan are not kept") {
+  Parse({"scan", "-o", "a.png", "--overwrite", "--save-profile", "empty"});
+  CHECK(Text("empty") == "{}\n");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: what a profile keeps is what the scan gets") {
+  Write("letters", R"({"mode": "lineart", "resolution": 200, "mirror": true, "area":
+    "0in,0in,1in,2in", "source": "feeder", "wait-for-paper": 5, "device": "sim:standard"})");
+  const Options options = Parse({"scan", "-o", "a.png", "--profile", "letters"});
+  CHECK(options.mode.name == "lineart");
+  CHECK(options.dotsPerInch == 200);
+  CHECK(options.isMirrored);
+  CHECK(options.area->height.amount == 2);
+  CHECK(options.source.name == "feeder");
+  CHECK(options.paperSeconds == 5);
+  CHECK(options.device == "sim:standard");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: options beside a profile win over it") {
+  Write("letters", R"({"mode": "lineart", "resolution": 200, "mirror": true})");
+  const Options options =
+      Parse({"scan", "-o", "a.png", "--profile", "letters", "--mode", "grey", "--mirror=false"});
+  CHECK(options.mode.name == "grey");
+  CHECK(options.dotsPerInch == 200);
+  CHECK(!options.isMirrored);
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile can be kept under another name, with changes") {
+  Write("letters", R"({"mode": "lineart", "resolution": 200})");
+  Parse({"scan", "--profile", "letters", "--mode", "grey", "--save-profile", "photos"});
+  CHECK(Text("photos") == "{\n  \"mode\": \"grey\",\n  \"resolution\": 200\n}\n");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile is replaced only when that is allowed") {
+  Write("letters", "{}");
+  CHECK(RefusalOf({"scan", "--save-profile", "letters"}) ==
+        "78 There is a profile \"letters\" already; --overwrite replaces it.");
+  CHECK(RefusalOf({"scan", "--save-profile", "letters", "--overwrite"}) == "accepted");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: an unknown profile is answered with those that there are") {
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "x"}) ==
+        "64 There is no profile \"x\"; there is none yet: --save-profile makes one.");
+  Write("photos", "{}");
+  Write("letters", "{}");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "x"}) ==
+        "64 There is no profile \"x\"; there are: letters, photos.");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a file that is no profile is refused with the reason") {
+  Write("list", "[1]");
+  Write("cut", "{\"mode\": ");
+  Write("key", R"({"output": "a.png"})");
+  Write("type", R"({"resolution": "high"})");
+  Write("sign", R"({"resolution": -1})");
+  for (const char* name : {"list", "cut", "key", "type", "sign"}) {
+    const std::string refusal = RefusalOf({"scan", "-o", "a.png", "--profile", name});
+    CAPTURE(refusal);
+    CHECK(refusal.starts_with("78 "));
+    CHECK(refusal.find(std::string(name) + ".json: ") != std::string::npos);
+  }
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's value that its option does not take is refused") {
+  Write("red", R"({"mode": "red"})");
+  Write("low", R"({"resolution": 0})");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "red"}).starts_with("64 "));
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "low"}).starts_with("64 "));
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's name stays in its folder") {
+  for (const char* name : {"../a", "a/b", "a\\b", "c:a", ".hidden", "", "a*"}) {
+    CAPTURE(name);
+    CHECK_THROWS_AS(pmscan::SaveProfile(folder, name, {}, true), pmscan::Failure);
+    CHECK_THROWS_AS(pmscan::LoadProfile(folder, name), pmscan::Failure);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,76 @@
+#include <doctest/doctest.h>
+
+#include "tests/program/pmscan_program.h"
+
+namespace {
+
+using pmscan::tests::ProgramResult;
+using pmscan::tests::ProgramUnderTest;
+
+const std::string kScan = "scan -o page.png --resolution 50 --area 10px,10px,40px,30px";
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a capture with data replays to the same picture") {
+  for (const std::string family : {"extended", "standard"}) {
+    CAPTURE(family);
+    const std::string device = " --overwrite --device sim:" + family;
+    CHECK(Run(kScan + device + " --capture page.capture --capture-data").exitCode == 0);
+    CHECK(Run("replay page.capture -o again.png --overwrite").exitCode == 0);
+    CHECK(Contents("again.png") == Contents("page.png"));
+  }
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a capture without data replays without a picture") {
+  CHECK(Run(kScan + " --capture page.capture").exitCode == 0);
+  const ProgramResult result = Run("replay page.capture");
+  CHECK(result.exitCode == 0);
+  CHECK(Has(result.output, "Picture      not compared: the capture holds no image data"));
+  CHECK(Has(result.output, "Differences  0\r\n"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the capture of a failing scan ends with its end") {
+  CHECK(Run(kScan + " --capture page.capture --device sim:extended+unplugged-at-byte=1000")
+            .exitCode == 9);
+  const std::string text = Contents("page.capture");
+  CHECK(Has(text, " result 8007048F"));
+  CHECK(Has(text, "return PMAcquireImage status=2"));
+  CHECK(Has(text, "return PMCloseScanner"));
+  CHECK(Run("replay page.capture").exitCode == 0);
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a replay names the line that is not the same") {
+  Write("reset.capture",
+        "pmddb832 capture 1\nhost useDeviceInterface = 1\ncall PMOpenScanner\n"
+        "write 2 : 1B 40\nreturn PMOpenScanner result=0\n");
+  const ProgramResult result = Run("replay reset.capture");
+  CHECK(result.exitCode == 77);
+  CHECK(Has(result.errors,
+            "reset.capture, line 4, in PMOpenScanner:\r\n"
+            "  expected  write 2 : 1B 40\r\n"
+            "  came      write 2 : 1B 49\r\n"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a tolerant replay counts what is not the same") {
+  CHECK(Run(kScan + " --capture page.capture").exitCode == 0);
+  std::string text = Contents("page.capture");
+  text.replace(text.find("host gamma = 100"), 16, "host gamma = 180");
+  Write("page.capture", text);
+  const ProgramResult result = Run("replay page.capture --tolerant");
+  CHECK(result.exitCode == 77);
+  CHECK(Has(result.output, "Differences  1\r\n"));
+  CHECK(Has(result.errors, "There is one difference, shown above."));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a capture is not replaced without --overwrite") {
+  Write("page.capture", "mine");
+  const ProgramResult result = Run(kScan + " --capture page.capture");
+  CHECK(result.exitCode == 74);
+  CHECK(Has(result.errors, "page.capture is there already; --overwrite replaces it."));
+  CHECK(Contents("page.capture") == "mine");
+}
+
+}  // namespace

@@ -1,0 +1,128 @@
+#include "tests/program/pmscan_program.h"
+
+#include <doctest/doctest.h>
+
+namespace {
+
+using pmscan::tests::ProgramResult;
+using pmscan::tests::ProgramUnderTest;
+using pmscan::tests::TiffHeights;
+using Names = std::vector<std::string>;
+
+// A feeder with three pages, coarse enough to be quick.
+const std::string kFeeder =
+    " --source feeder --mode grey --resolution 50 --device sim:extended:QM2500+pages=3";
+
+bool Has(const std::string& text, const char* part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a batch writes a file for each page") {
+  const ProgramResult result = Run("scan --batch page%02d.png" + kFeeder);
+  CHECK(result.exitCode == 0);
+  CHECK(Files() == Names{"page01.png", "page02.png", "page03.png"});
+  CHECK(Has(result.output, "Pages        3; the feeder is empty\r\n"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a batch into a TIFF file makes a page of each") {
+  CHECK(Run("scan --batch all.tif" + kFeeder).exitCode == 0);
+  CHECK(TiffHeights(Contents("all.tif")) == std::vector<std::uint32_t>{700, 700, 700});
+  CHECK(Files() == Names{"all.tif"});
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: no file is replaced without --overwrite") {
+  Write("page2.png", "mine");
+  const ProgramResult refused = Run("scan --batch page%d.png" + kFeeder);
+  CHECK(refused.exitCode == 73);
+  CHECK(Has(refused.errors, "page2.png is there already; --overwrite replaces it."));
+  CHECK(Files() == Names{"page2.png"});
+  CHECK(Contents("page2.png") == "mine");
+  CHECK(Run("scan --overwrite --batch page%d.png" + kFeeder).exitCode == 0);
+  CHECK(Contents("page2.png") != "mine");
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a jam leaves the pages before it and names them") {
+  // One page of 50 dots per inch has 297500 bytes.
+  const ProgramResult result =
+      Run("scan --batch page%d.bmp" + kFeeder + "+unplugged-at-byte=400000");
+  CHECK(result.exitCode == 9);
+  CHECK(Files() == Names{"page1.bmp"});
+  CHECK(Has(result.output, "page1.bmp"));
+  CHECK(Has(result.errors, "Saved before that: page1.bmp."));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a page that fails is not in a file of pages") {
+  CHECK(Run("scan --batch all.tif" + kFeeder + "+unplugged-at-byte=400000").exitCode == 9);
+  CHECK(TiffHeights(Contents("all.tif")) == std::vector<std::uint32_t>{700});
+  CHECK(Files() == Names{"all.tif"});
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: nothing is left of a first page that fails") {
+  CHECK(Run("scan --batch all.tif" + kFeeder + "+jam-at-line=100").exitCode == 15);
+  CHECK(Files().empty());
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: an empty feeder is a failure when no page came") {
+  const ProgramResult result =
+      Run("scan -o a.png --source feeder --wait-for-paper=1 --device sim:extended:QM2500+pages=0");
+  CHECK(result.exitCode == 13);
+  CHECK(Has(result.errors, "waiting, 1 of at most 1 s"));
+  CHECK(Files().empty());
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: pictures of every kind can lie on the bed") {
+  for (const char* kind : {"a.bmp --mode lineart", "b.png --mode lineart", "c.tif --mode lineart",
+                           "d.bmp --mode grey", "e.png --mode grey", "f.tif --mode grey",
+                           "g.jpg --mode grey", "h.png --mode deep-colour", "i.bmp"}) {
+    CAPTURE(kind);
+    CHECK(Run(std::string("scan --resolution 50 -o ") + kind).exitCode == 0);
+  }
+  for (const std::string& file : Files()) {
+    CAPTURE(file);
+    const std::string files = " -o " + file + ".png --original " + file;
+    CHECK(Run("scan --resolution 50" + files).exitCode == 0);
+  }
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: JSON stands alone on standard output") {
+  const ProgramResult result = Run("scan --json --progress json --batch %d.png" + kFeeder);
+  CHECK(result.exitCode == 0);
+  CHECK(result.output.starts_with("{\r\n"));
+  CHECK(Has(result.output, "\"end\": \"feeder empty\""));
+  CHECK(result.output.ends_with("\"exitCode\": 0\r\n}\r\n"));
+  CHECK(Has(result.errors, "{\"page\": 3, \"lines\": 700, \"height\": 700,"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: JSON also tells of a failure") {
+  const ProgramResult result = Run("info --json --device sim:extended+unplugged-at-transfer=0");
+  CHECK(result.exitCode == 1);
+  CHECK(Has(result.output, "\"code\": 1,"));
+  CHECK(Has(result.output, "\"exitCode\": 1\r\n"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a dry run ends where the scan would start") {
+  for (const char* family : {"extended", "standard"}) {
+    const ProgramResult result = Run(std::string("scan --dry-run -o a.png --device sim:") + family);
+    CAPTURE(result.output);
+    CHECK(result.exitCode == 0);
+    CHECK(result.output.starts_with("1B 49  ESC I level and identity\r\n"));
+    CHECK(Has(result.output, "main resolution     300 dpi\r\n"));
+    CHECK(Has(result.output, "\r\n1"));
+    CHECK(Has(result.output.substr(result.output.size() - 30), " G start "));
+  }
+  CHECK(Files().empty());
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a dry run needs a scanner that is simulated") {
+  CHECK(Run("scan --dry-run --device sti:any").exitCode == 65);
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: the list of devices begins with the simulated ones") {
+  const ProgramResult result = Run("devices");
+  CHECK(result.exitCode == 0);
+  CHECK(result.output.starts_with("Simulated scanners\r\n  sim:extended\r\n"));
+  CHECK(Has(result.output, "\r\nStill-image devices of this system\r\n"));
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+#include "tests/simulator/simulator_conversation.h"
+
+namespace simulator_test {
+
+Bytes FromHex(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  Bytes bytes;
+  std::size_t digits = 0;
+  for (const char c : text) {
+    if (c == ' ') continue;
+    const std::size_t value = kDigits.find(c);
+    REQUIRE(value != std::string_view::npos);
+    if (digits++ % 2 == 0) bytes.push_back(0);
+    bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16U + value);
+  }
+  return bytes;
+}
+
+std::string ToHex(const Bytes& bytes) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string text;
+  for (const std::uint8_t byte : bytes) {
+    if (!text.empty()) text += ' ';
+    text += {kDigits[byte >> 4], kDigits[byte & 0x0F]};
+  }
+  return text;
+}
+
+void Conversation::Expect(std::string_view hex) {
+  const Bytes expected = FromHex(hex);
+  CHECK(ToHex(Read(expected.size())) == ToHex(expected));
+}
+
+void Conversation::Send(const Bytes& bytes) {
+  Bytes copy = bytes;
+  REQUIRE(scanner.RawWriteData(copy.data(), static_cast<std::uint32_t>(copy.size()), nullptr) == 0);
+}
+
+Bytes Conversation::Read(std::size_t count) {
+  Bytes bytes(count);
+  auto delivered = static_cast<std::uint32_t>(count);
+  REQUIRE(scanner.RawReadData(bytes.data(), &delivered, nullptr) == 0);
+  REQUIRE(delivered == count);
+  return bytes;
+}
+
+Bytes Conversation::ReadInVain(std::size_t count) {
+  Bytes bytes(count);
+  auto delivered = static_cast<std::uint32_t>(count);
+  CHECK(scanner.RawReadData(bytes.data(), &delivered, nullptr) < 0);
+  bytes.resize(delivered);
+  return bytes;
+}
+
+void Conversation::SendAcknowledged(std::string_view command, const Bytes& parameters) {
+  Send(command);
+  Expect("06");
+  Send(parameters);
+  Expect("06");
+}
+
+void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer) {
+  Conversation talk(scanner);
+  talk.Send(sent);
+  talk.Expect(answer);
+}
+
+void Put32(Bytes& block, std::size_t offset, std::uint32_t value) {
+  for (std::size_t i = 0; i < 4; ++i) {
+    block.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));
+  }
+}
+
+Bytes ParameterBlock() {
+  return FromHex(
+      "64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00"
+      "10 00 00 00 0A 00 00 00 00 08 00 00 04 00 00 00"
+      "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+      "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+}
+
+simulator::Picture Pattern(std::uint32_t width, std::uint32_t height) {
+  simulator::Picture picture{width, height, 100, {}};
+  for (std::uint32_t i = 0; i < width * height * 3; ++i) {
+    picture.samples.push_back(static_cast<std::uint16_t>(i * 40503 + 12345));
+  }
+  return picture;
+}
+
+simulator::ExtendedScannerConfig SmallFlatbed() {
+  simulator::ExtendedScannerConfig config;
+  config.identity.basicResolution = 100;
+  config.identity.minResolution = 50;
+  config.identity.maxResolution = 200;
+  config.identity.flatbed = {200, 200};
+  config.identity.feeder = {100, 150};
+  config.identity.transparencyUnit = {80, 60};
+  config.onBed = Pattern(200, 200);
+  return config;
+}
+
+simulator::ExtendedScannerConfig SmallFeeder(std::size_t pages) {
+  simulator::ExtendedScannerConfig config = SmallFlatbed();
+  config.optionUnit = simulator::OptionUnit::kFeeder;
+  for (std::uint32_t i = 0; i < pages; ++i) config.feederPages.push_back(Pattern(100 - i, 150));
+  return config;
+}
+
+Bytes ScanAll(Conversation& talk, std::uint32_t lineBytes) {
+  talk.Send("1C 47");
+  const Bytes header = talk.Read(14);
+  const auto number = [&](std::size_t at) {
+    return header[at] | header[at + 1] << 8 | header[at + 2] << 16 | header[at + 3] << 24;
+  };
+  REQUIRE(header[1] == 0);
+  Bytes image;
+  for (int block = 0; block <= number(6); ++block) {
+    const bool last = block == number(6);
+    const Bytes data = talk.Read(static_cast<std::size_t>(last ? number(10) : number(2)) + 1);
+    CHECK(data.size() % lineBytes == 1 % lineBytes);
+    CHECK(data.back() == 0);
+    image.insert(image.end(), data.begin(), data.end() - 1);
+    if (!last) talk.Send("06");
+  }
+  return image;
+}
+
+Bytes ScanWith(simulator::Scanner& scanner, const Bytes& parameterBlock, std::uint32_t lineBytes) {
+  Conversation talk(scanner);
+  talk.SendAcknowledged("1C 57", parameterBlock);
+  return ScanAll(talk, lineBytes);
+}
+
+namespace {
+
+void CheckOnly(const std::vector<std::string>& sentences, std::string_view words) {
+  REQUIRE(sentences.size() == 1);
+  INFO(sentences[0]);
+  CHECK(sentences[0].find(words) != std::string::npos);
+}
+
+}  // namespace
+
+void CheckNoViolations(const simulator::Scanner& scanner) {
+  CHECK(scanner.Violations() == std::vector<std::string>{});
+}
+
+void CheckViolation(const simulator::Scanner& scanner, std::string_view words) {
+  CheckOnly(scanner.Violations(), words);
+}
+
+void CheckRefusal(const simulator::Scanner& scanner, std::string_view words) {
+  CheckOnly(scanner.Refusals(), words);
+}
+
+}  // namespace simulator_test

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <doctest/doctest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/extended/extended_scanner.h"
+
+namespace simulator_test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The bytes of "1C 49"; blanks are free.
+Bytes FromHex(std::string_view text);
+std::string ToHex(const Bytes& bytes);
+
+// The driver's side of the wire, spoken by a test.
+class Conversation {
+ public:
+  explicit Conversation(pmddb832::StillImageDevice& partner) : scanner(partner) {}
+
+  void Send(const Bytes& bytes);
+  void Send(std::string_view hex) { Send(FromHex(hex)); }
+
+  // Reads `count` bytes, all of which must come.
+  Bytes Read(std::size_t count);
+
+  // Reads as many bytes as `hex` has and checks them.
+  void Expect(std::string_view hex);
+
+  // A command and its parameter block, each acknowledged.
+  void SendAcknowledged(std::string_view command, const Bytes& parameters);
+
+  // A read that must fail, and what it delivered all the same.
+  Bytes ReadInVain(std::size_t count);
+
+ private:
+  pmddb832::StillImageDevice& scanner;
+};
+
+// One write and the read of its whole answer.
+void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer);
+
+// A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block.
+Bytes ParameterBlock();
+void Put32(Bytes& block, std::size_t offset, std::uint32_t value);
+
+// 100 dpi, every sample different from its neighbours.
+simulator::Picture Pattern(std::uint32_t width, std::uint32_t height);
+
+// A flatbed of 200 x 200 pixels at 100 dpi (basic, 50 to 200 dpi) with Pattern(200, 200) on it.
+simulator::ExtendedScannerConfig SmallFlatbed();
+
+// The same with a document feeder of 100 x 150 pixels and so many pages of that size.
+simulator::ExtendedScannerConfig SmallFeeder(std::size_t pages);
+
+// FS G and all the blocks it announces, acknowledged; returns the image data without status bytes.
+Bytes ScanAll(Conversation& talk, std::uint32_t lineBytes);
+
+// Sends the block and scans: what a driver does for one page.
+Bytes ScanWith(simulator::Scanner& scanner, const Bytes& parameterBlock, std::uint32_t lineBytes);
+
+void CheckNoViolations(const simulator::Scanner& scanner);
+// Exactly one violation, that contains `words`.
+void CheckViolation(const simulator::Scanner& scanner, std::string_view words);
+void CheckRefusal(const simulator::Scanner& scanner, std::string_view words);
+
+}  // namespace simulator_test

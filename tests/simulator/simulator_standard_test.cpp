@@ -1,0 +1,136 @@
+#include <doctest/doctest.h>
+
+#include "tests/simulator/simulator_standard_conversation.h"
+
+// What the standard scanner tells, and which commands each level knows.
+
+using namespace simulator_test;
+using simulator::OptionUnit;
+using simulator::StandardScanner;
+
+namespace {
+
+// The letters of `candidates` that a scanner of the level answers otherwise than with NAK.
+std::string Known(std::string_view level, std::string_view candidates) {
+  std::string known;
+  for (const char letter : candidates) {
+    StandardScanner scanner(SmallStandard(level));
+    Conversation talk(scanner);
+    talk.Send(Bytes{0x1B, static_cast<std::uint8_t>(letter)});
+    if (talk.Read(1)[0] != 0x15) known += letter;
+  }
+  return known;
+}
+
+constexpr std::string_view kAllLetters = "?@ABCDFGHIKLMQRZdefgmpqstz";
+
+}  // namespace
+
+TEST_CASE("simulator: standard ESC I tells level, resolutions and bed, without the extended bit") {
+  StandardScanner scanner(SmallStandard());
+  SendAndExpect(scanner, "1B 49", "02 00 0D 00  42 38  52 32 00  52 64 00  41 C8 00 C8 00");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: standard ESC ? tells the product name behind eight bytes") {
+  auto config = SmallStandard();
+  config.identity.productName = "SCANNER RV-5000 ";
+  StandardScanner scanner(config);
+  SendAndExpect(scanner, "1B 3F",
+                "02 00 18 00  42 38 00 00 00 00 00 00"
+                "53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20");
+}
+
+TEST_CASE("simulator: a product name is cut to 16 characters or filled with zeros") {
+  auto config = SmallStandard();
+  config.identity.productName = "AB";
+  StandardScanner brief(config);
+  SendAndExpect(brief, "1B 3F",
+                "02 00 18 00  42 38 00 00 00 00 00 00"
+                "41 42 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  config.identity.productName = "ABCDEFGHIJKLMNOPQRS";
+  StandardScanner lengthy(config);
+  SendAndExpect(lengthy, "1B 3F",
+                "02 00 18 00  42 38 00 00 00 00 00 00"
+                "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50");
+}
+
+TEST_CASE("simulator: standard ESC F is a header without data") {
+  StandardScanner scanner(SmallStandard());
+  SendAndExpect(scanner, "1B 46", "02 00 00 00");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: standard ESC f of a healthy flatbed is eleven zeros") {
+  StandardScanner scanner(SmallStandard());
+  SendAndExpect(scanner, "1B 66", "02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+}
+
+TEST_CASE("simulator: standard ESC f tells the option unit that is fitted, with its area") {
+  auto config = SmallStandardFeeder(1);
+  StandardScanner feeder(config);
+  SendAndExpect(feeder, "1B 66", "02 00 0B 00  00 80 60 00 96 00 00 00 00 00 00");
+  config.optionUnit = OptionUnit::kTransparencyUnit;
+  StandardScanner transparency(config);
+  SendAndExpect(transparency, "1B 66", "02 00 0B 00  00 00 00 00 00 00 80 50 00 3C 00");
+}
+
+TEST_CASE("simulator: feeder flags are bits 20 and 10 of the main status, with a feeder only") {
+  auto config = SmallStandardFeeder(1);
+  config.identity.feederFlags = 0x38;
+  StandardScanner feeder(config);
+  SendAndExpect(feeder, "1B 66", "02 00 0B 00  30 80 60 00 96 00 00 00 00 00 00");
+  config.optionUnit = OptionUnit::kNone;
+  StandardScanner flatbed(config);
+  SendAndExpect(flatbed, "1B 66", "02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+}
+
+TEST_CASE("simulator: each level knows its commands") {
+  CHECK(Known("B1", kAllLetters) == "?@ABCDFGHILMRZe");
+  CHECK(Known("B2", kAllLetters) == "?@ABCDFGHILMRZe");
+  CHECK(Known("B3", kAllLetters) == "?@ABCDFGHILMRZe");
+  CHECK(Known("B4", kAllLetters) == "?@ABCDFGHILMQRZdefgmz");
+  CHECK(Known("B5", kAllLetters) == "?@ABCDFGHIKLMQRZdefgmz");
+  CHECK(Known("A5", kAllLetters) == "?@ABCDFGHIKLQRZdefgsz");
+  CHECK(Known("B6", kAllLetters) == "?@ABCDFGHIKLMQRZdefgmsz");
+  CHECK(Known("B7", kAllLetters) == "?@ABCDFGHIKLMQRZdefgmsz");
+  CHECK(Known("B8", kAllLetters) == kAllLetters);
+  CHECK(Known("B9", kAllLetters) == kAllLetters);
+}
+
+TEST_CASE("simulator: a command that the level does not know is a violation") {
+  StandardScanner scanner(SmallStandard("B3"));
+  SendAndExpect(scanner, "1B 66", "15");
+  CheckViolation(scanner, "expected a command that the scanner knows, got ESC f");
+}
+
+TEST_CASE("simulator: the standard scanner knows no extended command") {
+  StandardScanner scanner(SmallStandard());
+  SendAndExpect(scanner, "1C 49", "15");
+  CheckViolation(scanner, "got FS I");
+}
+
+TEST_CASE("simulator: standard ESC @ is acknowledged and forgets what was set") {
+  StandardScanner scanner(SmallStandardFeeder(1));
+  Upload(scanner, {});
+  CheckParameters(scanner, 'm', "01 02 03 04 05 06 07 08 09", "06");
+  CheckParameters(scanner, 'e', "01", "06");
+  CheckParameters(scanner, 'z', ToHex(Bytes(257, 'M')), "06");
+  REQUIRE(scanner.ColorMatrix());
+  SendAndExpect(scanner, "1B 40", "06");
+  CHECK_FALSE(scanner.Request());
+  CHECK_FALSE(scanner.ColorMatrix());
+  CHECK_FALSE(scanner.Parameters('d'));
+  CHECK(scanner.OptionValue() == 0);
+  CheckParameters(scanner, 'Z', "04", "15");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: the standard scanner focuses like the extended one") {
+  auto config = SmallStandard();
+  config.manners.focusFound = 0x39;
+  StandardScanner scanner(config);
+  CheckParameters(scanner, 'p', "FF", "06");
+  CHECK(scanner.FocusPosition() == 0xFF);
+  SendAndExpect(scanner, "1B 71", "02 00 02 00 00 39");
+}

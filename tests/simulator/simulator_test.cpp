@@ -1,0 +1,175 @@
+#include <doctest/doctest.h>
+
+#include "simulator/extended/extended_scanner.h"
+#include "tests/simulator/simulator_conversation.h"
+
+// The extended scanner's commands, one conversation each.
+
+using namespace simulator_test;
+using simulator::ExtendedScanner;
+using simulator::OptionUnit;
+
+TEST_CASE("simulator: ESC I answers STX, the extended bit, the level and its resolutions") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.Send("1B 49");
+  talk.Expect("02 02 19 00");
+  talk.Expect("42 38  52 32 00  52 48 00  52 4B 00  52 64 00  52 96 00  52 C8 00  41 90 01 90 01");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: a scanner without extended commands clears the bit in its probe reply") {
+  auto config = SmallFlatbed();
+  config.manners.knowsExtendedCommands = false;
+  ExtendedScanner scanner(config);
+  Conversation talk(scanner);
+  talk.Send("1B 49");
+  talk.Expect("02 00");
+}
+
+TEST_CASE("simulator: ESC @ is acknowledged and forgets what was set") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.SendAcknowledged("1C 57", ParameterBlock());
+  talk.SendAcknowledged("1B 6D", FromHex("01 02 03 04 05 06 07 08 09"));
+  talk.Send("1B 40");
+  talk.Expect("06");
+  CHECK_FALSE(scanner.Request());
+  CHECK_FALSE(scanner.ColorMatrix());
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: FS I tells level, resolutions, areas, feeder flags and product name") {
+  auto config = SmallFlatbed();
+  config.identity.feederFlags = 0x38;
+  config.identity.productName = "SCANNER RV-5000 ";
+  ExtendedScanner scanner(config);
+  Conversation talk(scanner);
+  talk.Send("1C 49");
+  talk.Expect(
+      "42 38 00 00 64 00 00 00 32 00 00 00 C8 00 00 00 00 00 00 00"
+      "C8 00 00 00 C8 00 00 00 64 00 00 00 96 00 00 00 50 00 00 00 3C 00 00 00"
+      "38 00 53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20"
+      "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: FS F of a healthy flatbed is sixteen zeros") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.Send("1C 46");
+  talk.Expect("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: FS F tells a fitted feeder in byte 1 and a transparency unit in byte 2") {
+  auto config = SmallFeeder(1);
+  ExtendedScanner feeder(config);
+  SendAndExpect(feeder, "1C 46", "00 80 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  config.optionUnit = OptionUnit::kTransparencyUnit;
+  ExtendedScanner transparency(config);
+  SendAndExpect(transparency, "1C 46", "00 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00");
+}
+
+TEST_CASE("simulator: ESC z takes 257 bytes with the selector R, G, B or M") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  Bytes table(257, 0x80);
+  for (const char selector : {'R', 'G', 'B', 'M'}) {
+    table[0] = static_cast<std::uint8_t>(selector);
+    talk.SendAcknowledged("1B 7A", table);
+  }
+  table[0] = 'X';
+  talk.Send("1B 7A");
+  talk.Expect("06");
+  talk.Send(table);
+  talk.Expect("15");
+  CheckRefusal(scanner, "selector 88");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: ESC m takes nine bytes and keeps them") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation(scanner).SendAcknowledged("1B 6D", FromHex("20 00 00 00 20 00 00 00 20"));
+  REQUIRE(scanner.ColorMatrix());
+  CHECK(scanner.ColorMatrix()->at(4) == 0x20);
+}
+
+TEST_CASE("simulator: ESC p takes a focus position, ESC q tells the one that was found") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.SendAcknowledged("1B 70", FromHex("FF"));
+  CHECK(scanner.FocusPosition() == 0xFF);
+  talk.Send("1B 71");
+  talk.Expect("02 00 02 00 00 48");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: automatic focus that finds nothing sets bit 0 of the first data byte") {
+  auto config = SmallFlatbed();
+  config.manners.focusFails = true;
+  ExtendedScanner scanner(config);
+  SendAndExpect(scanner, "1B 71", "02 00 02 00 01 48");
+}
+
+TEST_CASE("simulator: below level B8 there is no focus") {
+  auto config = SmallFlatbed();
+  config.identity.level = "B7";
+  ExtendedScanner scanner(config);
+  SendAndExpect(scanner, "1B 70", "15");
+  CheckViolation(scanner, "expected a command that the scanner knows, got ESC p");
+}
+
+TEST_CASE("simulator: ESC e without an option unit takes 0 alone") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.SendAcknowledged("1B 65", FromHex("00"));
+  talk.Send("1B 65");
+  talk.Expect("06");
+  talk.Send("01");
+  talk.Expect("15");
+  CheckRefusal(scanner, "no option unit is fitted");
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: ESC e above 1 is for the feeder variant alone") {
+  auto config = SmallFeeder(1);
+  ExtendedScanner plain(config);
+  Conversation(plain).SendAcknowledged("1B 65", FromHex("01"));
+  SendAndExpect(plain, "1B 65 02", "06 15");
+  config.identity.feederFlags = 0x20;
+  ExtendedScanner variant(config);
+  Conversation(variant).SendAcknowledged("1B 65", FromHex("02"));
+  CHECK(variant.OptionValue() == 2);
+}
+
+TEST_CASE("simulator: bytes may come and go in any portions") {
+  ExtendedScanner scanner(SmallFlatbed());
+  Conversation talk(scanner);
+  talk.Send("1B");
+  talk.Send("65");
+  talk.Expect("06");
+  talk.Send("00");
+  talk.Expect("06");
+  talk.Send("1B 49");
+  talk.Expect("02");
+  talk.Expect("02 19");
+  talk.Read(26);
+  CheckNoViolations(scanner);
+}
+
+TEST_CASE("simulator: the rest of the device interface is not implemented") {
+  ExtendedScanner scanner(SmallFlatbed());
+  CHECK(scanner.QueryInterface(nullptr, nullptr) < 0);
+  CHECK(scanner.AddRef() == 1);
+  CHECK(scanner.Release() == 1);
+  CHECK(scanner.Initialize(nullptr, nullptr, 0, 0) < 0);
+  CHECK(scanner.GetCapabilities(nullptr) < 0);
+  CHECK(scanner.GetStatus(nullptr) < 0);
+  CHECK(scanner.DeviceReset() < 0);
+  CHECK(scanner.Diagnostic(nullptr) < 0);
+  CHECK(scanner.Escape(0, nullptr, 0, nullptr, 0, nullptr) < 0);
+  CHECK(scanner.GetLastError(nullptr) < 0);
+  CHECK(scanner.LockDevice(0) < 0);
+  CHECK(scanner.UnLockDevice() < 0);
+}

@@ -1,0 +1,279 @@
+#include "standard/scan_area.h"
+#include "tests/standard/standard_fixture.h"
+
+// The area of ESC "A": placement, limits, centring.
+
+namespace pmddb832::tests::standard {
+namespace {
+
+std::string Area(std::uint32_t left, std::uint32_t top, std::uint32_t width, std::uint32_t height) {
+  return "A " + Hex(Short(left) + Short(top) + Short(width) + Short(height));
+}
+
+struct Request {
+  std::string_view level;
+  std::uint32_t left;
+  std::uint32_t width;
+  bool mirror = false;
+  std::uint8_t paramG = 0;
+};
+
+void Apply(const Request& request, ScannerSettings& settings) {
+  settings.areaLeftPx = request.left;
+  settings.areaWidthPx = request.width;
+  settings.mirrorImage = request.mirror ? 1 : 0;
+  settings.paramG = request.paramG;
+}
+
+std::string UploadWith(const Request& request, const std::string& area) {
+  std::string upload = Replaced(UploadOf(request.level), "A 00 00 00 00 10 00 04 00", area);
+  if (request.mirror && request.level[1] > '4') upload = Replaced(upload, "K 00", "K 01");
+  if (request.level == "B3") return upload;
+  return Replaced(upload, "g 00", "g " + Hex({request.paramG}));
+}
+
+// The area that is sent for a request, on a flatbed of 1000 pixels.
+void CheckArea(const Request& request, std::uint32_t left, std::uint32_t width) {
+  CAPTURE(request.width);
+  StandardScanner scanner(request.level);
+  Apply(request, scanner.settings);
+  scanner.Upload(UploadWith(request, Area(left, 0, width, 4)));
+}
+
+// The same on a bed of 65535 pixels, with the code that the upload leaves.
+std::uint32_t CodeOf(const Request& request, const std::string& area) {
+  StandardScanner scanner;
+  scanner.level = request.level;
+  const Bytes identity = With(Identity(request.level), 9, {0xFF, 0xFF});
+  REQUIRE(scanner.Open(identity) == 1);
+  Apply(request, scanner.settings);
+  std::string upload = UploadWith(request, area);
+  if (area.empty()) upload = upload.substr(0, upload.size() - 2);
+  return scanner.FailingUpload(upload);
+}
+
+TEST_CASE("standard: the width is rounded up to a multiple of 8") {
+  CheckArea({"B4", 0, 201}, 0, 208);
+  CheckArea({"B4", 3, 208}, 3, 208);
+  CheckArea({"B8", 3, 1}, 3, 8);
+}
+
+TEST_CASE("standard: a line beyond the area is cut to a multiple of 8") {
+  CheckArea({"B4", 700, 301}, 700, 296);
+  CheckArea({"B8", 5, 1000}, 5, 992);
+  CheckArea({"B4", 0, 1001}, 0, 1000);
+}
+
+TEST_CASE("standard: a line whose rounding alone is beyond the area is cut too") {
+  CheckArea({"B4", 795, 201}, 795, 200);
+}
+
+TEST_CASE("standard: a line that is left without pixels is refused with code 1, without ESC A") {
+  CHECK(CodeOf({"B4", 65530, 100}, "") == 1);  // less than 8 pixels up to the edge
+  CHECK(CodeOf({"B5", 0, 5, true}, "") == 1);
+  CHECK(CodeOf({"B8", 65530, 100}, "") == 1);
+}
+
+TEST_CASE("standard: mirrored at level B5 and above, the line keeps its right edge") {
+  for (const char* level : {"B5", "A5", "B6", "B8"}) {
+    CheckArea({level, 100, 201, true}, 93, 208);   // right edge 301
+    CheckArea({level, 700, 301, true}, 696, 304);  // cut at 1000: 300 pixels
+  }
+}
+
+TEST_CASE("standard: a mirrored line too close to the left edge is rounded down") {
+  CheckArea({"B5", 2, 201, true}, 3, 200);  // right edge 203
+}
+
+TEST_CASE("standard: mirrored below level B5, the line keeps its left edge") {
+  CheckArea({"B3", 100, 201, true}, 100, 208);
+  CheckArea({"B4", 100, 201, true}, 100, 208);
+}
+
+TEST_CASE("standard: pads are the pixels that rounding adds to a mirrored line below level 3") {
+  CHECK(PlaceLine(0, 201, 1000, 1, true, 0).padPixels == 7);
+  CHECK(PlaceLine(0, 201, 1000, 2, true, 2).padPixels == 7);
+  CHECK(PlaceLine(0, 201, 1000, 2, true, 1).padPixels == 0);
+  CHECK(PlaceLine(0, 201, 1000, 2, false, 0).padPixels == 0);
+  CHECK(PlaceLine(0, 201, 1000, 5, true, 0).padPixels == 7);
+  CHECK(PlaceLine(100, 201, 1000, 3, true, 0).padPixels == 0);
+}
+
+TEST_CASE("standard: pads are the pixels that a cut line lacks") {
+  CHECK(PlaceLine(700, 301, 1000, 2, false, 0).padPixels == 5);
+  CHECK(PlaceLine(700, 301, 1000, 2, true, 0).padPixels == 5);
+  CHECK(PlaceLine(2, 201, 1000, 3, true, 0).padPixels == 1);
+  CHECK(PlaceLine(1000, 70000, 1000, 2, false, 0).padPixels == 70000 - 65536);
+}
+
+TEST_CASE("standard: edges beyond the area wrap at 32 bits") {
+  CHECK(PlaceLine(1004, 16, 1000, 8, false, 0).width == 0xFFFFFFF8);
+  CHECK(PlaceLine(0xFFFFFFFF, 16, 1000, 8, false, 0).left == 0xFFFFFFFF);
+  CHECK(PlaceLine(0xFFFFFFFF, 17, 1000, 8, true, 0).width == 16);  // right edge 16
+}
+
+TEST_CASE("standard: the width of the area follows resolution and zoom up to a product of 80000") {
+  StandardScanner scanner("B4");
+  scanner.settings.resolution = 400;
+  scanner.settings.zoom = 200;
+  scanner.settings.areaWidthPx = 9000;
+  const std::string upload =
+      Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 90 01 90 01, H C8 C8");
+  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 40 1F"));  // 8000
+}
+
+TEST_CASE("standard: beyond that product it is a multiple of 8 at the effective resolution") {
+  StandardScanner scanner("B4");
+  scanner.settings.resolution = 401;
+  scanner.settings.zoom = 200;  // 802 dpi: 8020 pixels
+  scanner.settings.areaWidthPx = 9000;
+  const std::string upload =
+      Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 91 01 91 01, H C8 C8");
+  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 50 1F"));  // 8016
+}
+
+TEST_CASE("standard: the limit of the product depends on the model's quirk") {
+  CHECK(ProductLimit(0) == 80000);
+  CHECK(ProductLimit(1) == 80000);
+  CHECK(ProductLimit(2) == 60000);
+  CHECK(ProductLimit(3) == 160000);
+  CHECK(ProductLimit(4) == 160000);
+}
+
+TEST_CASE("standard: the area of the selected source limits the line") {
+  for (const auto& [source, width] :
+       {std::pair{0, 1000u}, std::pair{1, 800u}, std::pair{2, 800u}, std::pair{3, 1000u}}) {
+    StandardScanner scanner("B4", Status(0, 0x80));
+    scanner.settings.scanSource = static_cast<std::uint8_t>(source);
+    scanner.settings.areaWidthPx = 1200;
+    scanner.settings.docFeedOption = 2;
+    const std::string area = Area(0, 0, width, 4);
+    const std::string select = "e " + Hex({scanner.settings.scanSource}) + ", ";
+    scanner.Upload(select + Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", area));
+  }
+}
+
+TEST_CASE("standard: a doubled resolution is what the limit is computed from") {
+  StandardScanner scanner;
+  REQUIRE(scanner.Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
+  scanner.settings.areaWidthPx = 1200;  // 2000 pixels at 200 dpi are 1000 at 100
+  scanner.Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 E8 03"));
+}
+
+TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
+  CHECK(CodeOf({"B3", 0, 5000}, Area(0, 0, 4096, 4)) == 16);
+  StandardScanner scanner("B3");
+  CHECK(ClipWidth(1, 8, 4096).width == 4096);
+  CHECK_FALSE(ClipWidth(1, 8, 4096).tooLarge);
+}
+
+TEST_CASE("standard: level B4 sends 5000 pixels as they are") {
+  StandardScanner scanner;
+  REQUIRE(scanner.Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
+  scanner.settings.areaWidthPx = 5000;
+  scanner.Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 88 13"));
+}
+
+TEST_CASE("standard: below level B8 at most 16128 pixels are sent, with code 16 for more") {
+  for (const char* level : {"B4", "B5", "A5", "B6", "B7"}) {
+    CAPTURE(level);
+    CHECK(CodeOf({level, 0, 16129}, Area(0, 0, 16128, 4)) == 16);
+  }
+  CHECK_FALSE(ClipWidth(7, 8, 16128).tooLarge);
+}
+
+TEST_CASE("standard: more than 256000 bits in a line report code 16 and change nothing") {
+  CHECK(ClipWidth(2, 16, 16000).tooLarge == false);
+  CHECK(ClipWidth(2, 16, 16008).tooLarge == true);
+  CHECK(ClipWidth(2, 16, 16008).width == 16008);
+  CHECK(ClipWidth(8, 16, 32752).tooLarge == false);
+}
+
+TEST_CASE("standard: the area is sent before code 16 ends the scan") {
+  StandardScanner scanner;
+  REQUIRE(scanner.Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
+  scanner.settings.pixelType = 8;
+  scanner.settings.areaWidthPx = 16008;
+  const std::string upload = Replaced(UploadOf("B4"), "D 08", "D 0C");
+  const std::string area = Area(0, 0, 16008, 4);
+  CHECK(scanner.FailingUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area)) == 16);
+}
+
+TEST_CASE("standard: level B8 refuses an origin beyond 65535 with code 34, without ESC A") {
+  CHECK(CodeOf({"B8", 65536, 16}, "") == 34);
+  StandardScanner scanner("B8");
+  scanner.settings.areaTopPx = 65536;
+  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
+  CHECK(scanner.FailingUpload(upload) == 34);
+}
+
+TEST_CASE("standard: level B8 refuses more than 32752 pixels or 65535 lines with code 35") {
+  CHECK(CodeOf({"B8", 0, 32753}, "") == 35);
+  StandardScanner scanner("B8");
+  scanner.settings.areaHeightPx = 65536;
+  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
+  CHECK(scanner.FailingUpload(upload) == 35);
+}
+
+TEST_CASE("standard: the greatest area of level B8 is sent") {
+  CHECK(AreaError(8, 65535, 65535, 32752, 65535) == 0);
+  CHECK(AreaError(7, 65536, 65536, 32753, 65536) == 0);
+}
+
+TEST_CASE("standard: below level B8 edges are sent with their low 16 bits") {
+  StandardScanner scanner("B4");
+  scanner.settings.areaTopPx = 0x12345;
+  scanner.settings.areaHeightPx = 0x23456;
+  scanner.Upload(
+      Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 45 23 10 00 56 34"));
+}
+
+// A scan of the whole length of a feeder at its first resolution, 50 dpi: 650 lines of 1300/100
+// inch.
+void CheckCentring(std::uint32_t width, std::uint32_t left, std::uint32_t sent,
+                   const std::function<void(ScannerSettings&)>& change) {
+  StandardScanner scanner("B4", Status(0, 0x80));
+  scanner.settings.scanSource = 1;
+  scanner.settings.resolution = 50;
+  scanner.settings.areaLeftPx = 7;
+  scanner.settings.areaWidthPx = width;
+  scanner.settings.areaHeightPx = 650;
+  change(scanner.settings);
+  std::string upload = "e " + Hex({scanner.settings.scanSource}) + ", " + UploadOf("B4");
+  const std::uint32_t dpi = scanner.settings.resolution;
+  upload = Replaced(upload, "R 64 00 64 00", "R " + Hex(Short(dpi) + Short(dpi)));
+  const std::string area = Area(left, 0, sent, scanner.settings.areaHeightPx);
+  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area));
+}
+
+TEST_CASE("standard: a whole page on the feeder at the first resolution is centred") {
+  CheckCentring(1000, 304, 392, [](ScannerSettings&) {});
+}
+
+TEST_CASE("standard: centring halves an unsigned difference") {
+  CheckCentring(201, 0xFFFC, 208, [](ScannerSettings&) {});  // (201 - 208) / 2
+}
+
+TEST_CASE("standard: without any one of its conditions nothing is centred") {
+  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.docFeedOption = 1; });
+  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.resolution = 100; });
+  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.areaHeightPx = 649; });
+  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.optionHeight = 1304; });
+  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.scanSource = 0; });
+}
+
+TEST_CASE("standard: on the flatbed the length of the bed is what centring compares with") {
+  CheckCentring(16, 0, 16, [](ScannerSettings& settings) {
+    settings.scanSource = 0;
+    settings.bedHeight = 1301;  // 650.5 lines
+  });
+}
+
+TEST_CASE("standard: the lines of an area are computed in signed 32-bit numbers") {
+  CHECK(LinesOfArea(1301, 50) == 650);
+  CHECK(LinesOfArea(0xFFFFFFFF, 150) == 0xFFFFFFFF);  // -1.5 toward zero
+  CHECK(LinesOfArea(0xFFFFFFFF, 50) == 0);
+}
+
+}  // namespace
+}  // namespace pmddb832::tests::standard

@@ -1,0 +1,235 @@
+#include "tests/standard/standard_fixture.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace pmddb832::tests::standard {
+namespace {
+
+constexpr std::uint8_t kEsc = 0x1B;
+constexpr std::uint8_t kFill = 0xA5;
+
+Bytes Esc(char letter) {
+  return {kEsc, static_cast<std::uint8_t>(letter)};
+}
+
+}  // namespace
+
+Bytes FromHex(std::string_view hex) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  Bytes bytes;
+  std::size_t digits = 0;
+  for (const char c : hex) {
+    if (c == ' ') continue;
+    const std::size_t value = kDigits.find(c);
+    REQUIRE(value != std::string_view::npos);
+    if (digits++ % 2 == 0) bytes.push_back(0);
+    bytes.back() = static_cast<std::uint8_t>(static_cast<std::size_t>(bytes.back()) << 4 | value);
+  }
+  return bytes;
+}
+
+Bytes Ramp(std::uint8_t first, std::size_t count) {
+  Bytes bytes(count);
+  for (std::uint8_t& byte : bytes) byte = first++;
+  return bytes;
+}
+
+Bytes Short(std::uint32_t value) {
+  return {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
+}
+
+Bytes With(Bytes block, std::size_t offset, const Bytes& bytes) {
+  REQUIRE(offset + bytes.size() <= block.size());
+  std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
+  return block;
+}
+
+std::string Replaced(std::string text, std::string_view part, std::string_view by) {
+  const std::size_t place = text.find(part);
+  REQUIRE(place != std::string::npos);
+  return text.replace(place, part.size(), by);
+}
+
+Bytes Reply::Header() const {
+  return Bytes{0x02, status} + Short(static_cast<std::uint32_t>(data.size()));
+}
+
+Bytes Identity(std::string_view level) {
+  return Text(level) + FromHex("52 32 00 52 64 00 41 E8 03 78 05");
+}
+
+Bytes IdentityOf(std::string_view level, const std::vector<std::uint16_t>& resolutions) {
+  Bytes identity = Text(level);
+  for (const std::uint16_t resolution : resolutions) {
+    identity = identity + Bytes{0x52} + Short(resolution);
+  }
+  return identity + FromHex("41 E8 03 78 05");
+}
+
+Bytes Product(std::string_view name) {
+  return Fill(8, 0xEE) + Text(name);
+}
+
+Bytes Status(std::uint8_t main, std::uint8_t feeder, std::uint8_t transparencyUnit) {
+  return Bytes{main, feeder} + FromHex("20 03 14 05") + Bytes{transparencyUnit} +
+         FromHex("90 01 F4 01");
+}
+
+std::string UploadOf(std::string_view level) {
+  const std::string area = ", R 64 00 64 00, H 64 64, A 00 00 00 00 10 00 04 00";
+  if (level == "B3") return "C 00, D 08, B 01, Z 02, L 00, M 00" + area;
+  if (level == "B4") return "C 00, D 08, B 01, Z 02, L 00, M 00, Q 00, g 00" + area;
+  if (level == "B5") return "C 00, D 08, B 01, Z 02, L 00, M 00, K 00, Q 00, g 00" + area;
+  if (level == "A5") return "C 00, D 08, B 01, s 00, Z 02, L 00, K 00, Q 00, g 00" + area;
+  return "C 00, D 08, B 01, s 00, Z 02, L 00, M 00, K 00, Q 00, g 00" + area;
+}
+
+StandardScanner::StandardScanner() {
+  progress.clear();
+  duringProgress = nullptr;
+  settings.pixelType = 2;
+  settings.resolution = 100;
+  settings.zoom = 100;
+  settings.areaWidthPx = 16;
+  settings.areaHeightPx = 4;
+  settings.gamma = 220;
+  settings.thresholdT = 0xFFFF;
+}
+
+StandardScanner::StandardScanner(std::string_view openLevel, const Bytes& status)
+    : StandardScanner() {
+  level = openLevel;
+  REQUIRE(Open(Identity(openLevel), status) == 1);
+}
+
+StandardScanner::~StandardScanner() {
+  CHECK(device.Verdict() == "as scripted");
+}
+
+void StandardScanner::AnswerProbe() {
+  device.Expect(Esc('I')).Reply({0x02, 0x00, 0x02, 0x00}).Reply(Text("B4"));
+}
+
+void StandardScanner::AnswerReset() {
+  device.Expect(Esc('@')).Reply({0x06});
+}
+
+void StandardScanner::Answer(char letter, const standard::Reply& reply) {
+  device.Expect(Esc(letter)).Reply(reply.Header()).Reply(reply.data);
+}
+
+void StandardScanner::AnswerStatus(const Bytes& status) {
+  Answer('f', {status});
+}
+
+void StandardScanner::AcceptUpload(std::string_view commands) {
+  device.Expect(Esc('F')).Reply({0x02, 0x00, 0x00, 0x00});
+  while (!commands.empty()) {
+    const std::string_view command = commands.substr(0, commands.find(','));
+    device.ExpectBlock(kEsc, command[0], FromHex(command.substr(1)));
+    commands.remove_prefix(std::min(command.size() + 2, commands.size()));
+  }
+}
+
+void StandardScanner::AnswerStart(const Bytes& header) {
+  if (level != "B3") AnswerStatus();
+  device.Expect(Esc('G')).Reply(header);
+}
+
+void StandardScanner::SendLines(const Bytes& lines) {
+  device.Reply(lines).Expect({0x06});
+}
+
+void StandardScanner::SendBlock(const Bytes& header, const Bytes& lines) {
+  device.Reply(header);
+  SendLines(lines);
+}
+
+void StandardScanner::SendLastBlock(const Bytes& header, const Bytes& lines) {
+  device.Reply(header).Reply(lines);
+}
+
+void StandardScanner::ExpectEject() {
+  device.Expect({0x0C}).Reply({0x06});
+}
+
+std::uint32_t StandardScanner::Open(const Bytes& identity, const Bytes& status,
+                                    const Bytes& product) {
+  optionFitted = status.size() > 6 && ((status[1] | status[6]) & 0x80) != 0;
+  AnswerProbe();
+  AnswerReset();
+  Answer('?', {product});
+  Answer('I', {identity});
+  if (identity[1] != '3') AnswerStatus(status);
+  Answer('?', {product});
+  return PMOpenScanner(&settings);
+}
+
+std::string StandardScanner::InitAcquire(std::uint32_t outputFormat, ProgressCallback callback) {
+  const auto record = std::make_unique<AcquisitionSetup>();
+  std::memset(record.get(), kFill, sizeof *record);
+  PMInitAcquire(outputFormat, callback, record.get());
+  Bytes bytes(sizeof *record);
+  std::memcpy(bytes.data(), record.get(), bytes.size());
+  return Hex(bytes);
+}
+
+Band StandardScanner::Acquire(std::size_t bufferBytes, std::uint32_t request) {
+  Band band{{}, {}, Fill(bufferBytes, kFill)};
+  const auto record = std::make_unique<AcquisitionBand>();
+  std::memset(record.get(), kFill, sizeof *record);
+  record->status = request;
+  PMAcquireImage(band.image.data(), static_cast<std::uint32_t>(bufferBytes), record.get());
+  band.record = *record;
+  Bytes bytes(sizeof *record);
+  std::memcpy(bytes.data(), record.get(), bytes.size());
+  band.recordBytes = Hex(bytes);
+  return band;
+}
+
+void StandardScanner::Upload(std::string_view commands) {
+  InitAcquire();
+  AcceptUpload(commands);
+  device.FailNextWrite();
+  const bool asksUnit = optionFitted && settings.scanSource != 0;
+  const bool blockMode = level != "B3";
+  // Lines per block that cannot be sent do not matter: next comes the status.
+  if (blockMode && !asksUnit) device.FailNextWrite();
+  CHECK(Acquire(4096).record.status == kFailed);
+  const std::uint32_t code = asksUnit ? 7 : (blockMode ? 22 : 9);
+  CHECK(PMGetScanError() == code);
+}
+
+std::uint32_t StandardScanner::FailingUpload(std::string_view commands) {
+  InitAcquire();
+  AcceptUpload(commands);
+  CHECK(Acquire(4096).record.status == kFailed);
+  return PMGetScanError();
+}
+
+void StandardScanner::StartScan(const Bytes& header, std::uint8_t linesPerBlock,
+                                std::uint32_t outputFormat) {
+  InitAcquire(outputFormat);
+  AcceptUpload(UploadOf(level));
+  if (linesPerBlock != 0) device.ExpectBlock(kEsc, 'd', {linesPerBlock});
+  AnswerStart(header);
+}
+
+Band StandardScanner::ScanPage(std::uint32_t outputFormat) {
+  StartScan(BlockHeader(0x20, 16, 4), 4, outputFormat);
+  device.Reply(Ramp(0, 64));
+  return Acquire(64);
+}
+
+void StandardScanner::NoteProgress(std::uint32_t percent) {
+  progress.push_back(percent);
+  if (duringProgress) duringProgress();
+}
+
+Bytes BlockHeader(std::uint8_t status, std::uint16_t lineBytes, std::uint16_t lines) {
+  return Bytes{0x02, status} + Short(lineBytes) + Short(lines);
+}
+
+}  // namespace pmddb832::tests::standard

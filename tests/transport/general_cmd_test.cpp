@@ -1,0 +1,255 @@
+#include <doctest/doctest.h>
+
+#include <limits>
+
+#include "tests/interface/module_fixture.h"
+#include "tests/interface/recording_command_set.h"
+#include "tests/safety/failing_allocation.h"
+
+namespace pmddb832::tests {
+namespace {
+
+constexpr std::uint8_t kEscape = 0x1B;
+
+struct CommandSetFixture : ModuleFixture {
+  CommandSetFixture() { PMInit(0, 1); }
+
+  void Feed() {
+    device.Expect({0x19}).Reply({0x06});
+    CHECK(set.FeedPaper() == 1);
+  }
+  void StartScan() {
+    device.Expect({kEscape, 0x47});
+    CHECK(set.SendEscCode('G') == 1);
+  }
+  void Eject() {
+    device.Expect({0x0C}).Reply({0x06});
+    CHECK(set.EjectPage() == 1);
+  }
+  void Reset() {
+    device.Expect({kEscape, 0x40}).Reply({0x06});
+    CHECK(set.ResetScanner() == 1);
+  }
+  // What may be sent in each state of the page: no page, a page fed, a page scanned.
+  void CheckNoPage() {
+    CHECK(set.EjectPage() == 0);
+    Feed();
+  }
+  void CheckFed() {
+    CHECK(set.FeedPaper() == 0);
+    CHECK(set.EjectPage() == 0);
+  }
+  void CheckScanned() { Eject(); }
+
+  RecordingCommandSet set;
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(CommandSetFixture, "at first a page can be fed and none ejected") {
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "behind a feed neither feed nor eject sends anything") {
+  Feed();
+  CheckFed();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "behind ESC G the page can be ejected, once") {
+  StartScan();
+  Eject();
+  CHECK(set.EjectPage() == 0);
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture,
+                  "behind ESC G the next page can be fed, and not ejected then") {
+  StartScan();
+  Feed();
+  CheckFed();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a fed page that was scanned can be ejected") {
+  Feed();
+  StartScan();
+  StartScan();
+  CheckScanned();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "only the letter G moves the state of the page") {
+  for (int letter = 0; letter < 256; ++letter) {
+    if (letter == 'G') continue;
+    device.Expect({kEscape, static_cast<std::uint8_t>(letter)});
+    CHECK(set.SendEscCode(static_cast<std::uint8_t>(letter)) == 1);
+  }
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "an ESC G that cannot be sent moves the state all the same") {
+  device.FailNextWrite();
+  CHECK(set.SendEscCode('G') == 0);
+  CheckScanned();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "the start of an extended scan moves the state like ESC G") {
+  Feed();
+  set.NoteScanStarted();
+  CheckScanned();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a failed feed leaves the state as it was") {
+  StartScan();
+  device.Expect({0x19}).Reply({0x15});
+  CHECK(set.FeedPaper() == 0);
+  device.FailNextWrite();
+  CHECK(set.FeedPaper() == 0);
+  CheckScanned();
+  device.Expect({0x19}).Reply({0x15});
+  CHECK(set.FeedPaper() == 0);
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a failed eject leaves the state as it was") {
+  StartScan();
+  device.Expect({0x0C}).Reply({0x15});
+  CHECK(set.EjectPage() == 0);
+  device.Expect({0x0C}).FailNextRead();
+  CHECK(set.EjectPage() == 0);
+  CheckScanned();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a reset is ESC @ and an acknowledge; no page is known then") {
+  Feed();
+  Reset();
+  CheckNoPage();
+  StartScan();
+  Reset();
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a reset forgets the page even when the scanner is silent") {
+  Feed();
+  device.FailNextWrite();
+  CHECK(set.ResetScanner() == 0);
+  CheckNoPage();
+  StartScan();
+  device.Expect({kEscape, 0x40}).FailNextRead();
+  CHECK(set.ResetScanner() == 0);
+  CheckNoPage();
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a reset that is not acknowledged fails") {
+  device.Expect({kEscape, 0x40}).Reply({0x15}).Expect({kEscape, 0x40}).Reply({0x00});
+  CHECK(set.ResetScanner() == 0);
+  CHECK(set.ResetScanner() == 0);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "acknowledges go through the transport") {
+  device.Expect({0x06}).Expect({0x18}).Reply({0x06}).Reply({0x06}).Reply({0x15});
+  CHECK(set.SendAck(0x06) == 1);
+  CHECK(set.SendAck(0x18) == 1);
+  CHECK(set.CheckAck() == 1);
+  CHECK(set.CheckAck() == 0);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block needs both acknowledges") {
+  device.ExpectBlock(kEscape, 'm', {1, 2, 3});
+  CHECK(set.SendEscBlock('m', Bytes{1, 2, 3}) == 1);
+  device.Expect({kEscape, 'm'}).Reply({0x06}).Expect({1}).Reply({0x15});
+  CHECK(set.SendEscBlock('m', Bytes{1}) == 0);
+  device.Expect({kEscape, 'm'}).Reply({0x15});
+  CHECK(set.SendEscBlock('m', Bytes{1}) == 0);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block stops at the transfer that fails") {
+  device.FailNextWrite();
+  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  device.Expect({kEscape, 'z'}).FailNextRead();
+  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  device.Expect({kEscape, 'z'}).Reply({0x06}).FailNextWrite();
+  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({1}).FailNextRead();
+  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a table is sent behind its prefix byte, in one transfer") {
+  device.ExpectBlock(kEscape, 'z', Bytes{'R'} + Fill(256, 0xA7));
+  CHECK(set.SendEscTable('z', 'R', Fill(256, 0xA7)) == 1);
+  device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({'M', 1, 2}).Reply({0x15});
+  CHECK(set.SendEscTable('z', 'M', Bytes{1, 2}) == 0);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "the prefix 0xFF stands for none") {
+  device.ExpectBlock(kEscape, 'm', Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9});
+  CHECK(set.SendEscTable('m', 0xFF, Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9}) == 1);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "gamma codes: five listed ones, 0x02 for all others") {
+  struct Row {
+    std::uint16_t gamma;
+    std::uint8_t code;
+  };
+  const Row rows[] = {{100, 0x01}, {220, 0x02}, {300, 0x00}, {280, 0x10}, {250, 0x20},
+                      {180, 0x02}, {0, 0x02},   {99, 0x02},  {301, 0x02}, {65535, 0x02}};
+  for (const Row& row : rows) {
+    CAPTURE(row.gamma);
+    CHECK(set.SetGamma(row.gamma) == row.code);
+  }
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "halftone rows that each level digit supports") {
+  struct Row {
+    char digit;
+    std::uint16_t count;
+  };
+  const Row rows[] = {{'0', 0},  {'1', 4},     {'2', 4},    {'3', 4},    {'4', 8},   {'5', 9},
+                      {'6', 10}, {'7', 10},    {'8', 10},   {'9', 10},   {'/', 0},   {'\0', 0},
+                      {'A', 10}, {'\x7F', 10}, {'\x80', 0}, {'\xB8', 0}, {'\xFF', 0}};
+  for (const Row& row : rows) {
+    CAPTURE(static_cast<int>(row.digit));
+    settings.commandLevelText[1] = row.digit;
+    CHECK(set.GetHalfTones() == row.count);
+  }
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE("halftone codes: ten rows, and row 0 for every other index") {
+  const std::uint8_t codes[] = {0x01, 0x00, 0x10, 0x20, 0x80, 0x90, 0xA0, 0xB0, 0x03, 0x00};
+  for (std::int32_t row = 0; row < 10; ++row) CHECK(HalftoneCode(row) == codes[row]);
+  for (const std::int32_t row : {-1, 10, 255, 0x10000, std::numeric_limits<std::int32_t>::max(),
+                                 std::numeric_limits<std::int32_t>::min()}) {
+    CHECK(HalftoneCode(row) == 0x01);
+  }
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "the work area of a set that needs none is there at once") {
+  CHECK(set.InitWorkArea() == 1);
+}
+
+TEST_CASE_FIXTURE(CommandSetFixture, "a set without memory for its transport tells") {
+  CHECK(set.HasTransport());
+  const AllocationLimit none(0);
+  const RecordingCommandSet poor;
+  CHECK_FALSE(poor.HasTransport());
+}
+
+}  // namespace pmddb832::tests

@@ -1,0 +1,196 @@
+#include "tests/transport/scripted_device.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pmddb832::tests {
+namespace {
+
+constexpr std::int32_t kFailure = -1;
+constexpr std::uint8_t kAck = 0x06;
+constexpr std::size_t kShownBytes = 80;
+
+}  // namespace
+
+Bytes Text(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+Bytes Fill(std::size_t count, std::uint8_t value) {
+  return Bytes(count, value);
+}
+
+Bytes operator+(Bytes left, const Bytes& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+std::string Hex(const Bytes& bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text;
+  for (std::size_t i = 0; i < std::min(bytes.size(), kShownBytes); ++i) {
+    if (i > 0) text += ' ';
+    text += kDigits[bytes[i] >> 4];
+    text += kDigits[bytes[i] & 15];
+  }
+  if (bytes.size() > kShownBytes) text += " ... (" + std::to_string(bytes.size()) + " bytes)";
+  return text;
+}
+
+ScriptedDevice& ScriptedDevice::Expect(Bytes bytes) {
+  const std::size_t length = bytes.size();
+  return Add(Kind::kWrite, length, std::move(bytes));
+}
+
+ScriptedDevice& ScriptedDevice::ExpectAny(std::size_t length) {
+  return Add(Kind::kAnyWrite, length, {});
+}
+
+ScriptedDevice& ScriptedDevice::Reply(Bytes bytes) {
+  const std::size_t length = bytes.size();
+  return Add(Kind::kRead, length, std::move(bytes));
+}
+
+ScriptedDevice& ScriptedDevice::ShortReply(std::uint32_t requested, Bytes bytes) {
+  return Add(Kind::kRead, requested, std::move(bytes));
+}
+
+ScriptedDevice& ScriptedDevice::FailNextRead() {
+  return Add(Kind::kFailingRead, 0, {});
+}
+
+ScriptedDevice& ScriptedDevice::FailNextWrite() {
+  return Add(Kind::kFailingWrite, 0, {});
+}
+
+ScriptedDevice& ScriptedDevice::Unplug() {
+  return Add(Kind::kUnplugged, 0, {});
+}
+
+ScriptedDevice& ScriptedDevice::ExpectBlock(std::uint8_t prefix, char letter, Bytes block) {
+  Expect({prefix, static_cast<std::uint8_t>(letter)}).Reply({kAck});
+  return Expect(std::move(block)).Reply({kAck});
+}
+
+std::string ScriptedDevice::Verdict() const {
+  if (!complaint_.empty()) return complaint_;
+  if (next_ == steps_.size() || IsUnplugged()) return "as scripted";
+  return "the driver stopped before: " + Describe(steps_[next_]);
+}
+
+std::int32_t ScriptedDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) {
+  const std::string came = "a read of " + std::to_string(*byteCount) + " bytes";
+  if (overlapped != nullptr) return Complain(came + " with an overlapped structure");
+  if (next_ == steps_.size()) return Complain(came);
+  if (IsUnplugged()) return kFailure;
+  const Step& step = steps_[next_];
+  if (step.kind == Kind::kFailingRead) {
+    ++next_;
+    return kFailure;
+  }
+  if (step.kind != Kind::kRead || step.length != *byteCount) return Complain(came);
+  ++next_;
+  std::copy(step.bytes.begin(), step.bytes.end(), static_cast<std::uint8_t*>(buffer));
+  *byteCount = static_cast<std::uint32_t>(step.bytes.size());
+  return success;
+}
+
+std::int32_t ScriptedDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) {
+  const auto* const first = static_cast<const std::uint8_t*>(buffer);
+  const Bytes bytes(first, first + byteCount);
+  const std::string came = "a write of " + Hex(bytes);
+  if (overlapped != nullptr) return Complain(came + " with an overlapped structure");
+  if (next_ == steps_.size()) return Complain(came);
+  if (IsUnplugged()) return kFailure;
+  const Step& step = steps_[next_];
+  if (step.kind == Kind::kFailingWrite) {
+    ++next_;
+    return kFailure;
+  }
+  if (!Takes(step, bytes)) return Complain(came);
+  ++next_;
+  return success;
+}
+
+bool ScriptedDevice::IsUnplugged() const {
+  return next_ < steps_.size() && steps_[next_].kind == Kind::kUnplugged;
+}
+
+bool ScriptedDevice::Takes(const Step& step, const Bytes& written) {
+  if (step.kind == Kind::kAnyWrite) return step.length == written.size();
+  return step.kind == Kind::kWrite && step.bytes == written;
+}
+
+ScriptedDevice& ScriptedDevice::Add(Kind kind, std::size_t length, Bytes bytes) {
+  steps_.push_back({kind, static_cast<std::uint32_t>(length), std::move(bytes)});
+  return *this;
+}
+
+std::int32_t ScriptedDevice::Complain(const std::string& what) {
+  if (complaint_.empty()) {
+    const std::string expected = next_ < steps_.size() ? Describe(steps_[next_]) : "nothing more";
+    complaint_ =
+        "transfer " + std::to_string(next_ + 1) + ": expected " + expected + ", came " + what;
+  }
+  return kFailure;
+}
+
+std::string ScriptedDevice::Describe(const Step& step) const {
+  switch (step.kind) {
+    case Kind::kWrite:
+      return "a write of " + Hex(step.bytes);
+    case Kind::kAnyWrite:
+      return "a write of " + std::to_string(step.length) + " bytes";
+    case Kind::kRead:
+      return "a read of " + std::to_string(step.length) + " bytes";
+    case Kind::kFailingWrite:
+      return "a write that fails";
+    case Kind::kFailingRead:
+      return "a read that fails";
+    case Kind::kUnplugged:
+      return "no answer any more";
+  }
+  return {};
+}
+
+std::int32_t ScriptedDevice::QueryInterface(const void*, void**) {
+  return Complain("QueryInterface");
+}
+std::uint32_t ScriptedDevice::AddRef() {
+  Complain("AddRef");
+  return 0;
+}
+std::uint32_t ScriptedDevice::Release() {
+  Complain("Release");
+  return 0;
+}
+std::int32_t ScriptedDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
+  return Complain("Initialize");
+}
+std::int32_t ScriptedDevice::GetCapabilities(void*) {
+  return Complain("GetCapabilities");
+}
+std::int32_t ScriptedDevice::GetStatus(void*) {
+  return Complain("GetStatus");
+}
+std::int32_t ScriptedDevice::DeviceReset() {
+  return Complain("DeviceReset");
+}
+std::int32_t ScriptedDevice::Diagnostic(void*) {
+  return Complain("Diagnostic");
+}
+std::int32_t ScriptedDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*, std::uint32_t,
+                                    std::uint32_t*) {
+  return Complain("Escape");
+}
+std::int32_t ScriptedDevice::GetLastError(std::uint32_t*) {
+  return Complain("GetLastError");
+}
+std::int32_t ScriptedDevice::LockDevice(std::uint32_t) {
+  return Complain("LockDevice");
+}
+std::int32_t ScriptedDevice::UnLockDevice() {
+  return Complain("UnLockDevice");
+}
+
+}  // namespace pmddb832::tests

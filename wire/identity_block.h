@@ -1,0 +1,56 @@
+#pragma once
+
+#include "wire/named_field.h"
+#include "wire/wire_block.h"
+
+namespace pmddb832 {
+
+// Reply to FS "I". Areas are in pixels at the basic resolution.
+using IdentityBlock = std::array<std::uint8_t, 80>;
+
+namespace identity {
+
+inline constexpr Field<std::uint8_t, 0> kLevelLetter;
+inline constexpr Field<std::uint8_t, 1> kLevelDigit;
+inline constexpr Field<std::uint32_t, 4> kBasicResolution;  // dots per inch
+inline constexpr Field<std::uint16_t, 4> kBasicResolutionLow;
+inline constexpr Field<std::uint16_t, 8> kMinimumResolutionLow;  // half the minimum
+inline constexpr Field<std::uint32_t, 12> kMaximumResolution;    // twice the maximum
+inline constexpr Field<std::uint16_t, 12> kMaximumResolutionLow;
+inline constexpr Field<std::uint32_t, 20> kFlatbedWidth;
+inline constexpr Field<std::uint32_t, 24> kFlatbedHeight;
+inline constexpr Field<std::uint32_t, 28> kFeederWidth;
+inline constexpr Field<std::uint32_t, 32> kFeederHeight;
+inline constexpr Field<std::uint32_t, 36> kTransparencyWidth;
+inline constexpr Field<std::uint32_t, 40> kTransparencyHeight;
+inline constexpr Field<std::uint8_t, 44> kFeederFlags;
+inline constexpr std::size_t kProductNameOffset = 46;
+inline constexpr std::size_t kProductNameBytes = 16;
+
+inline constexpr std::uint8_t kFeederVariant = 0x20;
+inline constexpr std::uint8_t kSecondFeederCapability = 0x10;
+inline constexpr std::uint8_t kThirdFeederCapability = 0x08;
+
+inline constexpr std::array kFeederFlagNames{
+    ValueName{kFeederVariant, "feeder variant"},
+    ValueName{kSecondFeederCapability, "second capability"},
+    ValueName{kThirdFeederCapability, "third capability"},
+};
+
+inline constexpr std::array kFields{
+    NamedText("command level", decltype(kLevelLetter)::kOffset, 2),
+    Named("basic resolution", kBasicResolution, "dpi"),
+    Named("minimum resolution, halved", kMinimumResolutionLow, "dpi"),
+    Named("maximum resolution, doubled", kMaximumResolution, "dpi"),
+    Named("flatbed width", kFlatbedWidth, "pixels"),
+    Named("flatbed height", kFlatbedHeight, "pixels"),
+    Named("feeder width", kFeederWidth, "pixels"),
+    Named("feeder height", kFeederHeight, "pixels"),
+    Named("transparency unit width", kTransparencyWidth, "pixels"),
+    Named("transparency unit height", kTransparencyHeight, "pixels"),
+    NamedFlags("feeder capabilities", kFeederFlags, kFeederFlagNames),
+    NamedText("product name", kProductNameOffset, kProductNameBytes),
+};
+
+}  // namespace identity
+}  // namespace pmddb832
