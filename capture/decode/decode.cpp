@@ -27,60 +27,62 @@ std::string BytesText(Bytes bytes) {
 // Puts the entries of a capture together into the calls that they belong to.
 class StoryTeller {
  public:
-  explicit StoryTeller(const Capture& told) : capture(told) {}
+  explicit StoryTeller(const Capture& told) : capture_(told) {}
 
   std::vector<CallStory> Tell() {
-    for (entry = 0; entry < capture.entries.size(); ++entry) {
-      std::visit([this](const auto& item) { Take(item); }, capture.entries[entry]);
+    for (entry_ = 0; entry_ < capture_.entries.size(); ++entry_) {
+      std::visit([this](const auto& item) { Take(item); }, capture_.entries[entry_]);
     }
     Close();
-    return calls;
+    return calls_;
   }
 
  private:
   void Take(const CallBegin& call) {
     Close();
     const std::string arguments = DescribeArguments(call);
-    story.heading = call.name + (arguments.empty() ? "" : ", " + arguments);
-    story.microseconds = call.microseconds;
-    story.settingsByHost = DescribeChanges(byHost);
-    byHost.clear();
-    isEmpty = false;
+    story_.heading = call.name + (arguments.empty() ? "" : ", " + arguments);
+    story_.microseconds = call.microseconds;
+    story_.settingsByHost = DescribeChanges(byHost_);
+    byHost_.clear();
+    isEmpty_ = false;
   }
 
-  void Take(const RecordChange& change) { (change.byModule ? byModule : byHost).push_back(change); }
+  void Take(const RecordChange& change) {
+    (change.byModule ? byModule_ : byHost_).push_back(change);
+  }
 
   void Take(const Transfer& transfer) {
-    if (isEmpty) story.microseconds = transfer.microseconds;
-    isEmpty = false;
-    narrator.Take(transfer, LineOf(capture, entry));
+    if (isEmpty_) story_.microseconds = transfer.microseconds;
+    isEmpty_ = false;
+    narrator_.Take(transfer, LineOf(capture_, entry_));
   }
 
   void Take(const CallEnd& call) {
     const std::vector<FieldRow> results = DescribeResults(call);
-    story.results = Joined(results);
-    for (const FieldRow& row : results) story.failed = story.failed || row.isTrouble;
-    story.settingsByModule = DescribeChanges(byModule);
-    story.isOpen = false;
-    byModule.clear();
+    story_.results = Joined(results);
+    for (const FieldRow& row : results) story_.failed = story_.failed || row.isTrouble;
+    story_.settingsByModule = DescribeChanges(byModule_);
+    story_.isOpen = false;
+    byModule_.clear();
     Close();
   }
 
   void Close() {
-    story.exchanges = narrator.Release();
-    if (!isEmpty) calls.push_back(story);
-    story = {};
-    isEmpty = true;
+    story_.exchanges = narrator_.Release();
+    if (!isEmpty_) calls_.push_back(story_);
+    story_ = {};
+    isEmpty_ = true;
   }
 
-  const Capture& capture;
-  std::size_t entry = 0;
-  Narrator narrator;
-  std::vector<RecordChange> byHost;
-  std::vector<RecordChange> byModule;
-  CallStory story;
-  bool isEmpty = true;
-  std::vector<CallStory> calls;
+  const Capture& capture_;
+  std::size_t entry_ = 0;
+  Narrator narrator_;
+  std::vector<RecordChange> byHost_;
+  std::vector<RecordChange> byModule_;
+  CallStory story_;
+  bool isEmpty_ = true;
+  std::vector<CallStory> calls_;
 };
 
 }  // namespace

@@ -48,9 +48,9 @@ class ExtendedBlocks final : public BlockSequence {
  public:
   ExtendedBlocks(const ScanPlan& scanPlan, Bytes header)
       : BlockSequence(scanPlan),
-        blockBytes(NumberIn(header, transfer::kBlockBytes)),
-        fullBlocks(NumberIn(header, transfer::kFullBlocks)),
-        lastBlockBytes(NumberIn(header, transfer::kLastBlockBytes)) {
+        blockBytes_(NumberIn(header, transfer::kBlockBytes)),
+        fullBlocks_(NumberIn(header, transfer::kFullBlocks)),
+        lastBlockBytes_(NumberIn(header, transfer::kLastBlockBytes)) {
     const bool isGood = header.size() >= sizeof(pmddb832::TransferHeader) &&
                         header[0] == pmddb832::kStx && (header[1] & transfer::kError) == 0;
     if (isGood) next = Next::kBlock;
@@ -62,27 +62,27 @@ class ExtendedBlocks final : public BlockSequence {
     const std::uint64_t dataBytes = bytes - 1;
     std::vector<FieldRow> rows =
         BlockRows(Lines(), dataBytes, StatusRow(lastByte, transfer::kStatusNames));
-    RequireLength(dataBytes, IsLast() ? lastBlockBytes : blockBytes, rows);
+    RequireLength(dataBytes, IsLast() ? lastBlockBytes_ : blockBytes_, rows);
     const bool goesOn = !IsLast() && (lastByte & transfer::kError) == 0;
     next = goesOn ? Next::kAnswer : Next::kNothing;
     return rows;
   }
 
  protected:
-  std::uint32_t Count() const override { return fullBlocks + (lastBlockBytes != 0 ? 1 : 0); }
+  std::uint32_t Count() const override { return fullBlocks_ + (lastBlockBytes_ != 0 ? 1 : 0); }
   Next BehindAnswer() const override { return Next::kBlock; }
 
  private:
-  bool IsLast() const { return block > fullBlocks; }
+  bool IsLast() const { return block > fullBlocks_; }
   std::uint32_t Lines() const {
     if (!IsLast()) return plan.linesPerBlock;
-    const std::uint64_t before = std::uint64_t{fullBlocks} * plan.linesPerBlock;
+    const std::uint64_t before = std::uint64_t{fullBlocks_} * plan.linesPerBlock;
     return before < plan.height ? plan.height - static_cast<std::uint32_t>(before) : 0;
   }
 
-  const std::uint32_t blockBytes;
-  const std::uint32_t fullBlocks;
-  const std::uint32_t lastBlockBytes;
+  const std::uint32_t blockBytes_;
+  const std::uint32_t fullBlocks_;
+  const std::uint32_t lastBlockBytes_;
 };
 
 class StandardBlocks final : public BlockSequence {
@@ -97,21 +97,22 @@ class StandardBlocks final : public BlockSequence {
 
   std::vector<FieldRow> TakeHeader(Bytes header) override {
     next = Next::kNothing;
-    status = static_cast<std::uint8_t>(NumberIn(header, block_of::kStatus));
-    lineBytes = NumberIn(header, block_of::kLineBytes);
-    lines = plan.linesAtOnce ? NumberIn(header, block_of::kLines) : 1;
+    status_ = static_cast<std::uint8_t>(NumberIn(header, block_of::kStatus));
+    lineBytes_ = NumberIn(header, block_of::kLineBytes);
+    lines_ = plan.linesAtOnce ? NumberIn(header, block_of::kLines) : 1;
     if (NumberIn(header, block_of::kStx) != pmddb832::kStx) {
       return {{"header", "header " + HexText(header) + " without STX", true}};
     }
-    if (lines == 0) return {{"header", "header that announces no lines", true}};
+    if (lines_ == 0) return {{"header", "header that announces no lines", true}};
     next = Next::kBlock;
     return {};
   }
 
   std::vector<FieldRow> TakeBlock(std::uint64_t bytes, std::uint8_t) override {
-    std::vector<FieldRow> rows = BlockRows(lines, bytes, StatusRow(status, block_of::kStatusNames));
-    RequireLength(bytes, std::uint64_t{lineBytes} * lines, rows);
-    next = (status & block_of::kLast) != 0 ? Next::kNothing : Next::kAnswer;
+    std::vector<FieldRow> rows =
+        BlockRows(lines_, bytes, StatusRow(status_, block_of::kStatusNames));
+    RequireLength(bytes, std::uint64_t{lineBytes_} * lines_, rows);
+    next = (status_ & block_of::kLast) != 0 ? Next::kNothing : Next::kAnswer;
     return rows;
   }
 
@@ -124,9 +125,9 @@ class StandardBlocks final : public BlockSequence {
   Next BehindAnswer() const override { return Next::kHeader; }
 
  private:
-  std::uint8_t status = 0;
-  std::uint32_t lineBytes = 0;
-  std::uint32_t lines = 0;
+  std::uint8_t status_ = 0;
+  std::uint32_t lineBytes_ = 0;
+  std::uint32_t lines_ = 0;
 };
 
 }  // namespace

@@ -44,29 +44,29 @@ bool IsAnswerToBlock(std::uint8_t byte) {
 }  // namespace
 
 void Narrator::Take(const Transfer& transfer, std::uint32_t line) {
-  currentLine = line;
+  currentLine_ = line;
   if (transfer.direction == Direction::kToScanner) {
     TakeWrite(transfer);
   } else {
     TakeRead(transfer);
   }
-  lastMicroseconds = transfer.microseconds;
+  lastMicroseconds_ = transfer.microseconds;
 }
 
 std::vector<Exchange> Narrator::Release() {
-  if (current.has_value()) exchanges.push_back(*std::exchange(current, std::nullopt));
-  return std::exchange(exchanges, {});
+  if (current_.has_value()) exchanges_.push_back(*std::exchange(current_, std::nullopt));
+  return std::exchange(exchanges_, {});
 }
 
 void Narrator::Begin(std::string title) {
-  if (current.has_value()) exchanges.push_back(*std::move(current));
-  current = Exchange{};
-  current->title = std::move(title);
+  if (current_.has_value()) exchanges_.push_back(*std::move(current_));
+  current_ = Exchange{};
+  current_->title = std::move(title);
 }
 
 void Narrator::BeginBlock() {
-  Begin(blocks->Title());
-  current->block = blocks->Number();
+  Begin(blocks_->Title());
+  current_->block = blocks_->Number();
 }
 
 void Narrator::Add(const FieldRow& row) {
@@ -75,8 +75,8 @@ void Narrator::Add(const FieldRow& row) {
 }
 
 void Narrator::NoteTrouble() {
-  if (!current->hasTrouble) current->line = currentLine;
-  current->hasTrouble = true;
+  if (!current_->hasTrouble) current_->line = currentLine_;
+  current_->hasTrouble = true;
 }
 
 void Narrator::AddTrouble(const std::string& part) {
@@ -91,25 +91,26 @@ void Narrator::AddFields(const std::vector<FieldRow>& rows, std::size_t blockByt
     return;
   }
   AddPart(Counted(blockBytes, "byte"));
-  std::vector<FieldRow>& before = told[command];
+  std::vector<FieldRow>& before = told_[command_];
   if (rows == before && !HasTrouble(rows)) {
     AddPart("the same as before");
     return;
   }
   before = rows;
-  current->rows = rows;
+  current_->rows = rows;
   if (HasTrouble(rows)) NoteTrouble();
 }
 
 void Narrator::NoteWait(const Transfer& transfer) {
-  const bool isForward = transfer.microseconds > lastMicroseconds;
-  const std::uint64_t wait = isForward ? transfer.microseconds - lastMicroseconds : 0;
-  if (lastMicroseconds != 0 && wait >= kNoticedWait) AddPart(WaitText(wait));
+  const bool isForward = transfer.microseconds > lastMicroseconds_;
+  const std::uint64_t wait = isForward ? transfer.microseconds - lastMicroseconds_ : 0;
+  if (lastMicroseconds_ != 0 && wait >= kNoticedWait) AddPart(WaitText(wait));
 }
 
 void Narrator::TakeWrite(const Transfer& transfer) {
   const std::vector<std::uint8_t> bytes = transfer.bytes.value_or(std::vector<std::uint8_t>{});
-  const bool isBlock = expected == Expected::kParameters && bytes.size() == command->parameterBytes;
+  const bool isBlock =
+      expected_ == Expected::kParameters && bytes.size() == command_->parameterBytes;
   if (isBlock) {
     TakeParameters(bytes);
   } else if (const CommandRow* const row = FindCommand(bytes); row != nullptr) {
@@ -121,49 +122,50 @@ void Narrator::TakeWrite(const Transfer& transfer) {
   }
   if (transfer.result < 0) {
     AddTrouble("the write failed (" + ResultText(transfer.result) + ")");
-    expected = Expected::kNothing;
+    expected_ = Expected::kNothing;
   }
 }
 
 void Narrator::BeginCommand(const CommandRow& row) {
-  command = &row;
+  command_ = &row;
   Begin(Letters(row) + " " + std::string(row.name));
-  reply.clear();
-  blocks.reset();
-  expected =
+  reply_.clear();
+  blocks_.reset();
+  expected_ =
       row.reply == ReplyKind::kAcknowledge ? Expected::kCommandAcknowledge : Expected::kReply;
   if (row.reply == ReplyKind::kAcknowledge && row.parameterBytes == 0) {
-    expected = Expected::kAcknowledge;
-    plan = {};
+    expected_ = Expected::kAcknowledge;
+    plan_ = {};
   }
-  if (row.reply == ReplyKind::kBlockHeader && plan.startIsRepeated && !plan.linesAtOnce) {
-    blocks = MakeStandardBlocks(plan, {});
-    expected = Expected::kNothing;
+  if (row.reply == ReplyKind::kBlockHeader && plan_.startIsRepeated && !plan_.linesAtOnce) {
+    blocks_ = MakeStandardBlocks(plan_, {});
+    expected_ = Expected::kNothing;
   }
 }
 
 void Narrator::TakeParameters(Bytes block) {
-  plan.Note(*command, block);
-  const std::vector<FieldRow> rows = DescribeParameters(*command, block);
+  plan_.Note(*command_, block);
+  const std::vector<FieldRow> rows = DescribeParameters(*command_, block);
   AddFields(rows, block.size());
-  expected = Expected::kAcknowledge;
+  expected_ = Expected::kAcknowledge;
 }
 
 void Narrator::TakeControl(std::uint8_t byte) {
   const std::optional<std::string> name = ControlName(byte);
-  const bool awaitsAnswer = blocks != nullptr && blocks->Expected() == BlockSequence::Next::kAnswer;
+  const bool awaitsAnswer =
+      blocks_ != nullptr && blocks_->Expected() == BlockSequence::Next::kAnswer;
   if (awaitsAnswer && IsAnswerToBlock(byte)) {
-    if (!current.has_value()) BeginBlock();
+    if (!current_.has_value()) BeginBlock();
     AddPart(*name);
     if (byte == pmddb832::kAck) {
-      blocks->TakeAnswer();
+      blocks_->TakeAnswer();
       return;
     }
-    blocks.reset();
-    expected = Expected::kAcknowledge;
+    blocks_.reset();
+    expected_ = Expected::kAcknowledge;
   } else if (byte == pmddb832::kEm || byte == pmddb832::kFf) {
     Begin(*name);
-    expected = Expected::kAcknowledge;
+    expected_ = Expected::kAcknowledge;
   } else {
     TakeStrayWrite(std::span(&byte, 1));
   }
@@ -173,7 +175,7 @@ void Narrator::TakeStrayWrite(Bytes bytes) {
   const std::optional<std::string> name = bytes.size() == 1 ? ControlName(bytes[0]) : std::nullopt;
   Begin("sent " + name.value_or(Counted(bytes.size(), "byte") + ", " + HexText(bytes)));
   AddTrouble("nothing asked for it");
-  expected = Expected::kNothing;
+  expected_ = Expected::kNothing;
 }
 
 void Narrator::TakeRead(const Transfer& transfer) {
@@ -181,14 +183,15 @@ void Narrator::TakeRead(const Transfer& transfer) {
     TakeImage(transfer);
     return;
   }
-  if (!current.has_value() || expected == Expected::kNothing || expected == Expected::kParameters) {
+  if (!current_.has_value() || expected_ == Expected::kNothing ||
+      expected_ == Expected::kParameters) {
     TakeStrayRead(transfer);
     return;
   }
   NoteWait(transfer);
   if (!NoteReadFailure(transfer)) return;
   const Bytes bytes = *transfer.bytes;
-  if (expected == Expected::kReply || expected == Expected::kReplyData) {
+  if (expected_ == Expected::kReply || expected_ == Expected::kReplyData) {
     TakeReply(bytes);
   } else {
     TakeAcknowledge(bytes);
@@ -196,8 +199,8 @@ void Narrator::TakeRead(const Transfer& transfer) {
 }
 
 bool Narrator::AwaitsBlock() const {
-  if (blocks == nullptr || expected != Expected::kNothing) return false;
-  const BlockSequence::Next next = blocks->Expected();
+  if (blocks_ == nullptr || expected_ != Expected::kNothing) return false;
+  const BlockSequence::Next next = blocks_->Expected();
   return next == BlockSequence::Next::kHeader || next == BlockSequence::Next::kBlock;
 }
 
@@ -207,12 +210,12 @@ bool Narrator::NoteReadFailure(const Transfer& transfer) {
       std::to_string(transfer.delivered) + " of " + Counted(transfer.requested, "byte") + " came";
   if (transfer.result < 0) {
     AddTrouble("the read failed (" + ResultText(transfer.result) + "), " + came);
-    expected = Expected::kNothing;
+    expected_ = Expected::kNothing;
     return false;
   }
   if (transfer.delivered < transfer.requested) AddTrouble("only " + came);
   const bool hasBytes = transfer.delivered > 0 && transfer.bytes.has_value();
-  if (!hasBytes) expected = Expected::kNothing;
+  if (!hasBytes) expected_ = Expected::kNothing;
   return hasBytes;
 }
 
@@ -220,53 +223,54 @@ void Narrator::TakeAcknowledge(Bytes bytes) {
   const FieldRow answer = DescribeAcknowledge(bytes[0]);
   Add(answer);
   const bool wasLetter =
-      std::exchange(expected, Expected::kNothing) == Expected::kCommandAcknowledge;
-  if (wasLetter && !answer.isTrouble) expected = Expected::kParameters;
+      std::exchange(expected_, Expected::kNothing) == Expected::kCommandAcknowledge;
+  if (wasLetter && !answer.isTrouble) expected_ = Expected::kParameters;
 }
 
 void Narrator::TakeReply(Bytes bytes) {
-  reply.insert(reply.end(), bytes.begin(), bytes.end());
-  const bool wasHeader = expected == Expected::kReply;
-  if (wasHeader && DeclaredDataBytes(command->reply, reply) > 0) {
-    expected = Expected::kReplyData;
+  reply_.insert(reply_.end(), bytes.begin(), bytes.end());
+  const bool wasHeader = expected_ == Expected::kReply;
+  if (wasHeader && DeclaredDataBytes(command_->reply, reply_) > 0) {
+    expected_ = Expected::kReplyData;
     return;
   }
-  expected = Expected::kNothing;
+  expected_ = Expected::kNothing;
   FinishReply();
 }
 
 void Narrator::FinishReply() {
-  const std::vector<FieldRow> rows = DescribeReply(command->reply, reply);
-  AddFields(rows, reply.size());
+  const std::vector<FieldRow> rows = DescribeReply(command_->reply, reply_);
+  AddFields(rows, reply_.size());
   BeginImage();
 }
 
 void Narrator::BeginImage() {
-  if (command->reply == ReplyKind::kTransferHeader) {
-    blocks = MakeExtendedBlocks(plan, reply);
-  } else if (command->reply == ReplyKind::kBlockHeader) {
-    blocks = MakeStandardBlocks(plan, reply);
-    plan.startIsRepeated = blocks->Expected() == BlockSequence::Next::kNothing;
+  if (command_->reply == ReplyKind::kTransferHeader) {
+    blocks_ = MakeExtendedBlocks(plan_, reply_);
+  } else if (command_->reply == ReplyKind::kBlockHeader) {
+    blocks_ = MakeStandardBlocks(plan_, reply_);
+    plan_.startIsRepeated = blocks_->Expected() == BlockSequence::Next::kNothing;
   }
 }
 
 void Narrator::TakeImage(const Transfer& transfer) {
-  const bool isHeader = blocks->Expected() == BlockSequence::Next::kHeader;
-  const bool isBegun = current.has_value() && current->block == blocks->Number();
+  const bool isHeader = blocks_->Expected() == BlockSequence::Next::kHeader;
+  const bool isBegun = current_.has_value() && current_->block == blocks_->Number();
   if (!isBegun) BeginBlock();
   NoteWait(transfer);
   std::vector<FieldRow> rows;
   if (transfer.result < 0 || transfer.delivered == 0) {
     NoteReadFailure(transfer);
-    blocks.reset();
+    blocks_.reset();
     return;
   }
   if (transfer.delivered < transfer.requested) NoteReadFailure(transfer);
   if (isHeader) {
-    rows = blocks->TakeHeader(transfer.bytes.value_or(std::vector<std::uint8_t>{}));
+    rows = blocks_->TakeHeader(transfer.bytes.value_or(std::vector<std::uint8_t>{}));
   } else {
-    rows = blocks->TakeBlock(transfer.delivered, transfer.bytes.has_value() ? transfer.bytes->back()
-                                                                            : transfer.lastByte);
+    rows =
+        blocks_->TakeBlock(transfer.delivered,
+                           transfer.bytes.has_value() ? transfer.bytes->back() : transfer.lastByte);
   }
   for (const FieldRow& row : rows) Add(row);
 }

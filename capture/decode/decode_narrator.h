@@ -53,23 +53,23 @@ class Narrator {
   void Begin(std::string title);
   void BeginBlock();
   void Add(const FieldRow& row);
-  void AddPart(const std::string& part) { current->parts.push_back(part); }
+  void AddPart(const std::string& part) { current_->parts.push_back(part); }
   void NoteTrouble();
   void AddTrouble(const std::string& part);
   void AddFields(const std::vector<FieldRow>& rows, std::size_t blockBytes);
   void NoteWait(const Transfer& transfer);
   bool AwaitsBlock() const;
 
-  std::vector<Exchange> exchanges;
-  std::optional<Exchange> current;
-  Expected expected = Expected::kNothing;
-  const CommandRow* command = nullptr;
-  std::vector<std::uint8_t> reply;
-  ScanPlan plan;
-  std::unique_ptr<BlockSequence> blocks;
-  std::map<const CommandRow*, std::vector<FieldRow>> told;  // what was last said, told in rows
-  std::uint32_t currentLine = 0;
-  std::uint64_t lastMicroseconds = 0;
+  std::vector<Exchange> exchanges_;
+  std::optional<Exchange> current_;
+  Expected expected_ = Expected::kNothing;
+  const CommandRow* command_ = nullptr;
+  std::vector<std::uint8_t> reply_;
+  ScanPlan plan_;
+  std::unique_ptr<BlockSequence> blocks_;
+  std::map<const CommandRow*, std::vector<FieldRow>> told_;  // what was last said, told in rows
+  std::uint32_t currentLine_ = 0;
+  std::uint64_t lastMicroseconds_ = 0;
 };
 
 }  // namespace capture

@@ -34,7 +34,7 @@ std::string TimeText(std::uint64_t microseconds) {
 class Page {
  public:
   void Add(std::size_t indent, const std::string& line, bool isTrouble = false) {
-    text.append(isTrouble ? "!! " : "   ").append(indent, ' ').append(line).append("\n");
+    text_.append(isTrouble ? "!! " : "   ").append(indent, ' ').append(line).append("\n");
   }
   // A long line goes on below, behind a comma.
   void AddWrapped(std::size_t indent, std::string line, bool isTrouble = false,
@@ -50,11 +50,11 @@ class Page {
     }
     Add(inner, line, isTrouble);
   }
-  void AddGap() { text.append("\n"); }
-  std::string Text() const { return text; }
+  void AddGap() { text_.append("\n"); }
+  std::string Text() const { return text_; }
 
  private:
-  std::string text;
+  std::string text_;
 };
 
 void AddExchange(Page& page, const Exchange& exchange) {

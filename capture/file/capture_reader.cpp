@@ -15,24 +15,24 @@ constexpr std::size_t kChecksumDigits = 8;
 
 class Reader {
  public:
-  Reader(std::istream& text, const std::string& fileName) : lines(text, fileName) {}
+  Reader(std::istream& text, const std::string& fileName) : lines_(text, fileName) {}
 
   Capture Read() {
     ReadTitle();
-    while (std::optional<TextLine> line = lines.Take()) {
-      if (line->Microseconds().has_value()) now = *line->Microseconds();
-      result.lines.push_back(line->Place().line);
-      result.entries.push_back(ReadEntry(*line));
+    while (std::optional<TextLine> line = lines_.Take()) {
+      if (line->Microseconds().has_value()) now_ = *line->Microseconds();
+      result_.lines.push_back(line->Place().line);
+      result_.entries.push_back(ReadEntry(*line));
     }
-    return std::move(result);
+    return std::move(result_);
   }
 
  private:
   void ReadTitle() {
     constexpr const char* kExpected = "\"pmddb832 capture 1\", the first line of every capture";
-    std::optional<TextLine> line = lines.Take();
+    std::optional<TextLine> line = lines_.Take();
     if (!line.has_value()) {
-      Refuse(lines.End(), {kExpected, "the end of the file", "Name a file that holds a capture"});
+      Refuse(lines_.End(), {kExpected, "the end of the file", "Name a file that holds a capture"});
     }
     for (const char* word : {"pmddb832", "capture", "1"}) {
       if (line->Take(kExpected) != word) {
@@ -57,7 +57,7 @@ class Reader {
   Transfer ReadTransfer(TextLine& line, Direction direction) {
     Transfer transfer;
     transfer.direction = direction;
-    transfer.microseconds = now;
+    transfer.microseconds = now_;
     ReadLengths(line, transfer);
     if (line.TakeIf("crc")) return ReadImage(line, std::move(transfer));
     const bool isWrite = direction == Direction::kToScanner;
@@ -118,7 +118,7 @@ class Reader {
     if (line.Take("a colon and " + CountOfBytes(expected)) != ":") {
       line.RefuseWord("a colon and " + CountOfBytes(expected), "Put a colon in front of the bytes");
     }
-    return TakeByteRows(lines, line, expected);
+    return TakeByteRows(lines_, line, expected);
   }
 
   RecordChange ReadChange(TextLine& line, bool byModule) {
@@ -144,7 +144,7 @@ class Reader {
 
   CallBegin ReadCall(TextLine& line) {
     RequireNoOpenCall(line);
-    CallBegin call{line.Take("the name of an export"), {}, now};
+    CallBegin call{line.Take("the name of an export"), {}, now_};
     while (!line.IsAtEnd()) call.arguments.push_back(TakeValue(line));
     return call;
   }
@@ -152,7 +152,7 @@ class Reader {
   CallEnd ReadReturn(TextLine& line) {
     CallEnd call;
     call.name = line.Take("the name of an export");
-    call.microseconds = now;
+    call.microseconds = now_;
     RequireOpenCall(line, call.name);
     while (!line.IsAtEnd() && !call.imageChecksum.has_value()) {
       if (line.TakeIf("crc")) {
@@ -167,17 +167,17 @@ class Reader {
 
   // The entry of the call that has not returned; nothing outside of calls.
   std::optional<std::size_t> OpenCall() const {
-    for (std::size_t i = result.entries.size(); i-- > 0;) {
-      if (std::holds_alternative<CallEnd>(result.entries[i])) break;
-      if (std::holds_alternative<CallBegin>(result.entries[i])) return i;
+    for (std::size_t i = result_.entries.size(); i-- > 0;) {
+      if (std::holds_alternative<CallEnd>(result_.entries[i])) break;
+      if (std::holds_alternative<CallBegin>(result_.entries[i])) return i;
     }
     return std::nullopt;
   }
 
   // "the return of PMFeed, which line 2 calls".
   std::string ReturnOf(std::size_t entry) const {
-    return "the return of " + std::get<CallBegin>(result.entries[entry]).name + ", which line " +
-           std::to_string(result.lines[entry]) + " calls";
+    return "the return of " + std::get<CallBegin>(result_.entries[entry]).name + ", which line " +
+           std::to_string(result_.lines[entry]) + " calls";
   }
 
   void RequireOpenCall(const TextLine& line, const std::string& name) const {
@@ -185,7 +185,7 @@ class Reader {
     if (!open.has_value()) {
       line.RefuseWord("a call in front of its return", "Add the call, or take the line away");
     }
-    if (std::get<CallBegin>(result.entries[*open]).name == name) return;
+    if (std::get<CallBegin>(result_.entries[*open]).name == name) return;
     line.RefuseWord(ReturnOf(*open), "Correct one of the two lines");
   }
 
@@ -207,9 +207,9 @@ class Reader {
     return {word.substr(0, equals), static_cast<std::uint32_t>(*number)};
   }
 
-  TextLines lines;
-  Capture result;
-  std::uint64_t now = 0;  // an entry without a time has that of the one before
+  TextLines lines_;
+  Capture result_;
+  std::uint64_t now_ = 0;  // an entry without a time has that of the one before
 };
 
 }  // namespace

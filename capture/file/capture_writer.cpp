@@ -184,18 +184,18 @@ struct Formatter {
 }  // namespace
 
 CaptureWriter::CaptureWriter(std::ostream& captureStream, const std::string& remarks)
-    : out(captureStream) {
-  out << kTitle;
+    : out_(captureStream) {
+  out_ << kTitle;
   for (std::size_t start = 0; start < remarks.size();) {
     const std::size_t end = std::min(remarks.find('\n', start), remarks.size());
-    out << "# " << remarks.substr(start, end - start) << "\n";
+    out_ << "# " << remarks.substr(start, end - start) << "\n";
     start = end + 1;
   }
-  out << "\n" << std::flush;
+  out_ << "\n" << std::flush;
 }
 
 void CaptureWriter::Add(const Entry& entry) {
-  out << FormatEntry(entry) << std::flush;
+  out_ << FormatEntry(entry) << std::flush;
 }
 
 std::string FormatEntry(const Entry& entry) {

@@ -18,10 +18,10 @@ class CaptureWriter {
   void Add(const Entry& entry);
 
   // False once the stream did not take something.
-  bool IsGood() const { return out.good(); }
+  bool IsGood() const { return out_.good(); }
 
  private:
-  std::ostream& out;
+  std::ostream& out_;
 };
 
 // An entry as lines of text, each with its line feed.

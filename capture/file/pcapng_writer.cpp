@@ -107,7 +107,7 @@ Bytes PseudoHeader(const Transfer& transfer, std::uint64_t number, std::uint32_t
 // Puts the transfers into packets, and what lies between them into their comments.
 class PacketWriter {
  public:
-  explicit PacketWriter(Bytes& packets) : file(packets) {}
+  explicit PacketWriter(Bytes& packets) : file_(packets) {}
 
   void operator()(const CallBegin& call) {
     const std::string arguments = DescribeArguments(call);
@@ -130,11 +130,13 @@ class PacketWriter {
         transfer.bytes.has_value() ? static_cast<std::uint32_t>(kept.size()) : transfer.delivered;
     RemarkOn(transfer);
     PutPacket(transfer, kept, length);
-    remarks.clear();
+    remarks_.clear();
   }
 
  private:
-  void Remark(const std::string& text) { remarks.append(remarks.empty() ? "" : "\n").append(text); }
+  void Remark(const std::string& text) {
+    remarks_.append(remarks_.empty() ? "" : "\n").append(text);
+  }
 
   void RemarkOn(const Transfer& transfer) {
     if (transfer.direction == Direction::kFromScanner && transfer.delivered < transfer.requested) {
@@ -146,7 +148,7 @@ class PacketWriter {
   }
 
   void PutPacket(const Transfer& transfer, const Bytes& kept, std::uint32_t length) {
-    Bytes packet = PseudoHeader(transfer, ++number, length);
+    Bytes packet = PseudoHeader(transfer, ++number_, length);
     packet.insert(packet.end(), kept.begin(), kept.end());
     Bytes body;
     Put(body, std::uint32_t{0});  // of the only interface
@@ -155,14 +157,14 @@ class PacketWriter {
     Put(body, static_cast<std::uint32_t>(packet.size()));
     Put(body, std::uint32_t{kPseudoHeaderBytes} + length);
     PutPadded(body, packet);
-    PutOption(body, kComment, remarks);
+    PutOption(body, kComment, remarks_);
     PutEndOfOptions(body);
-    PutBlock(file, kEnhancedPacket, body);
+    PutBlock(file_, kEnhancedPacket, body);
   }
 
-  Bytes& file;
-  std::uint64_t number = 0;
-  std::string remarks;
+  Bytes& file_;
+  std::uint64_t number_ = 0;
+  std::string remarks_;
 };
 
 }  // namespace

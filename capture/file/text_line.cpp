@@ -60,7 +60,7 @@ std::optional<std::uint64_t> ParseNumber(std::string_view text, unsigned bits) {
   return value;
 }
 
-TextLine::TextLine(LinePlace linePlace, std::string_view text) : place(std::move(linePlace)) {
+TextLine::TextLine(LinePlace linePlace, std::string_view text) : place_(std::move(linePlace)) {
   Cut(text);
   CutTime();
 }
@@ -71,36 +71,36 @@ void TextLine::Cut(std::string_view text) {
     const bool isQuoted = text[start] == '"';
     std::size_t end = isQuoted ? text.find('"', start + 1) : text.find_first_of(kBlanks, start);
     if (isQuoted && end == std::string_view::npos) {
-      Refuse(place,
+      Refuse(place_,
              {"a text in quotes", std::string(text.substr(start)), "Close the text with a quote"});
     }
     if (isQuoted) ++end;
     if (end == std::string_view::npos) end = text.size();
-    words.emplace_back(text.substr(start, end - start));
+    words_.emplace_back(text.substr(start, end - start));
     start = text.find_first_not_of(kBlanks, end);
   }
 }
 
 void TextLine::CutTime() {
-  if (words.empty() || words.back().front() != '@') return;
-  microseconds = ParseSeconds(std::string_view(words.back()).substr(1));
-  if (!microseconds.has_value()) {
-    Refuse(place, {"a time in seconds with at most six decimals, such as @0.001234",
-                   "\"" + words.back() + "\"", "Correct the time, or take it away"});
+  if (words_.empty() || words_.back().front() != '@') return;
+  microseconds_ = ParseSeconds(std::string_view(words_.back()).substr(1));
+  if (!microseconds_.has_value()) {
+    Refuse(place_, {"a time in seconds with at most six decimals, such as @0.001234",
+                    "\"" + words_.back() + "\"", "Correct the time, or take it away"});
   }
-  words.pop_back();
+  words_.pop_back();
 }
 
 const std::string& TextLine::Take(const std::string& expected) {
   if (IsAtEnd()) {
-    Refuse(place, {expected, "the end of the line", "Complete the line, or take it away"});
+    Refuse(place_, {expected, "the end of the line", "Complete the line, or take it away"});
   }
-  return words[next++];
+  return words_[next_++];
 }
 
 bool TextLine::TakeIf(std::string_view word) {
-  if (IsAtEnd() || words[next] != word) return false;
-  ++next;
+  if (IsAtEnd() || words_[next_] != word) return false;
+  ++next_;
   return true;
 }
 
@@ -124,7 +124,7 @@ std::uint32_t TextLine::TakeHex(const std::string& expected, std::size_t digits)
 
 void TextLine::TakeBytes(std::vector<std::uint8_t>& bytes) {
   while (!IsAtEnd()) {
-    if (!AppendBytes(words[next++], bytes)) {
+    if (!AppendBytes(words_[next_++], bytes)) {
       RefuseWord("bytes of two hexadecimal digits each", "Correct the digits");
     }
   }
@@ -132,12 +132,12 @@ void TextLine::TakeBytes(std::vector<std::uint8_t>& bytes) {
 
 void TextLine::RequireEnd() {
   if (IsAtEnd()) return;
-  ++next;
+  ++next_;
   RefuseWord("the end of the line", "Take the rest of the line away, or put # in front of it");
 }
 
 void TextLine::RefuseWord(const std::string& expected, const std::string& whatToDo) const {
-  Refuse(place, {expected, "\"" + words[next - 1] + "\"", whatToDo});
+  Refuse(place_, {expected, "\"" + words_[next_ - 1] + "\"", whatToDo});
 }
 
 }  // namespace capture

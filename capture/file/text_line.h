@@ -40,7 +40,7 @@ class TextLine {
   TextLine(LinePlace linePlace, std::string_view text);
 
   // Nothing is left, or nothing was there.
-  bool IsAtEnd() const { return next == words.size(); }
+  bool IsAtEnd() const { return next_ == words_.size(); }
 
   // Takes the next word; `expected` says what it should be, for the error where there is none.
   const std::string& Take(const std::string& expected);
@@ -58,17 +58,17 @@ class TextLine {
   // Refuses the word that was taken last.
   [[noreturn]] void RefuseWord(const std::string& expected, const std::string& whatToDo) const;
 
-  const LinePlace& Place() const { return place; }
-  std::optional<std::uint64_t> Microseconds() const { return microseconds; }
+  const LinePlace& Place() const { return place_; }
+  std::optional<std::uint64_t> Microseconds() const { return microseconds_; }
 
  private:
   void Cut(std::string_view text);
   void CutTime();
 
-  LinePlace place;
-  std::vector<std::string> words;
-  std::size_t next = 0;
-  std::optional<std::uint64_t> microseconds;
+  LinePlace place_;
+  std::vector<std::string> words_;
+  std::size_t next_ = 0;
+  std::optional<std::uint64_t> microseconds_;
 };
 
 // Reads a whole number of at most `bits` bits: decimal, or hexadecimal behind 0x. Nothing for

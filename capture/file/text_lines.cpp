@@ -9,10 +9,10 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 class ByteRows {
  public:
-  explicit ByteRows(std::size_t expectedBytes) : expected(expectedBytes) {}
+  explicit ByteRows(std::size_t expectedBytes) : expected_(expectedBytes) {}
 
   void TakeFirst(TextLine& line) {
-    line.TakeBytes(bytes);
+    line.TakeBytes(bytes_);
     RequireRoom(line);
   }
 
@@ -23,55 +23,55 @@ class ByteRows {
       return true;
     }
     if (!line.TakeIf("+")) return false;
-    rowStart = bytes.size();
+    rowStart_ = bytes_.size();
     TakeFirst(line);
     return true;
   }
 
   std::vector<std::uint8_t> Finish(const LinePlace& place) {
-    if (bytes.size() != expected) RefuseLength(place, CountOfBytes(bytes.size()));
-    return std::move(bytes);
+    if (bytes_.size() != expected_) RefuseLength(place, CountOfBytes(bytes_.size()));
+    return std::move(bytes_);
   }
 
  private:
   void Repeat(TextLine& line) {
     const std::uint64_t times = line.TakeNumber("how often the row above comes again", 32);
     line.RequireEnd();
-    const std::vector<std::uint8_t> row(bytes.begin() + static_cast<std::ptrdiff_t>(rowStart),
-                                        bytes.end());
+    const std::vector<std::uint8_t> row(bytes_.begin() + static_cast<std::ptrdiff_t>(rowStart_),
+                                        bytes_.end());
     if (row.empty()) {
       Refuse(line.Place(), {"a row of bytes in front of *", "none", "Put the row there, behind +"});
     }
-    if (times > (expected - bytes.size()) / row.size()) RefuseLength(line.Place(), "more");
-    for (std::uint64_t i = 0; i < times; ++i) bytes.insert(bytes.end(), row.begin(), row.end());
+    if (times > (expected_ - bytes_.size()) / row.size()) RefuseLength(line.Place(), "more");
+    for (std::uint64_t i = 0; i < times; ++i) bytes_.insert(bytes_.end(), row.begin(), row.end());
   }
 
   void RequireRoom(const TextLine& line) const {
-    if (bytes.size() > expected) RefuseLength(line.Place(), "more");
+    if (bytes_.size() > expected_) RefuseLength(line.Place(), "more");
   }
 
   [[noreturn]] void RefuseLength(const LinePlace& place, const std::string& came) const {
-    Refuse(place,
-           {CountOfBytes(expected), came, "Correct the bytes, or the length that the entry tells"});
+    Refuse(place, {CountOfBytes(expected_), came,
+                   "Correct the bytes, or the length that the entry tells"});
   }
 
-  const std::size_t expected;
-  std::vector<std::uint8_t> bytes;
-  std::size_t rowStart = 0;
+  const std::size_t expected_;
+  std::vector<std::uint8_t> bytes_;
+  std::size_t rowStart_ = 0;
 };
 
 }  // namespace
 
 TextLines::TextLines(std::istream& captureText, std::string fileName)
-    : text(captureText), place{std::move(fileName), 0} {}
+    : text_(captureText), place_{std::move(fileName), 0} {}
 
 std::optional<TextLine> TextLines::Take() {
-  if (waiting.has_value()) return std::exchange(waiting, std::nullopt);
-  for (std::string read; std::getline(text, read);) {
-    ++place.line;
+  if (waiting_.has_value()) return std::exchange(waiting_, std::nullopt);
+  for (std::string read; std::getline(text_, read);) {
+    ++place_.line;
     std::string_view shown = read;
-    if (place.line == 1 && shown.starts_with(kUtf8Mark)) shown.remove_prefix(kUtf8Mark.size());
-    TextLine line(place, shown);
+    if (place_.line == 1 && shown.starts_with(kUtf8Mark)) shown.remove_prefix(kUtf8Mark.size());
+    TextLine line(place_, shown);
     if (!line.IsAtEnd()) return line;
   }
   return std::nullopt;

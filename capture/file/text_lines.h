@@ -21,15 +21,15 @@ class TextLines {
   std::optional<TextLine> Take();
 
   // The line that was taken last comes again.
-  void Return(TextLine line) { waiting = std::move(line); }
+  void Return(TextLine line) { waiting_ = std::move(line); }
 
   // Behind the last line.
-  LinePlace End() const { return {place.file, place.line + 1}; }
+  LinePlace End() const { return {place_.file, place_.line + 1}; }
 
  private:
-  std::istream& text;
-  LinePlace place;
-  std::optional<TextLine> waiting;
+  std::istream& text_;
+  LinePlace place_;
+  std::optional<TextLine> waiting_;
 };
 
 // "1 byte", "2 bytes".

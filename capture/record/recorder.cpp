@@ -12,18 +12,18 @@ bool FetchesImage(std::string_view call) {
 }
 
 Recorder::Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData)
-    : sink(std::move(entrySink)), clock(std::move(captureClock)), keepsImageData(keepsAllData) {}
+    : sink_(std::move(entrySink)), clock_(std::move(captureClock)), keepsImageData_(keepsAllData) {}
 
 void Recorder::BeginCall(const std::string& name, const std::vector<Value>& arguments) {
   AddRecordChanges(false);
-  openCall = name;
-  sink(CallBegin{name, arguments, clock()});
+  openCall_ = name;
+  sink_(CallBegin{name, arguments, clock_()});
 }
 
 void Recorder::EndCall(const std::vector<Value>& results,
                        const std::optional<std::uint32_t>& imageChecksum) {
   AddRecordChanges(true);
-  sink(CallEnd{std::exchange(openCall, {}), results, imageChecksum, clock()});
+  sink_(CallEnd{std::exchange(openCall_, {}), results, imageChecksum, clock_()});
 }
 
 void Recorder::AddWrite(std::span<const std::uint8_t> given, std::int32_t result) {
@@ -32,10 +32,10 @@ void Recorder::AddWrite(std::span<const std::uint8_t> given, std::int32_t result
   transfer.requested = static_cast<std::uint32_t>(given.size());
   transfer.delivered = result < 0 ? 0 : transfer.requested;
   transfer.result = result;
-  transfer.microseconds = clock();
+  transfer.microseconds = clock_();
   transfer.bytes.emplace(given.begin(), given.end());
   transfer.checksum = Crc32(given);
-  sink(transfer);
+  sink_(transfer);
 }
 
 void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> delivered,
@@ -45,21 +45,21 @@ void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> de
   transfer.requested = requested;
   transfer.delivered = static_cast<std::uint32_t>(delivered.size());
   transfer.result = result;
-  transfer.microseconds = clock();
+  transfer.microseconds = clock_();
   transfer.checksum = Crc32(delivered);
-  transfer.isImage = FetchesImage(openCall) && delivered.size() > kLongestReply;
+  transfer.isImage = FetchesImage(openCall_) && delivered.size() > kLongestReply;
   if (transfer.isImage) transfer.lastByte = delivered.back();
-  if (!transfer.isImage || keepsImageData) {
+  if (!transfer.isImage || keepsImageData_) {
     transfer.bytes.emplace(delivered.begin(), delivered.end());
   }
-  sink(transfer);
+  sink_(transfer);
 }
 
 void Recorder::AddRecordChanges(bool byModule) {
-  if (watched == nullptr) return;
-  for (const RecordChange& change : Compare(known, *watched, byModule)) {
-    Apply(change, known);
-    sink(change);
+  if (watched_ == nullptr) return;
+  for (const RecordChange& change : Compare(known_, *watched_, byModule)) {
+    Apply(change, known_);
+    sink_(change);
   }
 }
 

@@ -33,7 +33,7 @@ class Recorder {
   Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData);
 
   // Records from here on how the record changes. It outlives the calls.
-  void Watch(const pmddb832::ScannerSettings& record) { watched = &record; }
+  void Watch(const pmddb832::ScannerSettings& record) { watched_ = &record; }
 
   void BeginCall(const std::string& name, const std::vector<Value>& arguments);
   void EndCall(const std::vector<Value>& results,
@@ -48,12 +48,12 @@ class Recorder {
  private:
   void AddRecordChanges(bool byModule);
 
-  const EntrySink sink;
-  const Clock clock;
-  const bool keepsImageData;
-  const pmddb832::ScannerSettings* watched = nullptr;
-  pmddb832::ScannerSettings known{};  // what the entries so far make of a record of zeros
-  std::string openCall;               // empty while the host is not in the module
+  const EntrySink sink_;
+  const Clock clock_;
+  const bool keepsImageData_;
+  const pmddb832::ScannerSettings* watched_ = nullptr;
+  pmddb832::ScannerSettings known_{};  // what the entries so far make of a record of zeros
+  std::string openCall_;               // empty while the host is not in the module
 };
 
 }  // namespace capture

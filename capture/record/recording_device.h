@@ -11,7 +11,7 @@ class RecordingDevice final : public pmddb832::StillImageDevice {
  public:
   // Both outlive this.
   RecordingDevice(pmddb832::StillImageDevice& recordedDevice, Recorder& deviceRecorder)
-      : device(recordedDevice), recorder(deviceRecorder) {}
+      : device_(recordedDevice), recorder_(deviceRecorder) {}
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
@@ -32,8 +32,8 @@ class RecordingDevice final : public pmddb832::StillImageDevice {
   std::int32_t UnLockDevice() override;
 
  private:
-  pmddb832::StillImageDevice& device;
-  Recorder& recorder;
+  pmddb832::StillImageDevice& device_;
+  Recorder& recorder_;
 };
 
 }  // namespace capture

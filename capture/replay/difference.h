@@ -18,17 +18,17 @@ struct Difference {
 // Collects differences. After the first one a strict comparison is over.
 class DifferenceLog {
  public:
-  explicit DifferenceLog(bool isTolerant) : goesOn(isTolerant) {}
+  explicit DifferenceLog(bool isTolerant) : goesOn_(isTolerant) {}
 
-  void Add(Difference difference) { found.push_back(std::move(difference)); }
+  void Add(Difference difference) { found_.push_back(std::move(difference)); }
 
-  bool IsTolerant() const { return goesOn; }
-  bool IsOver() const { return !goesOn && !found.empty(); }
-  const std::vector<Difference>& All() const { return found; }
+  bool IsTolerant() const { return goesOn_; }
+  bool IsOver() const { return !goesOn_ && !found_.empty(); }
+  const std::vector<Difference>& All() const { return found_; }
 
  private:
-  const bool goesOn;
-  std::vector<Difference> found;
+  const bool goesOn_;
+  std::vector<Difference> found_;
 };
 
 }  // namespace capture

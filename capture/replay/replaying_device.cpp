@@ -49,88 +49,88 @@ Transfer WriteOf(std::span<const std::uint8_t> bytes) {
 }  // namespace
 
 ReplayingDevice::ReplayingDevice(const Capture& played, DifferenceLog& differences)
-    : capture(played), log(differences) {}
+    : capture_(played), log_(differences) {}
 
 void ReplayingDevice::BeginCall(const std::string& name, std::size_t begin, std::size_t callEnd) {
-  call = name;
-  cursor = begin;
-  end = callEnd;
-  rest.clear();
-  outOfTurn.reset();
+  call_ = name;
+  cursor_ = begin;
+  end_ = callEnd;
+  rest_.clear();
+  outOfTurn_.reset();
 }
 
 void ReplayingDevice::EndCall() {
   const Transfer* const next = Next();
-  if (next == nullptr || log.IsOver()) return;
-  log.Add({LineOf(capture, cursor), call, TransferText(*next),
-           call.empty() ? "the end" : "the return of " + call,
-           ExplainWrites(capture, cursor, next, {})});
+  if (next == nullptr || log_.IsOver()) return;
+  log_.Add({LineOf(capture_, cursor_), call_, TransferText(*next),
+            call_.empty() ? "the end" : "the return of " + call_,
+            ExplainWrites(capture_, cursor_, next, {})});
 }
 
 const Transfer* ReplayingDevice::TransferAt(std::size_t entry) const {
-  return std::get_if<Transfer>(&capture.entries[entry]);
+  return std::get_if<Transfer>(&capture_.entries[entry]);
 }
 
 const Transfer* ReplayingDevice::Next() {
-  while (cursor < end && TransferAt(cursor) == nullptr) ++cursor;
-  return cursor < end ? TransferAt(cursor) : nullptr;
+  while (cursor_ < end_ && TransferAt(cursor_) == nullptr) ++cursor_;
+  return cursor_ < end_ ? TransferAt(cursor_) : nullptr;
 }
 
 bool ReplayingDevice::IsBehindTheCapture() {
-  return Next() == nullptr && rest.empty() && end == capture.entries.size() && !call.empty();
+  return Next() == nullptr && rest_.empty() && end_ == capture_.entries.size() && !call_.empty();
 }
 
 void ReplayingDevice::Report(const Transfer* expected, const Transfer& came) {
   std::string wanted = expected == nullptr ? "nothing more" : TransferText(*expected);
-  if (expected == nullptr && !call.empty()) wanted = "the return of " + call;
+  if (expected == nullptr && !call_.empty()) wanted = "the return of " + call_;
   const auto bytes = came.bytes.has_value() ? Bytes(*came.bytes) : Bytes();
-  const std::size_t line = std::min(cursor, capture.entries.size() - 1);
-  log.Add({LineOf(capture, line), call, wanted, TransferText(came),
-           ExplainWrites(capture, cursor, expected, bytes)});
+  const std::size_t line = std::min(cursor_, capture_.entries.size() - 1);
+  log_.Add({LineOf(capture_, line), call_, wanted, TransferText(came),
+            ExplainWrites(capture_, cursor_, expected, bytes)});
 }
 
 std::int32_t ReplayingDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
   const std::uint32_t wanted = *byteCount;
   *byteCount = 0;
-  if (log.IsOver() || IsBehindTheCapture()) return kTimeout;
-  ++transfers;
+  if (log_.IsOver() || IsBehindTheCapture()) return kTimeout;
+  ++transfers_;
   return Read({static_cast<std::uint8_t*>(buffer), wanted}, *byteCount);
 }
 
 std::int32_t ReplayingDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
-  if (log.IsOver() || IsBehindTheCapture()) return kTimeout;
-  ++transfers;
+  if (log_.IsOver() || IsBehindTheCapture()) return kTimeout;
+  ++transfers_;
   return Write({static_cast<const std::uint8_t*>(buffer), byteCount});
 }
 
 std::int32_t ReplayingDevice::Read(std::span<std::uint8_t> buffer, std::uint32_t& delivered) {
   const Transfer* const next = Next();
   const bool isExpected = IsRead(next) && next->requested == buffer.size();
-  if (isExpected && rest.empty() && !outOfTurn.has_value()) {
+  if (isExpected && rest_.empty() && !outOfTurn_.has_value()) {
     const std::vector<std::uint8_t> bytes = Delivered(*next);
     std::copy(bytes.begin(), bytes.end(), buffer.begin());
     delivered = next->delivered;
-    ++cursor;
+    ++cursor_;
     return next->result;
   }
-  return outOfTurn.has_value() ? ReadOutOfTurn(buffer, delivered)
-                               : ReadInAnotherWay(buffer, delivered);
+  return outOfTurn_.has_value() ? ReadOutOfTurn(buffer, delivered)
+                                : ReadInAnotherWay(buffer, delivered);
 }
 
 std::int32_t ReplayingDevice::ReadInAnotherWay(std::span<std::uint8_t> buffer,
                                                std::uint32_t& delivered) {
   // The rest of a read that was cut short is no difference of its own.
-  if (rest.empty()) Report(Next(), ReadOf(buffer.size()));
-  if (log.IsOver()) return kTimeout;
-  if (rest.empty()) SkipToRead(buffer.size());
-  return FillFrom(cursor, end, buffer, delivered);
+  if (rest_.empty()) Report(Next(), ReadOf(buffer.size()));
+  if (log_.IsOver()) return kTimeout;
+  if (rest_.empty()) SkipToRead(buffer.size());
+  return FillFrom(cursor_, end_, buffer, delivered);
 }
 
 // A write that no other is like is acknowledged.
 std::int32_t ReplayingDevice::ReadOutOfTurn(std::span<std::uint8_t> buffer,
                                             std::uint32_t& delivered) {
-  const bool hasAnswer = *outOfTurn < capture.entries.size() || !rest.empty();
-  if (hasAnswer) return FillFrom(*outOfTurn, capture.entries.size(), buffer, delivered);
+  const bool hasAnswer = *outOfTurn_ < capture_.entries.size() || !rest_.empty();
+  if (hasAnswer) return FillFrom(*outOfTurn_, capture_.entries.size(), buffer, delivered);
   if (buffer.size() != 1) return kTimeout;
   buffer[0] = kAck;
   delivered = 1;
@@ -141,12 +141,12 @@ std::int32_t ReplayingDevice::ReadOutOfTurn(std::span<std::uint8_t> buffer,
 void ReplayingDevice::SkipToRead(std::size_t length) {
   if (!IsWrite(Next())) return;
   int distance = 0;
-  for (std::size_t i = cursor; i < end && distance <= kFarthestAhead; ++i) {
+  for (std::size_t i = cursor_; i < end_ && distance <= kFarthestAhead; ++i) {
     const Transfer* const transfer = TransferAt(i);
     if (transfer == nullptr) continue;
     ++distance;
     if (IsRead(transfer) && transfer->requested == length) {
-      cursor = i;
+      cursor_ = i;
       return;
     }
   }
@@ -157,56 +157,56 @@ void ReplayingDevice::SkipToRead(std::size_t length) {
 std::int32_t ReplayingDevice::FillFrom(std::size_t& entry, std::size_t last,
                                        std::span<std::uint8_t> buffer, std::uint32_t& delivered) {
   std::int32_t result = 0;
-  while (rest.size() < buffer.size() && result >= 0 && entry < last) {
+  while (rest_.size() < buffer.size() && result >= 0 && entry < last) {
     const Transfer* const transfer = TransferAt(entry);
-    const bool isOther = std::holds_alternative<CallBegin>(capture.entries[entry]) ||
-                         std::holds_alternative<CallEnd>(capture.entries[entry]);
+    const bool isOther = std::holds_alternative<CallBegin>(capture_.entries[entry]) ||
+                         std::holds_alternative<CallEnd>(capture_.entries[entry]);
     if (isOther || IsWrite(transfer)) break;
     ++entry;
     if (transfer == nullptr) continue;
     const std::vector<std::uint8_t> bytes = Delivered(*transfer);
-    rest.insert(rest.end(), bytes.begin(), bytes.end());
+    rest_.insert(rest_.end(), bytes.begin(), bytes.end());
     result = transfer->result;
   }
-  const std::size_t count = std::min(rest.size(), buffer.size());
-  std::copy_n(rest.begin(), count, buffer.begin());
-  rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(count));
+  const std::size_t count = std::min(rest_.size(), buffer.size());
+  std::copy_n(rest_.begin(), count, buffer.begin());
+  rest_.erase(rest_.begin(), rest_.begin() + static_cast<std::ptrdiff_t>(count));
   delivered = static_cast<std::uint32_t>(count);
   return result >= 0 && count < buffer.size() ? kTimeout : result;
 }
 
 std::vector<std::uint8_t> ReplayingDevice::Delivered(const Transfer& read) {
   if (read.bytes.has_value()) return *read.bytes;
-  hasInvented = true;
+  hasInvented_ = true;
   std::vector<std::uint8_t> bytes(read.delivered);
   if (!bytes.empty()) bytes.back() = read.lastByte;
   return bytes;
 }
 
 std::int32_t ReplayingDevice::Write(Bytes bytes) {
-  rest.clear();
-  outOfTurn.reset();
+  rest_.clear();
+  outOfTurn_.reset();
   const Transfer* const next = Next();
   if (next != nullptr && IsWriteOf(*next, bytes)) {
-    ++cursor;
+    ++cursor_;
     return next->result;
   }
   Report(next, WriteOf(bytes));
-  return log.IsOver() ? kTimeout : WriteInAnotherWay(bytes);
+  return log_.IsOver() ? kTimeout : WriteInAnotherWay(bytes);
 }
 
 std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes) {
   if (const std::optional<std::size_t> ahead = FindWriteAhead(bytes)) {
-    cursor = *ahead + 1;
+    cursor_ = *ahead + 1;
     return TransferAt(*ahead)->result;
   }
   const Transfer* const next = Next();
   if (IsWrite(next) && next->requested == bytes.size() && !IsCommand(bytes)) {
-    ++cursor;
+    ++cursor_;
     return next->result;
   }
   const std::optional<std::size_t> elsewhere = FindWriteAnywhere(bytes);
-  outOfTurn = elsewhere.has_value() ? *elsewhere + 1 : capture.entries.size();
+  outOfTurn_ = elsewhere.has_value() ? *elsewhere + 1 : capture_.entries.size();
   return 0;
 }
 
@@ -217,7 +217,7 @@ bool ReplayingDevice::IsWriteOf(const Transfer& transfer, Bytes bytes) const {
 
 std::optional<std::size_t> ReplayingDevice::FindWriteAhead(Bytes bytes) const {
   int distance = 0;
-  for (std::size_t i = cursor; i < end && distance <= kFarthestAhead; ++i) {
+  for (std::size_t i = cursor_; i < end_ && distance <= kFarthestAhead; ++i) {
     const Transfer* const transfer = TransferAt(i);
     if (transfer == nullptr) continue;
     ++distance;
@@ -227,7 +227,7 @@ std::optional<std::size_t> ReplayingDevice::FindWriteAhead(Bytes bytes) const {
 }
 
 std::optional<std::size_t> ReplayingDevice::FindWriteAnywhere(Bytes bytes) const {
-  for (std::size_t i = 0; i < capture.entries.size(); ++i) {
+  for (std::size_t i = 0; i < capture_.entries.size(); ++i) {
     const Transfer* const transfer = TransferAt(i);
     if (transfer != nullptr && transfer->result >= 0 && IsWriteOf(*transfer, bytes)) return i;
   }

@@ -33,9 +33,9 @@ class ReplayingDevice final : public pmddb832::StillImageDevice {
   void EndCall();
 
   // Whether zeros were delivered for image data.
-  bool HasInvented() const { return hasInvented; }
+  bool HasInvented() const { return hasInvented_; }
 
-  std::size_t Transfers() const { return transfers; }
+  std::size_t Transfers() const { return transfers_; }
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
@@ -78,17 +78,17 @@ class ReplayingDevice final : public pmddb832::StillImageDevice {
   std::optional<std::size_t> FindWriteAhead(Bytes bytes) const;
   std::optional<std::size_t> FindWriteAnywhere(Bytes bytes) const;
 
-  const Capture& capture;
-  DifferenceLog& log;
-  std::string call;
-  std::size_t cursor = 0;
-  std::size_t end = 0;
-  std::size_t transfers = 0;
-  std::vector<std::uint8_t> rest;  // of a recorded read of which the module took a part
+  const Capture& capture_;
+  DifferenceLog& log_;
+  std::string call_;
+  std::size_t cursor_ = 0;
+  std::size_t end_ = 0;
+  std::size_t transfers_ = 0;
+  std::vector<std::uint8_t> rest_;  // of a recorded read of which the module took a part
   // Behind a write that does not come in the call: where its answer is, or the end of the capture
   // when there is none.
-  std::optional<std::size_t> outOfTurn;
-  bool hasInvented = false;
+  std::optional<std::size_t> outOfTurn_;
+  bool hasInvented_ = false;
 };
 
 }  // namespace capture

@@ -32,13 +32,13 @@ class CaptureSession {
  private:
   std::uint64_t Microseconds() const;
 
-  const std::string name;
-  const std::chrono::steady_clock::time_point start;
-  std::ofstream stream;
-  std::optional<capture::CaptureWriter> writer;
-  capture::Recorder recorder;
-  std::optional<capture::RecordingDevice> device;
-  std::optional<CaptureCalls> calls;
+  const std::string name_;
+  const std::chrono::steady_clock::time_point start_;
+  std::ofstream stream_;
+  std::optional<capture::CaptureWriter> writer_;
+  capture::Recorder recorder_;
+  std::optional<capture::RecordingDevice> device_;
+  std::optional<CaptureCalls> calls_;
 };
 
 }  // namespace pmscan

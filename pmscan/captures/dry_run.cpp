@@ -57,16 +57,16 @@ void AddParameters(std::string& text, const SentCommand& command) {
 }  // namespace
 
 std::int32_t DryRunDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) {
-  if (!hasStarted) return device.RawReadData(buffer, byteCount, overlapped);
+  if (!hasStarted_) return device_.RawReadData(buffer, byteCount, overlapped);
   *byteCount = 0;
   return kAborted;
 }
 
 std::int32_t DryRunDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) {
-  if (hasStarted) return kAborted;
-  Keep(sent, Bytes(static_cast<const std::uint8_t*>(buffer), byteCount));
-  hasStarted = IsStart(sent.back());
-  return hasStarted ? kAborted : device.RawWriteData(buffer, byteCount, overlapped);
+  if (hasStarted_) return kAborted;
+  Keep(sent_, Bytes(static_cast<const std::uint8_t*>(buffer), byteCount));
+  hasStarted_ = IsStart(sent_.back());
+  return hasStarted_ ? kAborted : device_.RawWriteData(buffer, byteCount, overlapped);
 }
 
 std::int32_t DryRunDevice::QueryInterface(const void*, void**) {

@@ -22,11 +22,11 @@ struct SentCommand {
 class DryRunDevice final : public pmddb832::StillImageDevice {
  public:
   // `passedDevice` outlives this.
-  explicit DryRunDevice(pmddb832::StillImageDevice& passedDevice) : device(passedDevice) {}
+  explicit DryRunDevice(pmddb832::StillImageDevice& passedDevice) : device_(passedDevice) {}
 
-  const std::vector<SentCommand>& Sent() const { return sent; }
+  const std::vector<SentCommand>& Sent() const { return sent_; }
   // Whether all was sent that comes before a scan, and its start.
-  bool HasReachedStart() const { return hasStarted; }
+  bool HasReachedStart() const { return hasStarted_; }
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
@@ -47,9 +47,9 @@ class DryRunDevice final : public pmddb832::StillImageDevice {
   std::int32_t UnLockDevice() override;
 
  private:
-  pmddb832::StillImageDevice& device;
-  std::vector<SentCommand> sent;
-  bool hasStarted = false;
+  pmddb832::StillImageDevice& device_;
+  std::vector<SentCommand> sent_;
+  bool hasStarted_ = false;
 };
 
 // Every command by its name with its bytes, and its parameters one by one.

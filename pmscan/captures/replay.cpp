@@ -47,54 +47,54 @@ std::string Describe(const capture::Difference& difference, const std::string& c
 
 Replay::Replay(const capture::Capture& playedCapture, std::string captureFile,
                capture::DifferenceLog& differences, PictureTaker* pictureTaker)
-    : capture(playedCapture),
-      file(std::move(captureFile)),
-      log(differences),
-      pictures(pictureTaker),
-      device(playedCapture, differences) {
-  settings.deviceInterface = &device;
+    : capture_(playedCapture),
+      file_(std::move(captureFile)),
+      log_(differences),
+      pictures_(pictureTaker),
+      device_(playedCapture, differences) {
+  settings_.deviceInterface = &device_;
 }
 
 void Replay::Run(const ModuleExports& module) {
-  CallSurroundings host{module, settings, {}};
-  for (std::size_t i = 0; i < capture.entries.size() && !log.IsOver(); ++i) {
-    if (const auto* const change = std::get_if<RecordChange>(&capture.entries[i])) {
-      capture::Apply(*change, settings);
-      capture::Apply(*change, expectedSettings);
+  CallSurroundings host{module, settings_, {}};
+  for (std::size_t i = 0; i < capture_.entries.size() && !log_.IsOver(); ++i) {
+    if (const auto* const change = std::get_if<RecordChange>(&capture_.entries[i])) {
+      capture::Apply(*change, settings_);
+      capture::Apply(*change, expectedSettings_);
     }
-    if (!std::holds_alternative<CallBegin>(capture.entries[i])) continue;
+    if (!std::holds_alternative<CallBegin>(capture_.entries[i])) continue;
     const std::size_t end = EndOfCall(i);
     MakeCall(host, i, end);
     i = end;
-    behindCalls = std::min(end + 1, capture.entries.size());
+    behindCalls_ = std::min(end + 1, capture_.entries.size());
   }
 }
 
 // The entry of the call's return; the end of the capture when it has none.
 std::size_t Replay::EndOfCall(std::size_t begin) const {
-  for (std::size_t i = begin + 1; i < capture.entries.size(); ++i) {
-    if (std::holds_alternative<CallEnd>(capture.entries[i])) return i;
+  for (std::size_t i = begin + 1; i < capture_.entries.size(); ++i) {
+    if (std::holds_alternative<CallEnd>(capture_.entries[i])) return i;
   }
-  return capture.entries.size();
+  return capture_.entries.size();
 }
 
 void Replay::MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end) {
-  const auto& call = std::get<CallBegin>(capture.entries[begin]);
+  const auto& call = std::get<CallBegin>(capture_.entries[begin]);
   const ModuleCall& known = KnownCall(call, begin);
-  device.BeginCall(call.name, begin + 1, end);
+  device_.BeginCall(call.name, begin + 1, end);
   const CallOutcome outcome = known.run(host, call.arguments);
-  device.EndCall();
-  ++calls;
-  if (log.IsOver()) return;
-  endsInCall = end == capture.entries.size();
-  if (endsInCall) return;
+  device_.EndCall();
+  ++calls_;
+  if (log_.IsOver()) return;
+  endsInCall_ = end == capture_.entries.size();
+  if (endsInCall_) return;
   CompareSettings(begin + 1, end, call.name);
   Compare(outcome, end);
   TakePicture(host, call, outcome);
 }
 
 const ModuleCall& Replay::KnownCall(const CallBegin& call, std::size_t entry) const {
-  const std::string place = file + ", line " + std::to_string(LineOf(capture, entry)) + ": ";
+  const std::string place = file_ + ", line " + std::to_string(LineOf(capture_, entry)) + ": ";
   const ModuleCall* const known = FindModuleCall(call.name);
   if (known == nullptr) {
     throw Failure(kCaptureUnreadable, place + "the module has no export " + call.name + ".");
@@ -111,7 +111,7 @@ const ModuleCall& Replay::KnownCall(const CallBegin& call, std::size_t entry) co
 }
 
 void Replay::Compare(const CallOutcome& outcome, std::size_t entry) {
-  const auto& expected = std::get<CallEnd>(capture.entries[entry]);
+  const auto& expected = std::get<CallEnd>(capture_.entries[entry]);
   CompareResults(expected, outcome, entry);
   CompareChecksum(expected, outcome, entry);
 }
@@ -124,66 +124,66 @@ void Replay::CompareResults(const CallEnd& expected, const CallOutcome& outcome,
                                     const auto& came = outcome.results;
                                     return std::find(came.begin(), came.end(), value) != came.end();
                                   });
-  if (isSame || log.IsOver()) return;
-  log.Add({LineOf(capture, entry), expected.name,
-           capture::Headline(CallEnd{expected.name, expected.results, std::nullopt, 0}),
-           capture::Headline(CallEnd{expected.name, outcome.results, std::nullopt, 0}), ""});
+  if (isSame || log_.IsOver()) return;
+  log_.Add({LineOf(capture_, entry), expected.name,
+            capture::Headline(CallEnd{expected.name, expected.results, std::nullopt, 0}),
+            capture::Headline(CallEnd{expected.name, outcome.results, std::nullopt, 0}), ""});
 }
 
 void Replay::CompareChecksum(const CallEnd& expected, const CallOutcome& outcome,
                              std::size_t entry) {
-  if (log.IsOver() || device.HasInvented() || !expected.imageChecksum.has_value()) return;
-  ++checksums;
+  if (log_.IsOver() || device_.HasInvented() || !expected.imageChecksum.has_value()) return;
+  ++checksums_;
   if (expected.imageChecksum == outcome.imageChecksum) return;
-  log.Add({LineOf(capture, entry), expected.name,
-           capture::Headline(CallEnd{expected.name, {}, expected.imageChecksum, 0}),
-           capture::Headline(CallEnd{expected.name, {}, outcome.imageChecksum, 0}),
-           "the lines of the picture are not the same\n"});
+  log_.Add({LineOf(capture_, entry), expected.name,
+            capture::Headline(CallEnd{expected.name, {}, expected.imageChecksum, 0}),
+            capture::Headline(CallEnd{expected.name, {}, outcome.imageChecksum, 0}),
+            "the lines of the picture are not the same\n"});
 }
 
 void Replay::CompareSettings(std::size_t begin, std::size_t end, const std::string& call) {
   for (std::size_t i = begin; i < end; ++i) {
-    const auto* const change = std::get_if<RecordChange>(&capture.entries[i]);
-    if (change != nullptr) capture::Apply(*change, expectedSettings);
+    const auto* const change = std::get_if<RecordChange>(&capture_.entries[i]);
+    if (change != nullptr) capture::Apply(*change, expectedSettings_);
   }
-  const std::vector<RecordChange> wanted = capture::Compare(settings, expectedSettings, true);
-  const std::vector<RecordChange> came = capture::Compare(expectedSettings, settings, true);
-  for (std::size_t i = 0; i < wanted.size() && !log.IsOver(); ++i) {
-    log.Add({LineOf(capture, end), call, ChangeText(wanted[i]), ChangeText(came[i]), ""});
-    capture::Apply(came[i], expectedSettings);
+  const std::vector<RecordChange> wanted = capture::Compare(settings_, expectedSettings_, true);
+  const std::vector<RecordChange> came = capture::Compare(expectedSettings_, settings_, true);
+  for (std::size_t i = 0; i < wanted.size() && !log_.IsOver(); ++i) {
+    log_.Add({LineOf(capture_, end), call, ChangeText(wanted[i]), ChangeText(came[i]), ""});
+    capture::Apply(came[i], expectedSettings_);
   }
 }
 
 void Replay::TakePicture(const CallSurroundings& host, const CallBegin& call,
                          const CallOutcome& outcome) {
-  if (pictures == nullptr || log.IsOver()) return;
-  if (call.name == "PMInitAcquire") pictures->Begin(settings, call.arguments, outcome.results);
+  if (pictures_ == nullptr || log_.IsOver()) return;
+  if (call.name == "PMInitAcquire") pictures_->Begin(settings_, call.arguments, outcome.results);
   if (call.name == "PMAcquireImage" && outcome.imageChecksum.has_value()) {
-    pictures->TakeBand(host.rows, outcome.results);
+    pictures_->TakeBand(host.rows, outcome.results);
   }
 }
 
 void Replay::BeginUnload() {
-  if (!log.IsOver()) device.BeginCall("", behindCalls, capture.entries.size());
+  if (!log_.IsOver()) device_.BeginCall("", behindCalls_, capture_.entries.size());
 }
 
 void Replay::Finish() {
-  device.EndCall();
+  device_.EndCall();
 }
 
 std::string Replay::Report() const {
-  std::string text = "Calls        " + std::to_string(calls) + "\nTransfers    " +
-                     std::to_string(device.Transfers()) + "\nPicture      " + PictureText() + "\n";
-  if (endsInCall) text += "End          within a call, like the capture\n";
-  return text + "Differences  " + std::to_string(log.All().size()) + "\n";
+  std::string text = "Calls        " + std::to_string(calls_) + "\nTransfers    " +
+                     std::to_string(device_.Transfers()) + "\nPicture      " + PictureText() + "\n";
+  if (endsInCall_) text += "End          within a call, like the capture\n";
+  return text + "Differences  " + std::to_string(log_.All().size()) + "\n";
 }
 
 std::string Replay::PictureText() const {
-  if (device.HasInvented()) {
+  if (device_.HasInvented()) {
     return "not compared: the capture holds no image data, zeros stood for it";
   }
-  if (checksums == 0) return "none";
-  return std::to_string(checksums) + (checksums == 1 ? " band" : " bands") +
+  if (checksums_ == 0) return "none";
+  return std::to_string(checksums_) + (checksums_ == 1 ? " band" : " bands") +
          " of lines, compared by checksum";
 }
 

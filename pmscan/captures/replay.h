@@ -67,17 +67,17 @@ class Replay {
                    const CallOutcome& outcome);
   std::string PictureText() const;
 
-  const capture::Capture& capture;
-  const std::string file;
-  capture::DifferenceLog& log;
-  PictureTaker* const pictures;
-  capture::ReplayingDevice device;
-  pmddb832::ScannerSettings settings{};
-  pmddb832::ScannerSettings expectedSettings{};
-  std::size_t behindCalls = 0;  // the entry behind the last call that was made
-  std::uint32_t calls = 0;
-  std::uint32_t checksums = 0;
-  bool endsInCall = false;
+  const capture::Capture& capture_;
+  const std::string file_;
+  capture::DifferenceLog& log_;
+  PictureTaker* const pictures_;
+  capture::ReplayingDevice device_;
+  pmddb832::ScannerSettings settings_{};
+  pmddb832::ScannerSettings expectedSettings_{};
+  std::size_t behindCalls_ = 0;  // the entry behind the last call that was made
+  std::uint32_t calls_ = 0;
+  std::uint32_t checksums_ = 0;
+  bool endsInCall_ = false;
 };
 
 }  // namespace pmscan

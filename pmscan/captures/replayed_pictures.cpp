@@ -21,31 +21,31 @@ const ScanMode& ModeOf(std::uint32_t pixelType, std::uint32_t outputFormat) {
 void ReplayedPictures::Begin(const pmddb832::ScannerSettings& settings,
                              const std::vector<capture::Value>& arguments,
                              const std::vector<capture::Value>& setup) {
-  lineBytes = ValueOf(setup, "lineBytes");
-  if (writer.has_value() || lineBytes == 0) return;
+  lineBytes_ = ValueOf(setup, "lineBytes");
+  if (writer_.has_value() || lineBytes_ == 0) return;
   const ScanMode& mode = ModeOf(settings.pixelType, ValueOf(arguments, "outputFormat"));
-  const PictureFormat& format = FormatByFileName(file);
+  const PictureFormat& format = FormatByFileName(file_);
   RequireHolds(format, mode);
-  writer.emplace(PictureFile{file, format, mode, settings.resolution, mayReplace});
-  writer->BeginPage(ValueOf(setup, "widthPixels"), ValueOf(setup, "heightLines"));
+  writer_.emplace(PictureFile{file_, format, mode, settings.resolution, mayReplace_});
+  writer_->BeginPage(ValueOf(setup, "widthPixels"), ValueOf(setup, "heightLines"));
 }
 
 void ReplayedPictures::TakeBand(const std::vector<std::uint8_t>& rows,
                                 const std::vector<capture::Value>& band) {
   const std::uint32_t lines = ValueOf(band, "lines");
-  const std::size_t bytes = std::size_t{lines} * lineBytes;
-  if (!writer.has_value() || isDone || lines == 0 || bytes > rows.size()) return;
-  writer->Write(std::span(rows).first(bytes), lineBytes, lines);
-  isDone = ValueOf(band, "done") != 0;
+  const std::size_t bytes = std::size_t{lines} * lineBytes_;
+  if (!writer_.has_value() || isDone_ || lines == 0 || bytes > rows.size()) return;
+  writer_->Write(std::span(rows).first(bytes), lineBytes_, lines);
+  isDone_ = ValueOf(band, "done") != 0;
 }
 
 void ReplayedPictures::Commit() {
-  if (!isDone) {
+  if (!isDone_) {
     throw Failure(kUnsupported,
-                  "The capture holds no whole picture: " + file + " was not written.");
+                  "The capture holds no whole picture: " + file_ + " was not written.");
   }
-  writer->EndPage();
-  writer->Commit();
+  writer_->EndPage();
+  writer_->Commit();
 }
 
 }  // namespace pmscan

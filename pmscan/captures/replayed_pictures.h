@@ -13,7 +13,7 @@ class ReplayedPictures final : public PictureTaker {
  public:
   // `pictureFile` in UTF-8; its extension is the format.
   ReplayedPictures(std::string pictureFile, bool mayReplaceFile)
-      : file(std::move(pictureFile)), mayReplace(mayReplaceFile) {}
+      : file_(std::move(pictureFile)), mayReplace_(mayReplaceFile) {}
 
   void Begin(const pmddb832::ScannerSettings& settings,
              const std::vector<capture::Value>& arguments,
@@ -25,11 +25,11 @@ class ReplayedPictures final : public PictureTaker {
   void Commit();
 
  private:
-  const std::string file;
-  const bool mayReplace;
-  std::optional<PictureWriter> writer;
-  std::uint32_t lineBytes = 0;
-  bool isDone = false;
+  const std::string file_;
+  const bool mayReplace_;
+  std::optional<PictureWriter> writer_;
+  std::uint32_t lineBytes_ = 0;
+  bool isDone_ = false;
 };
 
 }  // namespace pmscan

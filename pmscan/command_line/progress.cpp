@@ -62,71 +62,71 @@ std::optional<ProgressStyle> FindProgressStyle(std::string_view name) {
 
 ProgressMeter::ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
                              std::function<Clock::time_point()> now)
-    : out(output), style(progressStyle), clock(std::move(now)), start(clock()) {}
+    : out_(output), style_(progressStyle), clock_(std::move(now)), start_(clock_()) {}
 
 void ProgressMeter::BeginPage(std::uint32_t number, std::uint32_t lines) {
   EndLine();
-  page = number;
-  total = lines;
-  nextPercent = 0;
-  start = clock();
+  page_ = number;
+  total_ = lines;
+  nextPercent_ = 0;
+  start_ = clock_();
 }
 
 void ProgressMeter::Show(std::uint32_t linesDone) {
-  if (style == ProgressStyle::kNone || total == 0) return;
-  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total);
-  if (percent < nextPercent) return;
-  const bool isEveryPercent = style != ProgressStyle::kLines;
-  nextPercent = isEveryPercent ? percent + 1 : (percent / kLineStep + 1) * kLineStep;
-  if (style == ProgressStyle::kJson) {
+  if (style_ == ProgressStyle::kNone || total_ == 0) return;
+  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total_);
+  if (percent < nextPercent_) return;
+  const bool isEveryPercent = style_ != ProgressStyle::kLines;
+  nextPercent_ = isEveryPercent ? percent + 1 : (percent / kLineStep + 1) * kLineStep;
+  if (style_ == ProgressStyle::kJson) {
     ShowJson(linesDone);
   } else {
-    ShowBar(linesDone, style == ProgressStyle::kBar);
+    ShowBar(linesDone, style_ == ProgressStyle::kBar);
   }
-  out.flush();
+  out_.flush();
 }
 
 void ProgressMeter::ShowBar(std::uint32_t linesDone, bool isOneLine) {
-  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total);
-  const Pace pace = PaceOf(linesDone, total, SecondsGone());
+  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total_);
+  const Pace pace = PaceOf(linesDone, total_, SecondsGone());
   std::array<char, 120> figures{};
   std::snprintf(figures.data(), figures.size(), " %3u %%  %u of %u lines", percent, linesDone,
-                total);
-  std::string line = "Page " + std::to_string(page);
+                total_);
+  std::string line = "Page " + std::to_string(page_);
   if (isOneLine) line += " " + Bar(percent);
   line += figures.data();
   if (pace.linesPerSecond > 0) {
     line += ", " + std::to_string(std::lround(pace.linesPerSecond)) + " lines/s";
-    if (linesDone < total) line += ", " + TimeLeft(pace.secondsLeft);
+    if (linesDone < total_) line += ", " + TimeLeft(pace.secondsLeft);
   }
   if (!isOneLine) {
-    out << line << "\n";
+    out_ << line << "\n";
     return;
   }
   // Blanks cover what is left of a longer line.
   const std::size_t length = line.size();
-  if (length < lineLength) line.append(lineLength - length, ' ');
-  lineLength = length;
-  out << "\r" << line;
+  if (length < lineLength_) line.append(lineLength_ - length, ' ');
+  lineLength_ = length;
+  out_ << "\r" << line;
 }
 
 void ProgressMeter::ShowJson(std::uint32_t linesDone) {
-  const Pace pace = PaceOf(linesDone, total, SecondsGone());
+  const Pace pace = PaceOf(linesDone, total_, SecondsGone());
   std::array<char, 200> text{};
   std::snprintf(text.data(), text.size(),
                 R"({"page": %u, "lines": %u, "height": %u, "linesPerSecond": %.0f, )"
                 R"("secondsLeft": %.1f})",
-                page, linesDone, total, pace.linesPerSecond, pace.secondsLeft);
-  out << text.data() << "\n";
+                page_, linesDone, total_, pace.linesPerSecond, pace.secondsLeft);
+  out_ << text.data() << "\n";
 }
 
 double ProgressMeter::SecondsGone() const {
-  return std::chrono::duration<double>(clock() - start).count();
+  return std::chrono::duration<double>(clock_() - start_).count();
 }
 
 void ProgressMeter::EndLine() {
-  if (lineLength > 0) out << "\n" << std::flush;
-  lineLength = 0;
+  if (lineLength_ > 0) out_ << "\n" << std::flush;
+  lineLength_ = 0;
 }
 
 }  // namespace pmscan

@@ -46,14 +46,14 @@ class ProgressMeter {
   void ShowJson(std::uint32_t linesDone);
   double SecondsGone() const;
 
-  std::ostream& out;
-  const ProgressStyle style;
-  const std::function<Clock::time_point()> clock;
-  Clock::time_point start;
-  std::uint32_t page = 0;
-  std::uint32_t total = 0;
-  std::uint32_t nextPercent = 0;
-  std::size_t lineLength = 0;  // of the line that is written over; 0 when there is none
+  std::ostream& out_;
+  const ProgressStyle style_;
+  const std::function<Clock::time_point()> clock_;
+  Clock::time_point start_;
+  std::uint32_t page_ = 0;
+  std::uint32_t total_ = 0;
+  std::uint32_t nextPercent_ = 0;
+  std::size_t lineLength_ = 0;  // of the line that is written over; 0 when there is none
 };
 
 }  // namespace pmscan

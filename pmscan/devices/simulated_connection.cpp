@@ -80,11 +80,11 @@ void PrintAll(const std::vector<std::string>& sentences, const char* label) {
 }  // namespace
 
 SimulatedConnection::SimulatedConnection(const Options& options)
-    : simulation(Simulate(options)), cable(*simulation.scanner, simulation.faults) {}
+    : simulation_(Simulate(options)), cable_(*simulation_.scanner, simulation_.faults) {}
 
 int SimulatedConnection::Judge(int exitCode) const {
-  const simulator::Scanner& scanner = *simulation.scanner;
-  PrintAll(cable.Unreached(), "Note: this fault did not strike: ");
+  const simulator::Scanner& scanner = *simulation_.scanner;
+  PrintAll(cable_.Unreached(), "Note: this fault did not strike: ");
   if (exitCode != 0) PrintAll(scanner.Refusals(), "  The scanner refused: ");
   if (scanner.Violations().empty()) return exitCode;
   PrintAll(scanner.Violations(), "Violation: ");

@@ -17,8 +17,8 @@ class SimulatedConnection : public DeviceConnection {
   // Throws Failure: kUsage when there is no such scanner, kSimulation, kInputFile.
   explicit SimulatedConnection(const Options& options);
 
-  pmddb832::StillImageDevice& Device() override { return cable; }
-  std::string ModelId() const override { return simulation.modelId; }
+  pmddb832::StillImageDevice& Device() override { return cable_; }
+  std::string ModelId() const override { return simulation_.modelId; }
   // What the module did wrong weighs more than what went wrong.
   int Judge(int exitCode) const override;
 
@@ -29,8 +29,8 @@ class SimulatedConnection : public DeviceConnection {
   };
 
  private:
-  const Simulation simulation;
-  simulator::FaultInjector cable;
+  const Simulation simulation_;
+  simulator::FaultInjector cable_;
 };
 
 }  // namespace pmscan

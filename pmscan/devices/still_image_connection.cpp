@@ -10,20 +10,20 @@ constexpr DWORD kLockMilliseconds = 5000;
 }  // namespace
 
 StillImageConnection::StillImageConnection(const std::string& device) {
-  const std::vector<StillImageEntry> entries = service.Devices();
+  const std::vector<StillImageEntry> entries = service_.Devices();
   const StillImageEntry& entry = FindStillImageEntry(entries, device);
-  service.Open(entry, stillImage);
-  RequireSuccess(stillImage->LockDevice(kLockMilliseconds), kDeviceUnavailable,
+  service_.Open(entry, stillImage_);
+  RequireSuccess(stillImage_->LockDevice(kLockMilliseconds), kDeviceUnavailable,
                  "have the device alone: another program uses it", entry.localName);
 }
 
 StillImageConnection::~StillImageConnection() {
-  stillImage->UnLockDevice();
+  stillImage_->UnLockDevice();
 }
 
 // Our declaration of the interface is that of the system by position.
 pmddb832::StillImageDevice& StillImageConnection::Device() {
-  return *reinterpret_cast<pmddb832::StillImageDevice*>(stillImage.Get());
+  return *reinterpret_cast<pmddb832::StillImageDevice*>(stillImage_.Get());
 }
 
 }  // namespace pmscan

@@ -19,8 +19,8 @@ class StillImageConnection : public DeviceConnection {
   pmddb832::StillImageDevice& Device() override;
 
  private:
-  const StillImageService service;
-  ComPointer<IStiDevice> stillImage;
+  const StillImageService service_;
+  ComPointer<IStiDevice> stillImage_;
 };
 
 }  // namespace pmscan

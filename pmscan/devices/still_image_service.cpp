@@ -24,28 +24,29 @@ StillImageEntry EntryOf(const STI_DEVICE_INFORMATIONW& device) {
 
 }  // namespace
 
-StillImageService::StillImageService() : library(LoadLibraryW(L"sti.dll")) {
-  const auto create = library == nullptr ? nullptr
-                                         : reinterpret_cast<CreateInstance>(reinterpret_cast<void*>(
-                                               GetProcAddress(library, "StiCreateInstanceW")));
+StillImageService::StillImageService() : library_(LoadLibraryW(L"sti.dll")) {
+  const auto create = library_ == nullptr
+                          ? nullptr
+                          : reinterpret_cast<CreateInstance>(reinterpret_cast<void*>(
+                                GetProcAddress(library_, "StiCreateInstanceW")));
   const HRESULT result = create == nullptr ? E_NOTIMPL
                                            : create(GetModuleHandleW(nullptr), STI_VERSION_REAL,
-                                                    service.Receive(), nullptr);
-  if (SUCCEEDED(result) && service.Get() != nullptr) return;
-  if (library != nullptr) FreeLibrary(library);
+                                                    service_.Receive(), nullptr);
+  if (SUCCEEDED(result) && service_.Get() != nullptr) return;
+  if (library_ != nullptr) FreeLibrary(library_);
   throw Failure(kDeviceUnavailable, "This system has no still-image service (sti.dll).");
 }
 
 StillImageService::~StillImageService() {
-  service.Reset();
-  FreeLibrary(library);
+  service_.Reset();
+  FreeLibrary(library_);
 }
 
 std::vector<StillImageEntry> StillImageService::Devices() const {
   constexpr DWORD kAnyType = 0;
   DWORD count = 0;
   void* buffer = nullptr;
-  const HRESULT result = service->GetDeviceList(kAnyType, STIEDFL_ALLDEVICES, &count, &buffer);
+  const HRESULT result = service_->GetDeviceList(kAnyType, STIEDFL_ALLDEVICES, &count, &buffer);
   const std::unique_ptr<void, decltype(&LocalFree)> owner(buffer, &LocalFree);
   RequireSuccess(result, kDeviceUnavailable, "list the devices", "still-image service");
   std::vector<StillImageEntry> entries;
@@ -59,7 +60,7 @@ std::vector<StillImageEntry> StillImageService::Devices() const {
 void StillImageService::Open(const StillImageEntry& entry, ComPointer<IStiDevice>& device) const {
   std::wstring name = ToWide(entry.internalName);
   RequireSuccess(
-      service->CreateDevice(name.data(), STI_DEVICE_CREATE_DATA, device.Receive(), nullptr),
+      service_->CreateDevice(name.data(), STI_DEVICE_CREATE_DATA, device.Receive(), nullptr),
       kDeviceUnavailable, "open the device for data", entry.localName);
 }
 

@@ -29,8 +29,8 @@ class StillImageService {
   void Open(const StillImageEntry& entry, ComPointer<IStiDevice>& device) const;
 
  private:
-  HMODULE library = nullptr;
-  ComPointer<IStillImageW> service;
+  HMODULE library_ = nullptr;
+  ComPointer<IStillImageW> service_;
 };
 
 }  // namespace pmscan

@@ -18,21 +18,21 @@ class ComPointer {
   ComPointer(const ComPointer&) = delete;
   ComPointer& operator=(const ComPointer&) = delete;
 
-  Interface* operator->() const { return object; }
-  Interface* Get() const { return object; }
+  Interface* operator->() const { return object_; }
+  Interface* Get() const { return object_; }
 
   // Where a call stores the object; drops the one that was there.
   Interface** Receive() {
     Reset();
-    return &object;
+    return &object_;
   }
   void Reset() {
-    if (object != nullptr) object->Release();
-    object = nullptr;
+    if (object_ != nullptr) object_->Release();
+    object_ = nullptr;
   }
 
  private:
-  Interface* object = nullptr;
+  Interface* object_ = nullptr;
 };
 
 // Initialises COM for this thread as long as it lives.

@@ -14,9 +14,9 @@ constexpr std::uint32_t kBandLines = 64;
 
 PictureCopy::PictureCopy(const ComPointer<IWICImagingFactory>& factory, const wchar_t* path,
                          const std::string& name)
-    : fileName(name) {
+    : fileName_(name) {
   Require(factory->CreateDecoderFromFilename(path, nullptr, GENERIC_READ,
-                                             WICDecodeMetadataCacheOnDemand, decoder.Receive()),
+                                             WICDecodeMetadataCacheOnDemand, decoder_.Receive()),
           "read back what came");
 }
 
@@ -25,7 +25,7 @@ void PictureCopy::CopyPage(UINT page, std::uint32_t lines, PictureWriter& writer
   ComPointer<IWICBitmapSource> source;
   UINT width = 0;
   UINT height = 0;
-  Require(decoder->GetFrame(page, frame.Receive()), "read back a page");
+  Require(decoder_->GetFrame(page, frame.Receive()), "read back a page");
   Require(frame->GetSize(&width, &height), "read back a page");
   Require(WICConvertBitmapSource(writer.PixelFormat(), frame.Get(), source.Receive()),
           "read back its pixels");
@@ -43,7 +43,7 @@ void PictureCopy::CopyPage(UINT page, std::uint32_t lines, PictureWriter& writer
 }
 
 void PictureCopy::Require(HRESULT result, const char* step) const {
-  RequireSuccess(result, kOutputFile, step, fileName);
+  RequireSuccess(result, kOutputFile, step, fileName_);
 }
 
 }  // namespace pmscan

@@ -22,8 +22,8 @@ class PictureCopy {
  private:
   void Require(HRESULT result, const char* step) const;
 
-  const std::string fileName;
-  ComPointer<IWICBitmapDecoder> decoder;
+  const std::string fileName_;
+  ComPointer<IWICBitmapDecoder> decoder_;
 };
 
 }  // namespace pmscan

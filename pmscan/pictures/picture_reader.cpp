@@ -17,12 +17,12 @@ constexpr double kUsualDotsPerInch = 96;
 
 class PictureReader {
  public:
-  explicit PictureReader(const std::string& file) : name(file) {
-    CreateImagingFactory(factory, kInputFile, name);
-    Require(factory->CreateDecoderFromFilename(ToWide(file).c_str(), nullptr, GENERIC_READ,
-                                               WICDecodeMetadataCacheOnDemand, decoder.Receive()),
+  explicit PictureReader(const std::string& file) : name_(file) {
+    CreateImagingFactory(factory_, kInputFile, name_);
+    Require(factory_->CreateDecoderFromFilename(ToWide(file).c_str(), nullptr, GENERIC_READ,
+                                                WICDecodeMetadataCacheOnDemand, decoder_.Receive()),
             "open it as a picture");
-    Require(decoder->GetFrame(0, frame.Receive()), "read its first page");
+    Require(decoder_->GetFrame(0, frame_.Receive()), "read its first page");
   }
 
   simulator::Picture Read();
@@ -35,26 +35,26 @@ class PictureReader {
   void ReadDeepGrey(simulator::Picture& picture);
   void ReadAnything(simulator::Picture& picture);
   void Require(HRESULT result, const char* step) const {
-    RequireSuccess(result, kInputFile, step, name);
+    RequireSuccess(result, kInputFile, step, name_);
   }
 
-  const std::string name;
-  ComPointer<IWICImagingFactory> factory;
-  ComPointer<IWICBitmapDecoder> decoder;
-  ComPointer<IWICBitmapFrameDecode> frame;
-  UINT width = 0;
-  UINT height = 0;
+  const std::string name_;
+  ComPointer<IWICImagingFactory> factory_;
+  ComPointer<IWICBitmapDecoder> decoder_;
+  ComPointer<IWICBitmapFrameDecode> frame_;
+  UINT width_ = 0;
+  UINT height_ = 0;
 };
 
 simulator::Picture PictureReader::Read() {
   double horizontal = 0;
   double vertical = 0;
   GUID format{};
-  Require(frame->GetSize(&width, &height), "read its size");
-  Require(frame->GetResolution(&horizontal, &vertical), "read its resolution");
-  Require(frame->GetPixelFormat(&format), "read its pixel format");
+  Require(frame_->GetSize(&width_, &height_), "read its size");
+  Require(frame_->GetResolution(&horizontal, &vertical), "read its resolution");
+  Require(frame_->GetPixelFormat(&format), "read its pixel format");
   const double dotsPerInch = horizontal >= 1 ? std::round(horizontal) : kUsualDotsPerInch;
-  simulator::Picture picture{width, height, static_cast<std::uint32_t>(dotsPerInch), {}};
+  simulator::Picture picture{width_, height_, static_cast<std::uint32_t>(dotsPerInch), {}};
   if (IsEqualGUID(format, GUID_WICPixelFormat48bppRGB)) {
     ReadDeepColour(picture);
   } else if (IsEqualGUID(format, GUID_WICPixelFormat16bppGray)) {
@@ -68,10 +68,10 @@ simulator::Picture PictureReader::Read() {
 template <typename Sample>
 void PictureReader::Copy(IWICBitmapSource* source, std::uint32_t channels,
                          std::vector<Sample>& buffer) {
-  const std::uint64_t lineBytes = std::uint64_t{width} * channels * sizeof(Sample);
-  const std::uint64_t bytes = lineBytes * height;
+  const std::uint64_t lineBytes = std::uint64_t{width_} * channels * sizeof(Sample);
+  const std::uint64_t bytes = lineBytes * height_;
   if (bytes > std::numeric_limits<UINT>::max()) {
-    throw Failure(kInputFile, name + ": the picture is too large.");
+    throw Failure(kInputFile, name_ + ": the picture is too large.");
   }
   buffer.resize(bytes / sizeof(Sample));
   Require(source->CopyPixels(nullptr, static_cast<UINT>(lineBytes), static_cast<UINT>(bytes),
@@ -80,12 +80,12 @@ void PictureReader::Copy(IWICBitmapSource* source, std::uint32_t channels,
 }
 
 void PictureReader::ReadDeepColour(simulator::Picture& picture) {
-  Copy(frame.Get(), 3, picture.samples);
+  Copy(frame_.Get(), 3, picture.samples);
 }
 
 void PictureReader::ReadDeepGrey(simulator::Picture& picture) {
   std::vector<std::uint16_t> grey;
-  Copy(frame.Get(), 1, grey);
+  Copy(frame_.Get(), 1, grey);
   picture.samples.reserve(grey.size() * 3);
   for (const std::uint16_t sample : grey) picture.samples.insert(picture.samples.end(), 3, sample);
 }
@@ -95,8 +95,8 @@ void PictureReader::ReadDeepGrey(simulator::Picture& picture) {
 void PictureReader::ReadAnything(simulator::Picture& picture) {
   constexpr std::uint32_t kChannels = 4;
   ComPointer<IWICFormatConverter> converter;
-  Require(factory->CreateFormatConverter(converter.Receive()), "convert its pixels");
-  Require(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
+  Require(factory_->CreateFormatConverter(converter.Receive()), "convert its pixels");
+  Require(converter->Initialize(frame_.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
                                 nullptr, 0.0, WICBitmapPaletteTypeCustom),
           "convert its pixels");
   std::vector<std::uint8_t> bytes;

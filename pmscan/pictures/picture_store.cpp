@@ -3,22 +3,22 @@
 namespace pmscan {
 
 RowSink& PictureStore::Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) {
-  if (!writer) {
-    file.name = names.Of(page);
-    writer.emplace(file);
+  if (!writer_) {
+    file_.name = names_.Of(page);
+    writer_.emplace(file_);
   }
-  writer->BeginPage(setup.widthPixels, setup.heightLines);
-  return *writer;
+  writer_->BeginPage(setup.widthPixels, setup.heightLines);
+  return *writer_;
 }
 
 void PictureStore::End(std::uint32_t lines) {
-  writer->EndPage(lines > 0);
-  if (names.AreNumbered()) Finish();
+  writer_->EndPage(lines > 0);
+  if (names_.AreNumbered()) Finish();
 }
 
 void PictureStore::Finish() {
-  if (writer && writer->HasPages()) files.push_back({file.name, writer->Commit()});
-  writer.reset();
+  if (writer_ && writer_->HasPages()) files_.push_back({file_.name, writer_->Commit()});
+  writer_.reset();
 }
 
 }  // namespace pmscan

@@ -15,19 +15,19 @@ class PictureStore : public PageStore {
  public:
   // The member `name` of `pictureFile` counts for nothing: the names are `pageNames`.
   PictureStore(PageNames pageNames, PictureFile pictureFile)
-      : names(std::move(pageNames)), file(std::move(pictureFile)) {}
+      : names_(std::move(pageNames)), file_(std::move(pictureFile)) {}
 
   RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) override;
   void End(std::uint32_t lines) override;
   void Finish() override;
-  std::string FileOf(std::uint32_t page) const override { return names.Of(page); }
-  const std::vector<SavedFile>& Files() const override { return files; }
+  std::string FileOf(std::uint32_t page) const override { return names_.Of(page); }
+  const std::vector<SavedFile>& Files() const override { return files_; }
 
  private:
-  const PageNames names;
-  PictureFile file;
-  std::optional<PictureWriter> writer;  // of the file that is open
-  std::vector<SavedFile> files;
+  const PageNames names_;
+  PictureFile file_;
+  std::optional<PictureWriter> writer_;  // of the file that is open
+  std::vector<SavedFile> files_;
 };
 
 }  // namespace pmscan

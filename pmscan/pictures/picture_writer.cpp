@@ -83,136 +83,137 @@ PictureWriter::PictureWriter(const PictureFile& pictureFile)
     : PictureWriter(pictureFile, GrowingName(pictureFile.name)) {}
 
 PictureWriter::PictureWriter(const PictureFile& pictureFile, const std::string& growingName)
-    : file(pictureFile), growing(ToWide(growingName), ToWide(file.name)) {
-  CreateImagingFactory(factory, kOutputFile, file.name);
-  Require(factory->CreateStream(stream.Receive()), "create a stream");
-  Require(stream->InitializeFromFilename(growing.Path(), GENERIC_WRITE), "create the file");
-  Require(factory->CreateEncoder(ContainerGuid(file.format.container), nullptr, encoder.Receive()),
-          "find an encoder");
-  Require(encoder->Initialize(stream.Get(), WICBitmapEncoderNoCache), "begin the file");
-  swapsSamples = IsDeep(file.mode.layout) && file.format.container == Container::kPng &&
-                 NeedsSwappedSamples(factory);
+    : file_(pictureFile), growing_(ToWide(growingName), ToWide(file_.name)) {
+  CreateImagingFactory(factory_, kOutputFile, file_.name);
+  Require(factory_->CreateStream(stream_.Receive()), "create a stream");
+  Require(stream_->InitializeFromFilename(growing_.Path(), GENERIC_WRITE), "create the file");
+  Require(
+      factory_->CreateEncoder(ContainerGuid(file_.format.container), nullptr, encoder_.Receive()),
+      "find an encoder");
+  Require(encoder_->Initialize(stream_.Get(), WICBitmapEncoderNoCache), "begin the file");
+  swapsSamples_ = IsDeep(file_.mode.layout) && file_.format.container == Container::kPng &&
+                  NeedsSwappedSamples(factory_);
 }
 
 void PictureWriter::BeginPage(std::uint32_t width, std::uint32_t height) {
-  pageWidth = width;
-  pageHeight = height;
-  linesWritten = 0;
-  Require(encoder->CreateNewFrame(frame.Receive(), nullptr), "begin the picture");
-  Require(frame->Initialize(nullptr), "begin the picture");
-  Require(frame->SetSize(width, height), "set the size");
-  Require(frame->SetResolution(file.dotsPerInch, file.dotsPerInch), "set the resolution");
+  pageWidth_ = width;
+  pageHeight_ = height;
+  linesWritten_ = 0;
+  Require(encoder_->CreateNewFrame(frame_.Receive(), nullptr), "begin the picture");
+  Require(frame_->Initialize(nullptr), "begin the picture");
+  Require(frame_->SetSize(width, height), "set the size");
+  Require(frame_->SetResolution(file_.dotsPerInch, file_.dotsPerInch), "set the resolution");
   SetPixelFormat(PixelFormat());
 }
 
 void PictureWriter::SetPixelFormat(const GUID& wanted) {
   GUID given = wanted;
-  Require(frame->SetPixelFormat(&given), "set the pixel format");
+  Require(frame_->SetPixelFormat(&given), "set the pixel format");
   if (!IsEqualGUID(given, wanted)) {
-    throw Failure(kUnsupported, "This system cannot write " + std::string(file.format.name) +
-                                    " files of " + std::string(file.mode.description) +
+    throw Failure(kUnsupported, "This system cannot write " + std::string(file_.format.name) +
+                                    " files of " + std::string(file_.mode.description) +
                                     ": write a .png file instead.");
   }
   const bool isGrey =
-      file.mode.layout == PixelLayout::kGrey8 || file.mode.layout == PixelLayout::kBlackWhite;
-  const bool needsGreyPalette = isGrey && file.format.container == Container::kBmp;
-  if (needsGreyPalette || file.mode.layout == PixelLayout::kPalette) SetPalette();
+      file_.mode.layout == PixelLayout::kGrey8 || file_.mode.layout == PixelLayout::kBlackWhite;
+  const bool needsGreyPalette = isGrey && file_.format.container == Container::kBmp;
+  if (needsGreyPalette || file_.mode.layout == PixelLayout::kPalette) SetPalette();
 }
 
 void PictureWriter::SetPalette() {
   ComPointer<IWICPalette> palette;
-  Require(factory->CreatePalette(palette.Receive()), "create a palette");
-  if (file.mode.layout == PixelLayout::kPalette) {
+  Require(factory_->CreatePalette(palette.Receive()), "create a palette");
+  if (file_.mode.layout == PixelLayout::kPalette) {
     std::array<WICColor, 216> colours = CubeColours();
     Require(palette->InitializeCustom(colours.data(), static_cast<UINT>(colours.size())),
             "create a palette");
   } else {
-    const WICBitmapPaletteType type = file.mode.layout == PixelLayout::kGrey8
+    const WICBitmapPaletteType type = file_.mode.layout == PixelLayout::kGrey8
                                           ? WICBitmapPaletteTypeFixedGray256
                                           : WICBitmapPaletteTypeFixedBW;
     Require(palette->InitializePredefined(type, FALSE), "create a palette");
   }
-  Require(frame->SetPalette(palette.Get()), "set the palette");
+  Require(frame_->SetPalette(palette.Get()), "set the palette");
 }
 
 // The two pad bytes that an odd count of packed pixels has at the line's end become a pixel too
 // many, which lies beyond the picture's width.
 void PictureWriter::Write(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                           std::uint32_t lines) {
-  if (!file.mode.isPacked) return WritePixels(rows, lineBytes, lines);
-  prepared.resize(rows.size() / 2 * 3);
-  ExpandColour12(rows, prepared);
-  EncodePixels(prepared, lineBytes / 2 * 3, lines);
+  if (!file_.mode.isPacked) return WritePixels(rows, lineBytes, lines);
+  prepared_.resize(rows.size() / 2 * 3);
+  ExpandColour12(rows, prepared_);
+  EncodePixels(prepared_, lineBytes / 2 * 3, lines);
 }
 
 void PictureWriter::WritePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                                 std::uint32_t lines) {
-  if (!swapsSamples) return EncodePixels(rows, lineBytes, lines);
-  prepared.resize(rows.size());
-  SwapSampleBytes(rows, prepared);
-  EncodePixels(prepared, lineBytes, lines);
+  if (!swapsSamples_) return EncodePixels(rows, lineBytes, lines);
+  prepared_.resize(rows.size());
+  SwapSampleBytes(rows, prepared_);
+  EncodePixels(prepared_, lineBytes, lines);
 }
 
 void PictureWriter::EncodePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                                  std::uint32_t lines) {
   // The component takes a pointer to non-constant bytes and only reads them.
-  Require(frame->WritePixels(lines, lineBytes, static_cast<UINT>(rows.size()),
-                             const_cast<BYTE*>(rows.data())),
+  Require(frame_->WritePixels(lines, lineBytes, static_cast<UINT>(rows.size()),
+                              const_cast<BYTE*>(rows.data())),
           "write");
-  linesWritten += lines;
+  linesWritten_ += lines;
 }
 
 std::uint32_t PictureWriter::LineBytes(std::uint32_t width) const {
-  const std::uint64_t bits = std::uint64_t{width} * PixelBits(file.mode.layout);
+  const std::uint64_t bits = std::uint64_t{width} * PixelBits(file_.mode.layout);
   return static_cast<std::uint32_t>((bits + 7) / 8);
 }
 
 const GUID& PictureWriter::PixelFormat() const {
-  return PixelGuid(file.format.container, file.mode.layout);
+  return PixelGuid(file_.format.container, file_.mode.layout);
 }
 
 // The component does not finish a picture that lacks lines.
 void PictureWriter::FillPage() {
-  const std::uint32_t lineBytes = LineBytes(pageWidth);
+  const std::uint32_t lineBytes = LineBytes(pageWidth_);
   const std::vector<std::uint8_t> line(lineBytes);
-  while (linesWritten < pageHeight) EncodePixels(line, lineBytes, 1);
+  while (linesWritten_ < pageHeight_) EncodePixels(line, lineBytes, 1);
 }
 
 void PictureWriter::EndPage(bool isKept) {
-  const std::uint32_t lines = linesWritten;
-  if (isKept) pageLines.push_back(lines);
-  needsTrimming = needsTrimming || !isKept || lines < pageHeight;
+  const std::uint32_t lines = linesWritten_;
+  if (isKept) pageLines_.push_back(lines);
+  needsTrimming_ = needsTrimming_ || !isKept || lines < pageHeight_;
   // Nobody will see a file without pages.
   if (HasPages()) {
     FillPage();
-    Require(frame->Commit(), "finish the picture");
+    Require(frame_->Commit(), "finish the picture");
   }
-  frame.Reset();
+  frame_.Reset();
 }
 
 std::uint64_t PictureWriter::Commit() {
-  Require(encoder->Commit(), "finish the file");
-  encoder.Reset();
-  stream.Reset();
-  if (needsTrimming) return CommitTrimmed();
-  if (file.format.container == Container::kBmp) growing.CorrectBitmapSize();
-  const std::uint64_t bytes = growing.Bytes();
-  Require(HRESULT_FROM_WIN32(growing.TakePlace(file.mayReplace)), "put the file in its place");
+  Require(encoder_->Commit(), "finish the file");
+  encoder_.Reset();
+  stream_.Reset();
+  if (needsTrimming_) return CommitTrimmed();
+  if (file_.format.container == Container::kBmp) growing_.CorrectBitmapSize();
+  const std::uint64_t bytes = growing_.Bytes();
+  Require(HRESULT_FROM_WIN32(growing_.TakePlace(file_.mayReplace)), "put the file in its place");
   return bytes;
 }
 
 // The height of a page stands in front of its lines, so the file is written anew.
 std::uint64_t PictureWriter::CommitTrimmed() {
-  PictureWriter trimmed(file, GrowingName(GrowingName(file.name)));
-  const PictureCopy copy(factory, growing.Path(), file.name);
-  for (std::size_t page = 0; page < pageLines.size(); ++page) {
-    copy.CopyPage(static_cast<UINT>(page), pageLines[page], trimmed);
+  PictureWriter trimmed(file_, GrowingName(GrowingName(file_.name)));
+  const PictureCopy copy(factory_, growing_.Path(), file_.name);
+  for (std::size_t page = 0; page < pageLines_.size(); ++page) {
+    copy.CopyPage(static_cast<UINT>(page), pageLines_[page], trimmed);
   }
   return trimmed.Commit();
 }
 
 void PictureWriter::Require(HRESULT result, const char* step) const {
-  RequireSuccess(result, kOutputFile, step, file.name);
+  RequireSuccess(result, kOutputFile, step, file_.name);
 }
 
 }  // namespace pmscan

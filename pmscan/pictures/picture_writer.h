@@ -42,7 +42,7 @@ class PictureWriter : public RowSink {
   // The page ends and is as high as the lines that were written, or with `isKept` false is none.
   void EndPage(bool isKept = true);
 
-  bool HasPages() const { return !pageLines.empty(); }
+  bool HasPages() const { return !pageLines_.empty(); }
 
   // Of the pixels in the file, and of the bytes in a line of them.
   const GUID& PixelFormat() const;
@@ -61,19 +61,19 @@ class PictureWriter : public RowSink {
   std::uint64_t CommitTrimmed();
   void Require(HRESULT result, const char* step) const;
 
-  const PictureFile file;
-  const GrowingFile growing;  // before the objects that hold it open, so that it goes after them
-  ComPointer<IWICImagingFactory> factory;
-  ComPointer<IWICStream> stream;
-  ComPointer<IWICBitmapEncoder> encoder;
-  ComPointer<IWICBitmapFrameEncode> frame;
-  bool swapsSamples = false;
-  std::vector<std::uint8_t> prepared;  // the rows of a band as the encoder wants them
-  std::uint32_t pageWidth = 0;
-  std::uint32_t pageHeight = 0;
-  std::uint32_t linesWritten = 0;        // of the page
-  std::vector<std::uint32_t> pageLines;  // of the pages that are kept
-  bool needsTrimming = false;            // the file has lines, or a page, that are not to stay
+  const PictureFile file_;
+  const GrowingFile growing_;  // before the objects that hold it open, so that it goes after them
+  ComPointer<IWICImagingFactory> factory_;
+  ComPointer<IWICStream> stream_;
+  ComPointer<IWICBitmapEncoder> encoder_;
+  ComPointer<IWICBitmapFrameEncode> frame_;
+  bool swapsSamples_ = false;
+  std::vector<std::uint8_t> prepared_;  // the rows of a band as the encoder wants them
+  std::uint32_t pageWidth_ = 0;
+  std::uint32_t pageHeight_ = 0;
+  std::uint32_t linesWritten_ = 0;        // of the page
+  std::vector<std::uint32_t> pageLines_;  // of the pages that are kept
+  bool needsTrimming_ = false;            // the file has lines, or a page, that are not to stay
 };
 
 }  // namespace pmscan

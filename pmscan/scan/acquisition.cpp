@@ -18,9 +18,9 @@ constexpr std::uint32_t kMostBandLines = 0xFFFF;
 // the first band the scanner has nothing to cancel, and after a failure it has stopped by itself.
 class ScanUnderWay {
  public:
-  explicit ScanUnderWay(const ModuleExports& moduleExports) : module(moduleExports) {}
+  explicit ScanUnderWay(const ModuleExports& moduleExports) : module_(moduleExports) {}
   ~ScanUnderWay() {
-    if (isRunning) module.abortScan();
+    if (isRunning) module_.abortScan();
   }
   ScanUnderWay(const ScanUnderWay&) = delete;
   ScanUnderWay& operator=(const ScanUnderWay&) = delete;
@@ -28,7 +28,7 @@ class ScanUnderWay {
   bool isRunning = false;
 
  private:
-  const ModuleExports& module;
+  const ModuleExports& module_;
 };
 
 void RequireSensible(const pmddb832::AcquisitionBand& band, std::uint32_t mostLines) {

@@ -13,20 +13,20 @@ using Clock = std::chrono::steady_clock;
 // Passes the lines on, counts them, and shows how far they are.
 class CountingSink : public RowSink {
  public:
-  CountingSink(RowSink& sink, ProgressMeter* meter) : next(sink), progress(meter) {}
+  CountingSink(RowSink& sink, ProgressMeter* meter) : next_(sink), progress_(meter) {}
 
   void Write(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
              std::uint32_t count) override {
-    next.Write(rows, lineBytes, count);
+    next_.Write(rows, lineBytes, count);
     lines += count;
-    if (progress != nullptr) progress->Show(lines);
+    if (progress_ != nullptr) progress_->Show(lines);
   }
 
   std::uint32_t lines = 0;
 
  private:
-  RowSink& next;
-  ProgressMeter* const progress;
+  RowSink& next_;
+  ProgressMeter* const progress_;
 };
 
 // Paper may yet be put in, and the cover is open meanwhile.
@@ -38,11 +38,11 @@ class BatchScan {
  public:
   BatchScan(const ModuleExports& moduleExports, const Batch& whatToScan,
             const BatchManners& howToScan, PageStore& pageStore, std::vector<SavedPage>& savedPages)
-      : module(moduleExports),
-        batch(whatToScan),
-        manners(howToScan),
-        store(pageStore),
-        saved(savedPages) {}
+      : module_(moduleExports),
+        batch_(whatToScan),
+        manners_(howToScan),
+        store_(pageStore),
+        saved_(savedPages) {}
 
   BatchEnd Run();
 
@@ -50,15 +50,15 @@ class BatchScan {
   void RequireReady() const;
   void ScanPage();
   void Keep(std::uint32_t lines, std::uint32_t height, Clock::time_point start);
-  std::uint32_t Number() const { return static_cast<std::uint32_t>(saved.size()) + 1; }
-  bool HasAll() const { return batch.pages && saved.size() >= *batch.pages; }
+  std::uint32_t Number() const { return static_cast<std::uint32_t>(saved_.size()) + 1; }
+  bool HasAll() const { return batch_.pages && saved_.size() >= *batch_.pages; }
 
-  const ModuleExports& module;
-  const Batch& batch;
-  const BatchManners& manners;
-  PageStore& store;
-  std::vector<SavedPage>& saved;
-  bool isInPage = false;  // a page that had begun to come failed
+  const ModuleExports& module_;
+  const Batch& batch_;
+  const BatchManners& manners_;
+  PageStore& store_;
+  std::vector<SavedPage>& saved_;
+  bool isInPage_ = false;  // a page that had begun to come failed
 };
 
 BatchEnd BatchScan::Run() {
@@ -67,7 +67,7 @@ BatchEnd BatchScan::Run() {
       RequireReady();
       ScanPage();
     } catch (const Failure& failure) {
-      const bool isEnd = failure.code == kFeederEmpty && !isInPage && !saved.empty();
+      const bool isEnd = failure.code == kFeederEmpty && !isInPage_ && !saved_.empty();
       if (isEnd) return BatchEnd::kFeederEmpty;
       throw;
     }
@@ -77,24 +77,25 @@ BatchEnd BatchScan::Run() {
 
 void BatchScan::RequireReady() const {
   for (std::uint32_t trial = 1;; ++trial) {
-    if (manners.acquisition.isInterrupted()) throw Failure(kInterrupted);
-    const std::uint32_t status = module.getOptionStatus(batch.source.option);
+    if (manners_.acquisition.isInterrupted()) throw Failure(kInterrupted);
+    const std::uint32_t status = module_.getOptionStatus(batch_.source.option);
     if (status == 0) return;
-    if (!MayChange(status) || trial > batch.paperSeconds) throw Failure(status);
-    manners.waitForPaper(trial);
+    if (!MayChange(status) || trial > batch_.paperSeconds) throw Failure(status);
+    manners_.waitForPaper(trial);
   }
 }
 
 void BatchScan::ScanPage() {
   const Clock::time_point start = Clock::now();
   // What the callback would tell, the lines that come tell as well.
-  const pmddb832::AcquisitionSetup setup = PrepareAcquisition(module, batch.outputFormat, nullptr);
-  if (manners.progress != nullptr) manners.progress->BeginPage(Number(), setup.heightLines);
-  CountingSink sink(store.Begin(Number(), setup), manners.progress);
+  const pmddb832::AcquisitionSetup setup =
+      PrepareAcquisition(module_, batch_.outputFormat, nullptr);
+  if (manners_.progress != nullptr) manners_.progress->BeginPage(Number(), setup.heightLines);
+  CountingSink sink(store_.Begin(Number(), setup), manners_.progress);
   try {
-    AcquirePicture(module, setup, manners.acquisition, sink);
+    AcquirePicture(module_, setup, manners_.acquisition, sink);
   } catch (const Failure& failure) {
-    isInPage = sink.lines > 0;
+    isInPage_ = sink.lines > 0;
     Keep(failure.code == kInterrupted ? sink.lines : 0, setup.heightLines, start);
     throw;
   }
@@ -102,10 +103,10 @@ void BatchScan::ScanPage() {
 }
 
 void BatchScan::Keep(std::uint32_t lines, std::uint32_t height, Clock::time_point start) {
-  store.End(lines);
+  store_.End(lines);
   if (lines == 0) return;
   const std::chrono::duration<double> time = Clock::now() - start;
-  saved.push_back({Number(), store.FileOf(Number()), lines, height, time.count()});
+  saved_.push_back({Number(), store_.FileOf(Number()), lines, height, time.count()});
 }
 
 }  // namespace

@@ -10,12 +10,12 @@ namespace pmscan {
 class GrowingFile {
  public:
   GrowingFile(const std::filesystem::path& growingPath, const std::filesystem::path& finalPlace)
-      : place(finalPlace), path(growingPath) {}
+      : place_(finalPlace), path_(growingPath) {}
   ~GrowingFile();
   GrowingFile(const GrowingFile&) = delete;
   GrowingFile& operator=(const GrowingFile&) = delete;
 
-  const wchar_t* Path() const { return path.c_str(); }
+  const wchar_t* Path() const { return path_.c_str(); }
 
   // Replaces what stands in the place, if it may. Nobody has the file open. Returns 0 or Windows'
   // error number.
@@ -28,8 +28,8 @@ class GrowingFile {
   std::uint64_t Bytes() const;
 
  private:
-  const std::filesystem::path place;
-  const std::filesystem::path path;
+  const std::filesystem::path place_;
+  const std::filesystem::path path_;
 };
 
 }  // namespace pmscan

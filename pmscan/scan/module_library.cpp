@@ -23,19 +23,19 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   // An absolute path also makes Windows look for what the library itself needs beside it.
   const std::filesystem::path file =
       path.empty() ? BesideTheProgram() : std::filesystem::absolute(ToWide(path));
-  library = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  if (library != nullptr) return;
+  library_ = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  if (library_ != nullptr) return;
   const DWORD reason = GetLastError();
   throw Failure(kModuleMissing, (path.empty() ? std::string("Pmddb832.dll") : path) +
                                     " did not load: Windows error " + std::to_string(reason) + ".");
 }
 
 ModuleLibrary::~ModuleLibrary() {
-  FreeLibrary(static_cast<HMODULE>(library));
+  FreeLibrary(static_cast<HMODULE>(library_));
 }
 
 void* ModuleLibrary::Find(const char* name) const {
-  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library_), name));
 }
 
 }  // namespace pmscan

@@ -18,7 +18,7 @@ class ModuleLibrary {
   void* Find(const char* name) const;
 
  private:
-  void* library;
+  void* library_;
 };
 
 }  // namespace pmscan

@@ -64,7 +64,7 @@ std::optional<std::string> OccupiedFile(const std::string& file) {
 
 PageNames PageNames::Single(std::string file) {
   PageNames names;
-  names.before = std::move(file);
+  names.before_ = std::move(file);
   return names;
 }
 
@@ -74,33 +74,33 @@ PageNames PageNames::Numbered(std::string_view pattern) {
   while (!rest.empty()) {
     const char letter = rest.front();
     rest.remove_prefix(1);
-    std::string& part = names.isNumbered ? names.behind : names.before;
+    std::string& part = names.isNumbered_ ? names.behind_ : names.before_;
     if (letter != '%') {
       part += letter;
     } else if (rest.starts_with('%')) {
       part += '%';
       rest.remove_prefix(1);
     } else {
-      if (names.isNumbered) RefusePattern(pattern);
-      names.digits = CutDigits(rest, pattern);
-      names.isNumbered = true;
+      if (names.isNumbered_) RefusePattern(pattern);
+      names.digits_ = CutDigits(rest, pattern);
+      names.isNumbered_ = true;
     }
   }
   // The number counts files, not folders.
-  const bool isInFolder = names.behind.find_first_of("/\\") != std::string::npos;
-  if (!names.isNumbered || isInFolder) RefusePattern(pattern);
+  const bool isInFolder = names.behind_.find_first_of("/\\") != std::string::npos;
+  if (!names.isNumbered_ || isInFolder) RefusePattern(pattern);
   return names;
 }
 
 std::string PageNames::Of(std::uint32_t page) const {
-  if (!isNumbered) return before;
+  if (!isNumbered_) return before_;
   std::string number = std::to_string(page);
-  if (number.size() < digits) number.insert(0, digits - number.size(), '0');
-  return before + number + behind;
+  if (number.size() < digits_) number.insert(0, digits_ - number.size(), '0');
+  return before_ + number + behind_;
 }
 
 std::set<std::uint32_t> PageNames::NumbersInUse() const {
-  const std::filesystem::path start = Utf8Path(before);
+  const std::filesystem::path start = Utf8Path(before_);
   const std::filesystem::path folder = start.has_parent_path() ? start.parent_path() : ".";
   const std::size_t place = FileName(start).size();
   std::set<std::uint32_t> numbers;

@@ -25,7 +25,7 @@ class PageNames {
   // Whether the text holds a percent sign, and so is meant as a pattern.
   static bool IsPattern(std::string_view text) { return text.find('%') != std::string_view::npos; }
 
-  bool AreNumbered() const { return isNumbered; }
+  bool AreNumbered() const { return isNumbered_; }
   std::string Of(std::uint32_t page) const;
 
   // The numbers in the names of the files in the folder, where the page's number would stand; what
@@ -33,10 +33,10 @@ class PageNames {
   std::set<std::uint32_t> NumbersInUse() const;
 
  private:
-  std::string before;
-  std::string behind;
-  std::size_t digits = 1;
-  bool isNumbered = false;
+  std::string before_;
+  std::string behind_;
+  std::size_t digits_ = 1;
+  bool isNumbered_ = false;
 };
 
 // The first file that one of the pages would replace: the page's own, or that under which it grows.

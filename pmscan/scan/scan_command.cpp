@@ -85,31 +85,35 @@ class ScanRun {
  public:
   ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
           pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
-      : options(scanOptions), module(moduleExports), settings(scannerSettings), json(jsonReport) {}
+      : options_(scanOptions),
+        module_(moduleExports),
+        settings_(scannerSettings),
+        json_(jsonReport) {}
 
   void Run(const ScanRequest& request);
 
  private:
   void Summarize(const ScanRequest& request, const PictureStore& store, Clock::time_point start);
 
-  const Options& options;
-  const ModuleExports& module;
-  const pmddb832::ScannerSettings& settings;
-  Json& json;
-  ScanOutcome outcome;
+  const Options& options_;
+  const ModuleExports& module_;
+  const pmddb832::ScannerSettings& settings_;
+  Json& json_;
+  ScanOutcome outcome_;
 };
 
 void ScanRun::Run(const ScanRequest& request) {
   const Clock::time_point start = Clock::now();
-  ProgressMeter progress(std::cerr, StyleFor(options));
-  PictureStore store(options.names, PictureFileFor(options));
-  const Batch batch{options.source, request.mode.outputFormat, options.pages, options.paperSeconds};
+  ProgressMeter progress(std::cerr, StyleFor(options_));
+  PictureStore store(options_.names, PictureFileFor(options_));
+  const Batch batch{options_.source, request.mode.outputFormat, options_.pages,
+                    options_.paperSeconds};
   try {
-    outcome.end = ScanPages(module, batch, MannersFor(options, progress), store, outcome.pages);
+    outcome_.end = ScanPages(module_, batch, MannersFor(options_, progress), store, outcome_.pages);
   } catch (const Failure& failure) {
     progress.EndLine();
     Summarize(request, store, start);
-    throw WithSaved(failure, outcome);
+    throw WithSaved(failure, outcome_);
   }
   progress.EndLine();
   Summarize(request, store, start);
@@ -117,14 +121,14 @@ void ScanRun::Run(const ScanRequest& request) {
 
 void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
                         Clock::time_point start) {
-  outcome.files = store.Files();
-  outcome.formatName = options.format.name;
-  outcome.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  const ScannerFacts scanner = ReadFacts(settings);
-  if (options.isJson) {
-    json = ScanJson(scanner, options.source, request, outcome);
-  } else if (!outcome.files.empty()) {
-    std::cout << ScanReport(scanner, options.source, request, outcome);
+  outcome_.files = store.Files();
+  outcome_.formatName = options_.format.name;
+  outcome_.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  const ScannerFacts scanner = ReadFacts(settings_);
+  if (options_.isJson) {
+    json_ = ScanJson(scanner, options_.source, request, outcome_);
+  } else if (!outcome_.files.empty()) {
+    std::cout << ScanReport(scanner, options_.source, request, outcome_);
   }
 }
 

@@ -7,22 +7,22 @@
 namespace pmscan {
 
 Session::Session(const ModuleExports& moduleExports, pmddb832::ScannerSettings& scannerSettings)
-    : module(moduleExports), settings(scannerSettings) {
+    : module_(moduleExports), settings_(scannerSettings) {
   // A scanner of the lowest extended level does not say what is fitted, and what stands here stays.
-  settings.docFeedOption = kFlatbedOption;
-  if (module.openScanner(&settings) == 0) throw Failure(module.getScanError());
+  settings_.docFeedOption = kFlatbedOption;
+  if (module_.openScanner(&settings_) == 0) throw Failure(module_.getScanError());
 }
 
 Session::~Session() {
-  if (settings.scanSource != 0) module.enableOption(0);
-  module.closeScanner();
+  if (settings_.scanSource != 0) module_.enableOption(0);
+  module_.closeScanner();
 }
 
 void Session::Select(const ScanSource& source) {
   if (source.option == kFlatbedOption) return;
-  settings.scanSource = 1;
-  if (module.enableOption(1) != 0) return;
-  throw Failure(module.getScanError(),
+  settings_.scanSource = 1;
+  if (module_.enableOption(1) != 0) return;
+  throw Failure(module_.getScanError(),
                 "The scanner did not switch its " + std::string(source.description) + " on.");
 }
 

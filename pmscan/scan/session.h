@@ -21,8 +21,8 @@ class Session {
   void Select(const ScanSource& source);
 
  private:
-  const ModuleExports& module;
-  pmddb832::ScannerSettings& settings;
+  const ModuleExports& module_;
+  pmddb832::ScannerSettings& settings_;
 };
 
 }  // namespace pmscan

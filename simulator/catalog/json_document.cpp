@@ -24,19 +24,19 @@ class CountingReader {
   using pointer = const char*;                        // NOLINT(readability-identifier-naming)
   using reference = const char&;                      // NOLINT(readability-identifier-naming)
 
-  CountingReader(const char* start, const char** furthest) : at(start), reached(furthest) {}
+  CountingReader(const char* start, const char** furthest) : at_(start), reached_(furthest) {}
 
-  reference operator*() const { return *at; }
+  reference operator*() const { return *at_; }
   CountingReader& operator++() {
-    *reached = ++at;
+    *reached_ = ++at_;
     return *this;
   }
-  bool operator==(const CountingReader& other) const { return at == other.at; }
-  bool operator!=(const CountingReader& other) const { return at != other.at; }
+  bool operator==(const CountingReader& other) const { return at_ == other.at_; }
+  bool operator!=(const CountingReader& other) const { return at_ != other.at_; }
 
  private:
-  const char* at;
-  const char** reached;
+  const char* at_;
+  const char** reached_;
 };
 
 // "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error ..." without what
@@ -51,14 +51,14 @@ std::string WithoutPosition(std::string_view message) {
 class TreeBuilder final : public nlohmann::json_sax<Json> {
  public:
   TreeBuilder(std::string_view parsedText, const std::string& parsedFile)
-      : text(parsedText), file(parsedFile), reached(parsedText.data()) {}
+      : text_(parsedText), file_(parsedFile), reached_(parsedText.data()) {}
 
   bool Parse() {
-    const char* const start = text.data();
-    return Json::sax_parse(CountingReader(start, &reached),
-                           CountingReader(start + text.size(), &reached), this);
+    const char* const start = text_.data();
+    return Json::sax_parse(CountingReader(start, &reached_),
+                           CountingReader(start + text_.size(), &reached_), this);
   }
-  JsonNode&& Take() { return std::move(root); }
+  JsonNode&& Take() { return std::move(root_); }
 
   bool null() override { return Put(std::monostate{}); }
   bool boolean(bool value) override { return Put(value); }
@@ -77,7 +77,7 @@ class TreeBuilder final : public nlohmann::json_sax<Json> {
   bool key(string_t& name) override;
   bool parse_error(std::size_t, const std::string&,
                    const nlohmann::detail::exception& error) override {
-    throw ProfileError(file, Line(), "", "this is no JSON: " + WithoutPosition(error.what()));
+    throw ProfileError(file_, Line(), "", "this is no JSON: " + WithoutPosition(error.what()));
   }
 
  private:
@@ -89,60 +89,60 @@ class TreeBuilder final : public nlohmann::json_sax<Json> {
   template <class Value>
   bool Open(Value&& value);
   bool Close() {
-    open.pop_back();
+    open_.pop_back();
     return true;
   }
   JsonNode& Place();
 
   // A number's end is known only by the character behind it, which may be a line feed.
   std::size_t Line() const {
-    const std::ptrdiff_t before = std::max<std::ptrdiff_t>(reached - text.data() - 1, 0);
-    return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + before, '\n'));
+    const std::ptrdiff_t before = std::max<std::ptrdiff_t>(reached_ - text_.data() - 1, 0);
+    return 1 + static_cast<std::size_t>(std::count(text_.begin(), text_.begin() + before, '\n'));
   }
 
-  const std::string_view text;
-  const std::string file;
-  const char* reached;
-  JsonNode root;
-  std::vector<JsonNode*> open;  // the objects and lists around what comes next
+  const std::string_view text_;
+  const std::string file_;
+  const char* reached_;
+  JsonNode root_;
+  std::vector<JsonNode*> open_;  // the objects and lists around what comes next
 };
 
 template <class Value>
 bool TreeBuilder::Open(Value&& value) {
   JsonNode& node = Place();
-  if (open.size() == kDeepest) node.Fail("brackets are nested too deeply");
+  if (open_.size() == kDeepest) node.Fail("brackets are nested too deeply");
   node.value = std::forward<Value>(value);
-  open.push_back(&node);
+  open_.push_back(&node);
   return true;
 }
 
 bool TreeBuilder::key(string_t& name) {
-  const JsonNode& object = *open.back();
-  auto& members = std::get<JsonNode::Object>(open.back()->value);
+  const JsonNode& object = *open_.back();
+  auto& members = std::get<JsonNode::Object>(open_.back()->value);
   const std::string path = object.path.empty() ? name : object.path + "." + name;
   for (const JsonMember& member : members) {
     if (member.key != name) continue;
-    throw ProfileError(file, Line(), path,
+    throw ProfileError(file_, Line(), path,
                        "the key stands in line " + std::to_string(member.value.line) + " already");
   }
-  members.push_back({name, JsonNode{{}, path, Line(), file}});
+  members.push_back({name, JsonNode{{}, path, Line(), file_}});
   return true;
 }
 
 // Where the next value goes: behind the key that came last, to the end of a list, or to the top.
 JsonNode& TreeBuilder::Place() {
-  if (open.empty()) {
-    root.file = file;
-    root.line = Line();
-    return root;
+  if (open_.empty()) {
+    root_.file = file_;
+    root_.line = Line();
+    return root_;
   }
-  JsonNode& parent = *open.back();
+  JsonNode& parent = *open_.back();
   if (auto* const members = std::get_if<JsonNode::Object>(&parent.value)) {
     return members->back().value;
   }
   auto& list = std::get<JsonNode::List>(parent.value);
   const std::string path = parent.path + "[" + std::to_string(list.size()) + "]";
-  return list.emplace_back(JsonNode{{}, path, Line(), file});
+  return list.emplace_back(JsonNode{{}, path, Line(), file_});
 }
 
 std::string Quoted(const std::string& text) {

@@ -12,19 +12,19 @@ namespace {
 class PictureShelf {
  public:
   PictureShelf(const PictureReader& reader, Picture usualPicture)
-      : read(reader), usual(std::move(usualPicture)) {}
+      : read_(reader), usual_(std::move(usualPicture)) {}
 
   const Picture& Get(const std::string& file) {
-    if (file.empty()) return usual;
-    const auto known = pictures.find(file);
-    if (known != pictures.end()) return known->second;
-    return pictures.emplace(file, read(file)).first->second;
+    if (file.empty()) return usual_;
+    const auto known = pictures_.find(file);
+    if (known != pictures_.end()) return known->second;
+    return pictures_.emplace(file, read_(file)).first->second;
   }
 
  private:
-  const PictureReader& read;
-  const Picture usual;
-  std::map<std::string, Picture> pictures;
+  const PictureReader& read_;
+  const Picture usual_;
+  std::map<std::string, Picture> pictures_;
 };
 
 }  // namespace

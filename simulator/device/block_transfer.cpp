@@ -17,64 +17,64 @@ std::uint32_t CountFullBlocks(std::uint32_t height, const BlockTransfer::Manner&
 BlockTransfer::BlockTransfer(LineSource source, const Manner& manner,
                              const Defects& defectsOfTheScanner)
     : defects(defectsOfTheScanner),
-      lines(std::move(source)),
-      lineBytes(manner.lineBytes.value_or(simulator::LineBytes(lines.Request()))),
-      linesPerBlock(manner.linesPerBlock),
-      fullBlocks(CountFullBlocks(lines.Request().height, manner)),
-      lastUnmarked(manner.lastUnmarked),
-      jamLine(manner.fromFeeder ? defects.jamAtLine : std::nullopt) {}
+      lines_(std::move(source)),
+      lineBytes_(manner.lineBytes.value_or(simulator::LineBytes(lines_.Request()))),
+      linesPerBlock_(manner.linesPerBlock),
+      fullBlocks_(CountFullBlocks(lines_.Request().height, manner)),
+      lastUnmarked_(manner.lastUnmarked),
+      jamLine_(manner.fromFeeder ? defects.jamAtLine : std::nullopt) {}
 
 std::uint32_t BlockTransfer::LinesOfLastBlock() const {
-  return lines.Request().height - fullBlocks * linesPerBlock;
+  return lines_.Request().height - fullBlocks_ * linesPerBlock_;
 }
 
 bool BlockTransfer::JamsInBlock() const {
-  const std::uint32_t first = block * linesPerBlock;
-  const std::uint32_t count = InLastBlock() ? LinesOfLastBlock() : linesPerBlock;
-  return jamLine && *jamLine >= first && *jamLine - first < count;
+  const std::uint32_t first = block_ * linesPerBlock_;
+  const std::uint32_t count = InLastBlock() ? LinesOfLastBlock() : linesPerBlock_;
+  return jamLine_ && *jamLine_ >= first && *jamLine_ - first < count;
 }
 
 bool BlockTransfer::BlockFails() const {
-  return defects.errorAtBlock == block || defects.fatalAtBlock == block || JamsInBlock();
+  return defects.errorAtBlock == block_ || defects.fatalAtBlock == block_ || JamsInBlock();
 }
 
 bool BlockTransfer::Send(ReplyQueue& replies) {
-  if (state == State::kBeginning) {
+  if (state_ == State::kBeginning) {
     Begin();
     PutFront(replies);
-  } else if (state == State::kSending) {
+  } else if (state_ == State::kSending) {
     PutLines(replies);
   } else {
     return false;
   }
-  if (bytesInBlock == 0) End(replies);
+  if (bytesInBlock_ == 0) End(replies);
   return true;
 }
 
 void BlockTransfer::Begin() {
-  state = State::kSending;
-  linesInBlock = InLastBlock() ? LinesOfLastBlock() : linesPerBlock;
-  bytesInBlock = DataBytes();
+  state_ = State::kSending;
+  linesInBlock_ = InLastBlock() ? LinesOfLastBlock() : linesPerBlock_;
+  bytesInBlock_ = DataBytes();
   if (!InLastBlock()) {
-    bytesInBlock += defects.blockLongerBy.value_or(0);
+    bytesInBlock_ += defects.blockLongerBy.value_or(0);
   } else {
-    bytesInBlock -= std::min<std::uint64_t>(bytesInBlock, defects.lastBlockShorterBy.value_or(0));
+    bytesInBlock_ -= std::min<std::uint64_t>(bytesInBlock_, defects.lastBlockShorterBy.value_or(0));
   }
 }
 
 void BlockTransfer::Continue() {
   if (InLastBlock()) {
-    state = State::kOver;
+    state_ = State::kOver;
     return;
   }
-  ++block;
-  state = State::kBeginning;
+  ++block_;
+  state_ = State::kBeginning;
 }
 
 // Lines as long as there are some, then filler: a defect may make a block longer than its lines.
 void BlockTransfer::PutLines(ReplyQueue& replies) {
-  if (linesInBlock > 0 && jamLine == line) Jam();
-  if (linesInBlock == 0 || jammed) {
+  if (linesInBlock_ > 0 && jamLine_ == line_) Jam();
+  if (linesInBlock_ == 0 || jammed_) {
     PutFiller(replies);
   } else {
     PutLine(replies);
@@ -82,24 +82,24 @@ void BlockTransfer::PutLines(ReplyQueue& replies) {
 }
 
 void BlockTransfer::PutLine(ReplyQueue& replies) {
-  std::vector<std::uint8_t> bytes = lines.Line(line++);
-  bytes.resize(lineBytes, kFiller);
-  --linesInBlock;
-  const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), bytesInBlock));
+  std::vector<std::uint8_t> bytes = lines_.Line(line_++);
+  bytes.resize(lineBytes_, kFiller);
+  --linesInBlock_;
+  const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), bytesInBlock_));
   replies.Put(std::span(bytes).first(count));
-  bytesInBlock -= count;
+  bytesInBlock_ -= count;
 }
 
 void BlockTransfer::PutFiller(ReplyQueue& replies) {
   constexpr std::uint64_t kAtATime = 65536;
-  const std::uint64_t count = std::min(bytesInBlock, kAtATime);
+  const std::uint64_t count = std::min(bytesInBlock_, kAtATime);
   replies.Put(static_cast<std::size_t>(count), kFiller);
-  bytesInBlock -= count;
+  bytesInBlock_ -= count;
 }
 
 void BlockTransfer::End(ReplyQueue& replies) {
   PutBehind(replies);
-  state = IsMarkedLast() || BlockFails() ? State::kOver : State::kBlockSent;
+  state_ = IsMarkedLast() || BlockFails() ? State::kOver : State::kBlockSent;
 }
 
 }  // namespace simulator

@@ -32,20 +32,20 @@ class BlockTransfer {
   bool Send(ReplyQueue& replies);
 
   // The driver's answer to the block is awaited.
-  bool AwaitsAnswer() const { return state == State::kBlockSent; }
-  std::uint32_t BlockNumber() const { return block; }
+  bool AwaitsAnswer() const { return state_ == State::kBlockSent; }
+  std::uint32_t BlockNumber() const { return block_; }
 
   // The block was acknowledged: the next one begins, if there is one.
   void Continue();
 
-  bool InLastBlock() const { return block == fullBlocks; }
+  bool InLastBlock() const { return block_ == fullBlocks_; }
 
   // The last byte was sent, or the transfer broke off.
-  bool Over() const { return state == State::kOver; }
-  bool Jammed() const { return jammed; }
+  bool Over() const { return state_ == State::kOver; }
+  bool Jammed() const { return jammed_; }
 
   // The transfer broke off with an error that stays.
-  bool EndedFatally() const { return Over() && defects.fatalAtBlock == block; }
+  bool EndedFatally() const { return Over() && defects.fatalAtBlock == block_; }
 
  protected:
   BlockTransfer(LineSource source, const Manner& manner, const Defects& defectsOfTheScanner);
@@ -55,18 +55,18 @@ class BlockTransfer {
   virtual void PutFront(ReplyQueue&) {}
   virtual void PutBehind(ReplyQueue&) {}
 
-  std::uint32_t LineBytes() const { return lineBytes; }
-  std::uint32_t FullBlocks() const { return fullBlocks; }
-  std::uint32_t LinesPerFullBlock() const { return linesPerBlock; }
+  std::uint32_t LineBytes() const { return lineBytes_; }
+  std::uint32_t FullBlocks() const { return fullBlocks_; }
+  std::uint32_t LinesPerFullBlock() const { return linesPerBlock_; }
   std::uint32_t LinesOfLastBlock() const;
 
   // The current block is the last one, and the driver learns it.
-  bool IsMarkedLast() const { return InLastBlock() && !lastUnmarked; }
+  bool IsMarkedLast() const { return InLastBlock() && !lastUnmarked_; }
 
   // The current block does not end well. A page jams in it.
   bool BlockFails() const;
   bool JamsInBlock() const;
-  void Jam() { jammed = true; }
+  void Jam() { jammed_ = true; }
 
   const Defects defects;
 
@@ -84,18 +84,18 @@ class BlockTransfer {
   void PutFiller(ReplyQueue& replies);
   void End(ReplyQueue& replies);
 
-  LineSource lines;
-  const std::uint32_t lineBytes;
-  const std::uint32_t linesPerBlock;
-  const std::uint32_t fullBlocks;
-  const bool lastUnmarked;
-  const std::optional<std::uint32_t> jamLine;
-  State state = State::kBeginning;
-  std::uint32_t block = 0;
-  std::uint32_t line = 0;          // the next one of the area
-  std::uint32_t linesInBlock = 0;  // still to send
-  std::uint64_t bytesInBlock = 0;  // still to send, without what stands behind the lines
-  bool jammed = false;
+  LineSource lines_;
+  const std::uint32_t lineBytes_;
+  const std::uint32_t linesPerBlock_;
+  const std::uint32_t fullBlocks_;
+  const bool lastUnmarked_;
+  const std::optional<std::uint32_t> jamLine_;
+  State state_ = State::kBeginning;
+  std::uint32_t block_ = 0;
+  std::uint32_t line_ = 0;          // the next one of the area
+  std::uint32_t linesInBlock_ = 0;  // still to send
+  std::uint64_t bytesInBlock_ = 0;  // still to send, without what stands behind the lines
+  bool jammed_ = false;
 };
 
 }  // namespace simulator

@@ -19,16 +19,18 @@ class DocumentSource {
   std::string WhyImpossible(std::uint8_t optionValue) const;
 
   // Switches the option unit on, or off with 0. Call it with a possible value.
-  void Select(std::uint8_t optionValue) { value = optionValue; }
-  std::uint8_t Value() const { return value; }
-  bool IsFeeder() const { return value != 0 && unit == OptionUnit::kFeeder; }
-  bool IsTransparencyUnit() const { return value != 0 && unit == OptionUnit::kTransparencyUnit; }
+  void Select(std::uint8_t optionValue) { value_ = optionValue; }
+  std::uint8_t Value() const { return value_; }
+  bool IsFeeder() const { return value_ != 0 && unit_ == OptionUnit::kFeeder; }
+  bool IsTransparencyUnit() const { return value_ != 0 && unit_ == OptionUnit::kTransparencyUnit; }
 
   // Makes a document ready to be scanned. Why there is none; empty when there is one.
   std::string WhyNoDocument();
 
   // The document that is ready: `onBed`, unless it is a page.
-  const Picture& Document(const Picture& onBed) const { return IsFeeder() ? feeder.Page() : onBed; }
+  const Picture& Document(const Picture& onBed) const {
+    return IsFeeder() ? feeder_.Page() : onBed;
+  }
 
   // The scan of the document is over; a page may have jammed.
   void ScanEnded(bool jammed);
@@ -36,18 +38,18 @@ class DocumentSource {
   // Move a page; false when none can be moved.
   bool Feed();
   bool Eject();
-  bool HasFeeder() const { return unit == OptionUnit::kFeeder; }
+  bool HasFeeder() const { return unit_ == OptionUnit::kFeeder; }
 
   std::uint8_t FeederStatus() const;
   std::uint8_t TransparencyStatus() const;
 
  private:
-  const OptionUnit unit;
-  const bool variant;
-  const bool coverOpen;
-  const bool transparencyUnitError;
-  Feeder feeder;
-  std::uint8_t value = 0;
+  const OptionUnit unit_;
+  const bool variant_;
+  const bool coverOpen_;
+  const bool transparencyUnitError_;
+  Feeder feeder_;
+  std::uint8_t value_ = 0;
 };
 
 }  // namespace simulator

@@ -5,25 +5,25 @@
 namespace simulator {
 
 Feeder::Feeder(std::vector<Picture> pagesInTray, const std::vector<std::uint32_t>& copies)
-    : pages(std::move(pagesInTray)) {
-  for (std::size_t page = 0; page < pages.size(); ++page) {
-    tray.insert(tray.end(), page < copies.size() ? copies[page] : 1, page);
+    : pages_(std::move(pagesInTray)) {
+  for (std::size_t page = 0; page < pages_.size(); ++page) {
+    tray_.insert(tray_.end(), page < copies.size() ? copies[page] : 1, page);
   }
 }
 
 bool Feeder::Load() {
-  if (jammed) return false;
-  if (inPath && !scanned) return true;
-  if (next == tray.size()) return false;
-  ++next;
-  inPath = true;
-  scanned = false;
+  if (jammed_) return false;
+  if (inPath_ && !scanned_) return true;
+  if (next_ == tray_.size()) return false;
+  ++next_;
+  inPath_ = true;
+  scanned_ = false;
   return true;
 }
 
 bool Feeder::Eject() {
-  if (!inPath) return false;
-  inPath = scanned = jammed = false;
+  if (!inPath_) return false;
+  inPath_ = scanned_ = jammed_ = false;
   return true;
 }
 

@@ -22,22 +22,22 @@ class Feeder {
   bool Eject();
 
   // The page in the path; it stays valid as long as the feeder. Call it when one was loaded.
-  const Picture& Page() const { return pages[tray[next - 1]]; }
+  const Picture& Page() const { return pages_[tray_[next_ - 1]]; }
 
-  void PageWasScanned() { scanned = true; }
-  void Jam() { jammed = true; }
-  bool Jammed() const { return jammed; }
+  void PageWasScanned() { scanned_ = true; }
+  void Jam() { jammed_ = true; }
+  bool Jammed() const { return jammed_; }
 
   // No page is left to scan: the tray is empty, and what is in the path was scanned already.
-  bool PaperOut() const { return next == tray.size() && (!inPath || scanned); }
+  bool PaperOut() const { return next_ == tray_.size() && (!inPath_ || scanned_); }
 
  private:
-  const std::vector<Picture> pages;
-  std::vector<std::size_t> tray;  // which of the pages lie there, from the top
-  std::size_t next = 0;           // the first one still in the tray
-  bool inPath = false;            // the one before
-  bool scanned = false;
-  bool jammed = false;
+  const std::vector<Picture> pages_;
+  std::vector<std::size_t> tray_;  // which of the pages lie there, from the top
+  std::size_t next_ = 0;           // the first one still in the tray
+  bool inPath_ = false;            // the one before
+  bool scanned_ = false;
+  bool jammed_ = false;
 };
 
 }  // namespace simulator

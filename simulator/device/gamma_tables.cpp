@@ -9,7 +9,7 @@ bool GammaTables::Set(std::uint8_t selector, std::span<const std::uint8_t> table
   constexpr std::string_view kSelectors = "RGBM";
   const std::size_t index = kSelectors.find(static_cast<char>(selector));
   if (index == std::string_view::npos) return false;
-  std::copy_n(table.begin(), 256, tables[index].emplace().begin());
+  std::copy_n(table.begin(), 256, tables_[index].emplace().begin());
   return true;
 }
 

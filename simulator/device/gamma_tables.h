@@ -20,14 +20,14 @@ class GammaTables {
   // The sample after the table of that channel (0 red, 1 green, 2 blue) or of grey. Between the
   // table's 256 places the value is interpolated, so that a table of k at place k changes nothing.
   std::uint16_t OnChannel(std::size_t channel, std::uint16_t sample) const {
-    return Apply(tables[channel], sample);
+    return Apply(tables_[channel], sample);
   }
-  std::uint16_t OnGrey(std::uint16_t sample) const { return Apply(tables[3], sample); }
+  std::uint16_t OnGrey(std::uint16_t sample) const { return Apply(tables_[3], sample); }
 
  private:
   static std::uint16_t Apply(const std::optional<Table>& table, std::uint16_t sample);
 
-  std::array<std::optional<Table>, 4> tables;  // red, green, blue, grey
+  std::array<std::optional<Table>, 4> tables_;  // red, green, blue, grey
 };
 
 }  // namespace simulator

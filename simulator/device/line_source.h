@@ -14,22 +14,22 @@ namespace simulator {
 class LineSource {
  public:
   LineSource(const Picture& scanned, const ScanRequest& scanRequest)
-      : request(scanRequest),
-        sampler(scanned, scanRequest.dotsPerInch, scanRequest.left, scanRequest.width) {}
+      : request_(scanRequest),
+        sampler_(scanned, scanRequest.dotsPerInch, scanRequest.left, scanRequest.width) {}
 
-  const ScanRequest& Request() const { return request; }
+  const ScanRequest& Request() const { return request_; }
 
   // Line `index` of the area.
   std::vector<std::uint8_t> Line(std::uint32_t index) {
     std::vector<std::uint8_t> bytes;
-    bytes.reserve(LineBytes(request));
-    AppendLine(request, sampler.Line(request.top + index), bytes);
+    bytes.reserve(LineBytes(request_));
+    AppendLine(request_, sampler_.Line(request_.top + index), bytes);
     return bytes;
   }
 
  private:
-  const ScanRequest request;
-  LineSampler sampler;
+  const ScanRequest request_;
+  LineSampler sampler_;
 };
 
 }  // namespace simulator

@@ -11,12 +11,12 @@ namespace simulator {
 PageScanner::PageScanner(Equipment fitted, const Manners& firmware, bool feederIsVariant)
     : Scanner(fitted.defects),
       source(fitted, feederIsVariant),
-      equipment(std::move(fitted)),
-      manners(firmware) {}
+      equipment_(std::move(fitted)),
+      manners_(firmware) {}
 
 void PageScanner::TakeGamma(Bytes selectorAndTable) {
-  if (gamma.Set(selectorAndTable[0], selectorAndTable.subspan(1))) {
-    gammaCame = true;
+  if (gamma_.Set(selectorAndTable[0], selectorAndTable.subspan(1))) {
+    gammaCame_ = true;
     Answer(kAck);
   } else {
     Refuse("no gamma table has the selector " + std::to_string(selectorAndTable[0]));
@@ -24,12 +24,12 @@ void PageScanner::TakeGamma(Bytes selectorAndTable) {
 }
 
 GammaTables PageScanner::TakeGammaTables() {
-  gammaCame = false;
-  return std::exchange(gamma, {});
+  gammaCame_ = false;
+  return std::exchange(gamma_, {});
 }
 
 void PageScanner::TakeColorMatrix(Bytes matrix) {
-  std::copy(matrix.begin(), matrix.end(), colorMatrix.emplace().begin());
+  std::copy(matrix.begin(), matrix.end(), colorMatrix_.emplace().begin());
   Answer(kAck);
 }
 
@@ -44,14 +44,14 @@ void PageScanner::SwitchOption(Bytes value) {
 }
 
 void PageScanner::Focus(Bytes position) {
-  focusPosition = position[0];
+  focusPosition_ = position[0];
   Answer(kAck);
 }
 
 // Flags (bit 0: no focus found) and position.
 void PageScanner::TellFocus(Bytes) {
-  const std::uint8_t flags = manners.focusFails ? 1 : 0;
-  AnswerInformation(0, std::array{flags, manners.focusFound}, defects.replyWithoutStx);
+  const std::uint8_t flags = manners_.focusFails ? 1 : 0;
+  AnswerInformation(0, std::array{flags, manners_.focusFound}, defects.replyWithoutStx);
 }
 
 void PageScanner::FeedPage() {
@@ -73,7 +73,7 @@ void PageScanner::EjectPage() {
 }
 
 void PageScanner::AcknowledgeEject() {
-  ++ejects;
+  ++ejects_;
   Answer(kAck);
 }
 
@@ -94,58 +94,58 @@ void PageScanner::Forget() {
   ClearReplies();
   source.Select(0);
   TakeGammaTables();
-  colorMatrix.reset();
+  colorMatrix_.reset();
   Answer(kAck);
 }
 
 std::uint8_t PageScanner::MainStatus() const {
-  const int bits = (fatal || defects.fatalError ? status_bits::kFatalError : 0) |
+  const int bits = (fatal_ || defects.fatalError ? status_bits::kFatalError : 0) |
                    (defects.notReady ? status_bits::kNotReady : 0) |
                    (WarmingUp() ? status_bits::kWarmingUp : 0);
   return static_cast<std::uint8_t>(bits);
 }
 
 void PageScanner::CountStatusPoll() {
-  if (WarmingUp()) ++statusPolls;
+  if (WarmingUp()) ++statusPolls_;
 }
 
 std::string PageScanner::WhyTransferRefused() {
   if (MainStatus() != 0) return "the scanner is warming up, not ready or broken";
-  if (transfersRefused < manners.refusedTransfers) {
-    ++transfersRefused;
+  if (transfersRefused_ < manners_.refusedTransfers) {
+    ++transfersRefused_;
     return "the firmware refuses the first transfers";
   }
   return source.WhyNoDocument();
 }
 
 void PageScanner::Begin(std::unique_ptr<BlockTransfer> started) {
-  transfer = std::move(started);
+  transfer_ = std::move(started);
   if (defects.DisturbBlocks()) ExcuseOutOfStep();
 }
 
 bool PageScanner::SendMore() {
-  if (transfer == nullptr) return false;
-  if (transfer->InLastBlock() && defects.lastBlockShorterBy) ExcuseReading();
-  const bool sent = transfer->Send(replies);
-  if (transfer->Over()) EndTransfer();
+  if (transfer_ == nullptr) return false;
+  if (transfer_->InLastBlock() && defects.lastBlockShorterBy) ExcuseReading();
+  const bool sent = transfer_->Send(replies);
+  if (transfer_->Over()) EndTransfer();
   return sent;
 }
 
 std::optional<std::uint32_t> PageScanner::BlockAwaitingAnswer() const {
-  if (transfer == nullptr || !transfer->AwaitsAnswer()) return std::nullopt;
-  return transfer->BlockNumber();
+  if (transfer_ == nullptr || !transfer_->AwaitsAnswer()) return std::nullopt;
+  return transfer_->BlockNumber();
 }
 
 void PageScanner::ContinueTransfer() {
-  transfer->Continue();
-  if (transfer->Over()) EndTransfer();
+  transfer_->Continue();
+  if (transfer_->Over()) EndTransfer();
 }
 
 void PageScanner::EndTransfer() {
-  if (transfer == nullptr) return;
-  fatal = fatal || transfer->EndedFatally();
-  source.ScanEnded(transfer->Jammed());
-  transfer.reset();
+  if (transfer_ == nullptr) return;
+  fatal_ = fatal_ || transfer_->EndedFatally();
+  source.ScanEnded(transfer_->Jammed());
+  transfer_.reset();
 }
 
 }  // namespace simulator

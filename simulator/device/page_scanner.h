@@ -20,16 +20,16 @@ namespace simulator {
 class PageScanner : public Scanner {
  public:
   // The colour matrix of the last ESC m, kept and not applied. Nothing after a reset.
-  const std::optional<std::array<std::uint8_t, 9>>& ColorMatrix() const { return colorMatrix; }
+  const std::optional<std::array<std::uint8_t, 9>>& ColorMatrix() const { return colorMatrix_; }
 
   // The option value that was last sent and accepted; 0 is off.
   std::uint8_t OptionValue() const { return source.Value(); }
 
   // The position of the last ESC p, 0xFF for automatic focus.
-  std::uint8_t FocusPosition() const { return focusPosition; }
+  std::uint8_t FocusPosition() const { return focusPosition_; }
 
   // How often the byte FF was acknowledged.
-  std::uint32_t Ejects() const { return ejects; }
+  std::uint32_t Ejects() const { return ejects_; }
 
  protected:
   PageScanner(Equipment fitted, const Manners& firmware, bool feederIsVariant);
@@ -56,7 +56,7 @@ class PageScanner : public Scanner {
 
   // Why no document can be scanned now; empty when one can, and then it is ready.
   std::string WhyTransferRefused();
-  const Picture& Document() const { return source.Document(equipment.onBed); }
+  const Picture& Document() const { return source.Document(equipment_.onBed); }
   void Begin(std::unique_ptr<BlockTransfer> started);
 
   bool SendMore() override;
@@ -66,24 +66,24 @@ class PageScanner : public Scanner {
 
   // Gamma tables that came and were not used yet.
   GammaTables TakeGammaTables();
-  bool HasGammaTables() const { return gammaCame; }
+  bool HasGammaTables() const { return gammaCame_; }
 
   DocumentSource source;
 
  private:
-  bool WarmingUp() const { return statusPolls < defects.warmUpPolls.value_or(0); }
+  bool WarmingUp() const { return statusPolls_ < defects.warmUpPolls.value_or(0); }
 
-  const Equipment equipment;
-  const Manners manners;
-  std::unique_ptr<BlockTransfer> transfer;
-  std::uint32_t statusPolls = 0;
-  std::uint32_t transfersRefused = 0;
-  std::uint32_t ejects = 0;
-  bool fatal = false;
-  std::uint8_t focusPosition = 0;
-  GammaTables gamma;
-  bool gammaCame = false;
-  std::optional<std::array<std::uint8_t, 9>> colorMatrix;
+  const Equipment equipment_;
+  const Manners manners_;
+  std::unique_ptr<BlockTransfer> transfer_;
+  std::uint32_t statusPolls_ = 0;
+  std::uint32_t transfersRefused_ = 0;
+  std::uint32_t ejects_ = 0;
+  bool fatal_ = false;
+  std::uint8_t focusPosition_ = 0;
+  GammaTables gamma_;
+  bool gammaCame_ = false;
+  std::optional<std::array<std::uint8_t, 9>> colorMatrix_;
 };
 
 }  // namespace simulator

@@ -5,7 +5,7 @@
 namespace simulator {
 
 void ReplyQueue::Put(std::span<const std::uint8_t> more) {
-  bytes.insert(bytes.end(), more.begin(), more.end());
+  bytes_.insert(bytes_.end(), more.begin(), more.end());
 }
 
 std::size_t ReplyQueue::Take(std::uint8_t* target, std::size_t count) {
@@ -16,13 +16,13 @@ std::size_t ReplyQueue::Take(std::uint8_t* target, std::size_t count) {
 }
 
 void ReplyQueue::Drop(std::size_t count) {
-  taken += std::min(count, Size());
-  if (taken == bytes.size()) Clear();
+  taken_ += std::min(count, Size());
+  if (taken_ == bytes_.size()) Clear();
 }
 
 void ReplyQueue::Clear() {
-  bytes.clear();
-  taken = 0;
+  bytes_.clear();
+  taken_ = 0;
 }
 
 }  // namespace simulator

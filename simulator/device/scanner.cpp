@@ -32,35 +32,35 @@ void Scanner::Refuse(const std::string& reason) {
 }
 
 void Scanner::Violate(const std::string& sentence) {
-  if (!outOfStep) violations.push_back(sentence);
+  if (!outOfStep_) violations_.push_back(sentence);
 }
 
 void Scanner::ClearReplies() {
   replies.Clear();
-  outOfStep = false;
+  outOfStep_ = false;
 }
 
 void Scanner::DropAnswer() {
   while (SendBlockPiece()) {
   }
   replies.Clear();
-  blockInQueue = false;
+  blockInQueue_ = false;
 }
 
 // A command breaks a block off that is under way. Other unread bytes stay: the driver will take
 // them for the answer to what it sends now, as with a real scanner.
 void Scanner::JudgeUnread(Bytes written) {
-  readingExcused = false;
+  readingExcused_ = false;
   SendBlockPiece();
   if (replies.Size() == 0) {
-    blockInQueue = false;
+    blockInQueue_ = false;
     return;
   }
   Violate("sent " + Hex(written) + " before reading the scanner's " + Hex(replies.Unread()));
-  if (blockInQueue && (written[0] == kEscape || written[0] == kFileSeparator)) {
+  if (blockInQueue_ && (written[0] == kEscape || written[0] == kFileSeparator)) {
     EndTransfer();
     replies.Clear();
-    blockInQueue = false;
+    blockInQueue_ = false;
   }
   while (SendBlockPiece()) {
   }
@@ -68,62 +68,62 @@ void Scanner::JudgeUnread(Bytes written) {
 
 bool Scanner::SendBlockPiece() {
   const bool sent = SendMore();
-  blockInQueue = blockInQueue || sent;
+  blockInQueue_ = blockInQueue_ || sent;
   return sent;
 }
 
 void Scanner::JudgeReading(std::uint32_t wanted, std::uint32_t delivered) {
-  if (readingExcused) return;
+  if (readingExcused_) return;
   Violate("read " + std::to_string(wanted) + " bytes where the scanner has " +
           std::to_string(delivered) + " to say");
 }
 
 std::size_t Scanner::Consume(Bytes bytes) {
-  if (parametersMissing > 0) return ConsumeParameters(bytes);
-  if (prefixAlone) return ConsumeLetter(bytes);
+  if (parametersMissing_ > 0) return ConsumeParameters(bytes);
+  if (prefixAlone_) return ConsumeLetter(bytes);
   if (BlockAwaitingAnswer()) return ConsumeBlockAnswer(bytes);
   return ConsumeFirst(bytes);
 }
 
 std::size_t Scanner::ConsumeParameters(Bytes bytes) {
-  const Bytes portion = bytes.first(std::min(parametersMissing, bytes.size()));
-  collected.insert(collected.end(), portion.begin(), portion.end());
-  parametersMissing -= portion.size();
-  if (parametersMissing == 0) ExecuteWithParameters();
+  const Bytes portion = bytes.first(std::min(parametersMissing_, bytes.size()));
+  collected_.insert(collected_.end(), portion.begin(), portion.end());
+  parametersMissing_ -= portion.size();
+  if (parametersMissing_ == 0) ExecuteWithParameters();
   return portion.size();
 }
 
 void Scanner::ExecuteWithParameters() {
-  if (defects.nakParameters == command.letter) {
-    Refuse("defect: NAK to the parameters of " + command.Name());
+  if (defects.nakParameters == command_.letter) {
+    Refuse("defect: NAK to the parameters of " + command_.Name());
     return;
   }
-  Execute(command.prefix, command.letter, collected);
-  if (defects.lateNak != command.letter) return;
+  Execute(command_.prefix, command_.letter, collected_);
+  if (defects.lateNak != command_.letter) return;
   Answer(kNak);
   ExcuseOutOfStep();
 }
 
 std::size_t Scanner::ConsumeLetter(Bytes bytes) {
-  command = {*prefixAlone, bytes[0]};
-  prefixAlone.reset();
-  Begin(ParameterBytes(command.prefix, command.letter));
+  command_ = {*prefixAlone_, bytes[0]};
+  prefixAlone_.reset();
+  Begin(ParameterBytes(command_.prefix, command_.letter));
   return 1;
 }
 
 void Scanner::Begin(const std::optional<std::uint32_t>& parameterBytes) {
   if (!parameterBytes) {
     if (defects.SpoilProbe()) ExcuseOutOfStep();
-    Violate("expected a command that the scanner knows, got " + command.Name());
-    Refuse("unknown command " + command.Name());
-  } else if (defects.nakCommand == command.letter) {
-    Refuse("defect: NAK to " + command.Name());
+    Violate("expected a command that the scanner knows, got " + command_.Name());
+    Refuse("unknown command " + command_.Name());
+  } else if (defects.nakCommand == command_.letter) {
+    Refuse("defect: NAK to " + command_.Name());
     ExcuseReading();
   } else if (*parameterBytes == 0) {
-    Execute(command.prefix, command.letter, {});
+    Execute(command_.prefix, command_.letter, {});
   } else {
-    parametersMissing = *parameterBytes;
-    collected.clear();
+    parametersMissing_ = *parameterBytes;
+    collected_.clear();
     Answer(kAck);
   }
 }
@@ -147,7 +147,7 @@ std::size_t Scanner::ConsumeFirst(Bytes bytes) {
   switch (bytes[0]) {
     case kEscape:
     case kFileSeparator:
-      prefixAlone = bytes[0];
+      prefixAlone_ = bytes[0];
       return 1;
     case kEndOfMedium:
       FeedPage();

@@ -24,10 +24,10 @@ class Scanner : public pmddb832::StillImageDevice {
 
   // What the driver sent, or asked to read, that the protocol does not allow at that moment: a
   // sentence each. What a defect of the scanner brings about is not held against the driver.
-  const std::vector<std::string>& Violations() const { return violations; }
+  const std::vector<std::string>& Violations() const { return violations_; }
 
   // Why the scanner answered NAK or refused a transfer: a sentence each.
-  const std::vector<std::string>& Refusals() const { return refusals; }
+  const std::vector<std::string>& Refusals() const { return refusals_; }
 
   // Somebody disturbs the conversation on its way: until a reset nothing is a violation.
   void Disturb() { ExcuseOutOfStep(); }
@@ -60,7 +60,7 @@ class Scanner : public pmddb832::StillImageDevice {
   using Bytes = std::span<const std::uint8_t>;
 
   explicit Scanner(const Defects& defectsOfThisOne)
-      : defects(defectsOfThisOne), cable(defectsOfThisOne) {}
+      : defects(defectsOfThisOne), cable_(defectsOfThisOne) {}
 
   // Bytes in the parameter block of a command, 0 when it has none; nothing for a command that the
   // scanner does not know.
@@ -90,13 +90,13 @@ class Scanner : public pmddb832::StillImageDevice {
   // a NAK in that place.
   void AnswerInformation(std::uint8_t status, Bytes data, bool withoutStx);
   void Refuse(const std::string& reason);  // answers NAK
-  void NoteRefusal(const std::string& reason) { refusals.push_back(reason); }
+  void NoteRefusal(const std::string& reason) { refusals_.push_back(reason); }
   void Violate(const std::string& sentence);
 
   // From a defect, the reply under way ends before the driver can know: reading on is no violation.
-  void ExcuseReading() { readingExcused = true; }
+  void ExcuseReading() { readingExcused_ = true; }
   // From a defect, the two sides get out of step: until a reset nothing is a violation.
-  void ExcuseOutOfStep() { outOfStep = true; }
+  void ExcuseOutOfStep() { outOfStep_ = true; }
   // Forgets what was not read.
   void ClearReplies();
 
@@ -115,22 +115,22 @@ class Scanner : public pmddb832::StillImageDevice {
   void ExecuteWithParameters();
   void Begin(const std::optional<std::uint32_t>& parameterBytes);
 
-  Cable cable;
-  std::vector<std::string> violations;
-  std::vector<std::string> refusals;
-  bool readingExcused = false;
-  bool outOfStep = false;
-  bool blockInQueue = false;  // some of the unread bytes are image data
+  Cable cable_;
+  std::vector<std::string> violations_;
+  std::vector<std::string> refusals_;
+  bool readingExcused_ = false;
+  bool outOfStep_ = false;
+  bool blockInQueue_ = false;  // some of the unread bytes are image data
 
   struct Command {
     std::uint8_t prefix = 0;
     std::uint8_t letter = 0;
     std::string Name() const;  // "FS W"
   };
-  std::optional<std::uint8_t> prefixAlone;  // a prefix came, and its letter did not yet
-  Command command;                          // the last one
-  std::size_t parametersMissing = 0;        // bytes of its parameter block that did not come yet
-  std::vector<std::uint8_t> collected;      // and those that did
+  std::optional<std::uint8_t> prefixAlone_;  // a prefix came, and its letter did not yet
+  Command command_;                          // the last one
+  std::size_t parametersMissing_ = 0;        // bytes of its parameter block that did not come yet
+  std::vector<std::uint8_t> collected_;      // and those that did
 };
 
 }  // namespace simulator

@@ -15,15 +15,15 @@ constexpr auto kNoInterface = static_cast<std::int32_t>(0x80004002);
 
 std::int32_t Scanner::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
   const std::uint32_t wanted = *byteCount;
-  const std::uint32_t passing = cable.Begin(wanted);
+  const std::uint32_t passing = cable_.Begin(wanted);
   while (replies.Size() < passing && SendBlockPiece()) {
   }
   const auto available = static_cast<std::uint32_t>(std::min<std::size_t>(passing, replies.Size()));
-  *byteCount = cable.Shorten(available);
+  *byteCount = cable_.Shorten(available);
   replies.Take(static_cast<std::uint8_t*>(buffer), *byteCount);
   replies.Drop(available - *byteCount);
   if (*byteCount < available) ExcuseOutOfStep();
-  cable.Passed(available);
+  cable_.Passed(available);
   if (passing < wanted) return device_results::kUnplugged;
   if (available == wanted) return 0;
   JudgeReading(wanted, available);
@@ -31,8 +31,8 @@ std::int32_t Scanner::RawReadData(void* buffer, std::uint32_t* byteCount, void*)
 }
 
 std::int32_t Scanner::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
-  const std::uint32_t passing = cable.Begin(byteCount);
-  cable.Passed(passing);
+  const std::uint32_t passing = cable_.Begin(byteCount);
+  cable_.Passed(passing);
   Bytes bytes(static_cast<const std::uint8_t*>(buffer), passing);
   if (!bytes.empty()) JudgeUnread(bytes);
   while (!bytes.empty()) bytes = bytes.subspan(Consume(bytes));

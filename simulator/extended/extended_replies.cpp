@@ -18,30 +18,30 @@ constexpr std::uint8_t kExtendedCommandsKnown = 0x02;
 
 void ExtendedScanner::TellLevel(Bytes) {
   const auto atHighest = [&](std::uint32_t pixels) {
-    return pixels * identity.maxResolution / identity.basicResolution;
+    return pixels * identity_.maxResolution / identity_.basicResolution;
   };
-  const std::uint8_t status = manners.knowsExtendedCommands ? kExtendedCommandsKnown : 0;
-  TellLevelData(
-      status, LevelReply(identity.level, UsualResolutions(identity.maxResolution),
-                         {atHighest(identity.flatbed.width), atHighest(identity.flatbed.height)}));
+  const std::uint8_t status = manners_.knowsExtendedCommands ? kExtendedCommandsKnown : 0;
+  TellLevelData(status, LevelReply(identity_.level, UsualResolutions(identity_.maxResolution),
+                                   {atHighest(identity_.flatbed.width),
+                                    atHighest(identity_.flatbed.height)}));
 }
 
 void ExtendedScanner::TellIdentity(Bytes) {
   using namespace identity_block;
   std::array<std::uint8_t, kBytes> block{};
-  std::copy_n(identity.level.begin(), 2, block.begin() + kLevel);
-  Put32(block, kBasicResolution, identity.basicResolution);
-  Put32(block, kMinResolution, identity.minResolution);
-  Put32(block, kMaxResolution, identity.maxResolution);
-  Put32(block, kFlatbedWidth, identity.flatbed.width);
-  Put32(block, kFlatbedHeight, identity.flatbed.height);
-  Put32(block, kFeederWidth, identity.feeder.width);
-  Put32(block, kFeederHeight, identity.feeder.height);
-  Put32(block, kTransparencyWidth, identity.transparencyUnit.width);
-  Put32(block, kTransparencyHeight, identity.transparencyUnit.height);
-  block[kFeederFlags] = identity.feederFlags;
-  std::copy_n(identity.productName.begin(),
-              std::min(identity.productName.size(), kProductNameBytes),
+  std::copy_n(identity_.level.begin(), 2, block.begin() + kLevel);
+  Put32(block, kBasicResolution, identity_.basicResolution);
+  Put32(block, kMinResolution, identity_.minResolution);
+  Put32(block, kMaxResolution, identity_.maxResolution);
+  Put32(block, kFlatbedWidth, identity_.flatbed.width);
+  Put32(block, kFlatbedHeight, identity_.flatbed.height);
+  Put32(block, kFeederWidth, identity_.feeder.width);
+  Put32(block, kFeederHeight, identity_.feeder.height);
+  Put32(block, kTransparencyWidth, identity_.transparencyUnit.width);
+  Put32(block, kTransparencyHeight, identity_.transparencyUnit.height);
+  block[kFeederFlags] = identity_.feederFlags;
+  std::copy_n(identity_.productName.begin(),
+              std::min(identity_.productName.size(), kProductNameBytes),
               block.begin() + kProductName);
   Answer(block);
 }

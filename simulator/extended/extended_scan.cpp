@@ -57,14 +57,14 @@ ScanRequest Decode(std::span<const std::uint8_t> block) {
 }  // namespace
 
 PixelSize ExtendedScanner::Area(std::uint8_t option) const {
-  if (option == 0) return identity.flatbed;
-  return source.HasFeeder() ? identity.feeder : identity.transparencyUnit;
+  if (option == 0) return identity_.flatbed;
+  return source.HasFeeder() ? identity_.feeder : identity_.transparencyUnit;
 }
 
 std::string ExtendedScanner::WhyAreaImpossible(Bytes block) const {
   const ScanRequest scan = Decode(block);
   const auto limit = [&](std::uint32_t pixels) {
-    return std::uint64_t{pixels} * scan.dotsPerInch / identity.basicResolution;
+    return std::uint64_t{pixels} * scan.dotsPerInch / identity_.basicResolution;
   };
   const PixelSize area = Area(block[field::kOption]);
   return WhyOutside(scan, limit(area.width), limit(area.height));
@@ -72,7 +72,7 @@ std::string ExtendedScanner::WhyAreaImpossible(Bytes block) const {
 
 std::string ExtendedScanner::WhyImpossible(Bytes block) const {
   const std::uint32_t resolution = Get32(block, field::kMainResolution);
-  if (resolution < identity.minResolution || resolution > identity.maxResolution) {
+  if (resolution < identity_.minResolution || resolution > identity_.maxResolution) {
     return std::to_string(resolution) + " dots per inch are out of range";
   }
   if (Get32(block, field::kSubResolution) != resolution) return "the two resolutions differ";
@@ -93,23 +93,23 @@ void ExtendedScanner::JudgeReserved(Bytes block) {
 // Gamma tables are those that came since the last parameter block: they belong to this one.
 void ExtendedScanner::TakeParameters(Bytes block) {
   JudgeReserved(block);
-  request.reset();
+  request_.reset();
   const GammaTables tables = TakeGammaTables();
   const std::string reason = WhyImpossible(block);
   if (!reason.empty()) {
     Refuse(reason);
     return;
   }
-  request = Decode(block);
-  request->gamma = tables;
+  request_ = Decode(block);
+  request_->gamma = tables;
   source.Select(block[field::kOption]);
-  linesPerBlock = block[field::kLinesPerBlock];
+  linesPerBlock_ = block[field::kLinesPerBlock];
   Answer(kAck);
 }
 
 void ExtendedScanner::StartTransfer(Bytes) {
-  if (!request) Violate("expected FS W with an accepted parameter block before FS G");
-  const std::string reason = request ? WhyTransferRefused() : "no parameter block was accepted";
+  if (!request_) Violate("expected FS W with an accepted parameter block before FS G");
+  const std::string reason = request_ ? WhyTransferRefused() : "no parameter block was accepted";
   if (reason.empty()) {
     BeginTransfer();
     return;
@@ -126,11 +126,11 @@ void ExtendedScanner::BeginTransfer() {
     Answer(std::array<std::uint8_t, transfer_header::kBytes>{kNak});
     return;
   }
-  const BlockTransfer::Manner manner{.linesPerBlock = linesPerBlock,
-                                     .emptyLast = manners.emptyLastBlock,
+  const BlockTransfer::Manner manner{.linesPerBlock = linesPerBlock_,
+                                     .emptyLast = manners_.emptyLastBlock,
                                      .fromFeeder = source.IsFeeder()};
   auto started =
-      std::make_unique<ExtendedTransfer>(LineSource(Document(), *request), manner, defects);
+      std::make_unique<ExtendedTransfer>(LineSource(Document(), *request_), manner, defects);
   Answer(started->Header());
   Begin(std::move(started));
 }

@@ -41,13 +41,13 @@ const ExtendedScanner::Row* ExtendedScanner::FindCommand(std::uint8_t prefix, st
 ExtendedScanner::ExtendedScanner(ExtendedScannerConfig config)
     : PageScanner(std::move(static_cast<Equipment&>(config)), config.manners,
                   (config.identity.feederFlags & status_bits::kFeederVariant) != 0),
-      identity(std::move(config.identity)),
-      manners(config.manners) {}
+      identity_(std::move(config.identity)),
+      manners_(config.manners) {}
 
 std::optional<std::uint32_t> ExtendedScanner::ParameterBytes(std::uint8_t prefix,
                                                              std::uint8_t letter) const {
   const Row* const row = FindCommand(prefix, letter);
-  if (row == nullptr || identity.level.at(1) < row->lowestLevel) return std::nullopt;
+  if (row == nullptr || identity_.level.at(1) < row->lowestLevel) return std::nullopt;
   return row->parameterBytes;
 }
 
@@ -56,7 +56,7 @@ void ExtendedScanner::Execute(std::uint8_t prefix, std::uint8_t letter, Bytes pa
 }
 
 void ExtendedScanner::Reset(Bytes) {
-  request.reset();
+  request_.reset();
   Forget();
 }
 

@@ -45,7 +45,7 @@ class ExtendedScanner final : public PageScanner {
   explicit ExtendedScanner(ExtendedScannerConfig config);
 
   // The last parameter block that was accepted, as a scan. Nothing after a reset.
-  const std::optional<ScanRequest>& Request() const { return request; }
+  const std::optional<ScanRequest>& Request() const { return request_; }
 
  protected:
   std::optional<std::uint32_t> ParameterBytes(std::uint8_t prefix,
@@ -70,10 +70,10 @@ class ExtendedScanner final : public PageScanner {
   void JudgeReserved(Bytes block);
   void BeginTransfer();
 
-  const ExtendedIdentity identity;
-  const ExtendedManners manners;
-  std::optional<ScanRequest> request;
-  std::uint32_t linesPerBlock = 0;
+  const ExtendedIdentity identity_;
+  const ExtendedManners manners_;
+  std::optional<ScanRequest> request_;
+  std::uint32_t linesPerBlock_ = 0;
 };
 
 }  // namespace simulator

@@ -43,43 +43,43 @@ bool IsDoneWhenAcknowledged(std::string_view command) {
 }  // namespace
 
 bool ConversationTracker::IsCommand(Bytes bytes) const {
-  if (awaitsParameters || bytes.empty()) return false;
+  if (awaitsParameters_ || bytes.empty()) return false;
   const bool prefixed = bytes[0] == kEscape || bytes[0] == kFileSeparator;
   return prefixed ? bytes.size() >= 2 : bytes.size() == 1 && !NameOf(bytes).empty();
 }
 
 const ConversationPlace& ConversationTracker::Write(Bytes bytes) {
-  place.transfer = NextTransfer();
-  place.read.reset();
+  place_.transfer = NextTransfer();
+  place_.read.reset();
   if (IsCommand(bytes)) {
-    place.command = NameOf(bytes);
-    place.occurrence = ++occurrences[place.command];
-    place.write = 0;
+    place_.command = NameOf(bytes);
+    place_.occurrence = ++occurrences_[place_.command];
+    place_.write = 0;
   } else {
-    ++place.write;
+    ++place_.write;
   }
-  reads = 0;
-  replyBytes = 0;
-  return place;
+  reads_ = 0;
+  replyBytes_ = 0;
+  return place_;
 }
 
 const ConversationPlace& ConversationTracker::Read() {
-  place.transfer = NextTransfer();
-  place.read = reads++;
-  return place;
+  place_.transfer = NextTransfer();
+  place_.read = reads_++;
+  return place_;
 }
 
 void ConversationTracker::Delivered(Bytes bytes) {
-  replyBytes += bytes.size();
-  awaitsParameters = place.write == 0 && replyBytes == 1 && bytes.size() == 1 && bytes[0] == kAck &&
-                     !IsDoneWhenAcknowledged(place.command);
+  replyBytes_ += bytes.size();
+  awaitsParameters_ = place_.write == 0 && replyBytes_ == 1 && bytes.size() == 1 &&
+                      bytes[0] == kAck && !IsDoneWhenAcknowledged(place_.command);
 }
 
 std::optional<std::size_t> ConversationTracker::MainStatusAmong(std::size_t count) const {
   for (const StatusRow& row : kStatusQueries) {
-    if (row.command != place.command || place.write != 0) continue;
-    const bool comesNow = row.offset >= replyBytes && row.offset < replyBytes + count;
-    return comesNow ? std::optional(row.offset - replyBytes) : std::nullopt;
+    if (row.command != place_.command || place_.write != 0) continue;
+    const bool comesNow = row.offset >= replyBytes_ && row.offset < replyBytes_ + count;
+    return comesNow ? std::optional(row.offset - replyBytes_) : std::nullopt;
   }
   return std::nullopt;
 }

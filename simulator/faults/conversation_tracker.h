@@ -37,14 +37,14 @@ class ConversationTracker {
 
  private:
   bool IsCommand(Bytes bytes) const;
-  std::uint32_t NextTransfer() { return transfers++; }
+  std::uint32_t NextTransfer() { return transfers_++; }
 
-  ConversationPlace place;
-  std::uint32_t transfers = 0;
-  std::uint32_t reads = 0;        // since the last write
-  std::size_t replyBytes = 0;     // that the driver got since the last write
-  bool awaitsParameters = false;  // the letters were acknowledged, and no result was read yet
-  std::map<std::string, std::uint32_t> occurrences;
+  ConversationPlace place_;
+  std::uint32_t transfers_ = 0;
+  std::uint32_t reads_ = 0;        // since the last write
+  std::size_t replyBytes_ = 0;     // that the driver got since the last write
+  bool awaitsParameters_ = false;  // the letters were acknowledged, and no result was read yet
+  std::map<std::string, std::uint32_t> occurrences_;
 };
 
 }  // namespace simulator

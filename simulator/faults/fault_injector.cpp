@@ -20,26 +20,26 @@ bool Matches(const FaultPlace& at, const ConversationPlace& place) {
 }  // namespace
 
 FaultInjector::FaultInjector(Scanner& soundScanner, std::vector<Fault> scriptedFaults)
-    : scanner(soundScanner) {
-  for (Fault& fault : scriptedFaults) faults.push_back({std::move(fault)});
+    : scanner_(soundScanner) {
+  for (Fault& fault : scriptedFaults) faults_.push_back({std::move(fault)});
 }
 
 std::vector<std::string> FaultInjector::Unreached() const {
   std::vector<std::string> origins;
-  for (const Scripted& scripted : faults) {
+  for (const Scripted& scripted : faults_) {
     if (!scripted.struck) origins.push_back(scripted.fault.origin);
   }
   return origins;
 }
 
 const Fault* FaultInjector::Strike(const ConversationPlace& place) {
-  for (Scripted& scripted : faults) {
+  for (Scripted& scripted : faults_) {
     const Fault& fault = scripted.fault;
     if (!Matches(fault.at, place)) continue;
     scripted.struck = true;
-    if (fault.kind == FaultKind::kUnplug) unplugged = true;
-    if (fault.kind == FaultKind::kHold) busyPolls = fault.count;
-    if (fault.kind != FaultKind::kHold) scanner.Disturb();
+    if (fault.kind == FaultKind::kUnplug) unplugged_ = true;
+    if (fault.kind == FaultKind::kHold) busyPolls_ = fault.count;
+    if (fault.kind != FaultKind::kHold) scanner_.Disturb();
     return &fault;
   }
   return nullptr;
@@ -47,68 +47,68 @@ const Fault* FaultInjector::Strike(const ConversationPlace& place) {
 
 std::int32_t FaultInjector::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
   auto* const bytes = static_cast<std::uint8_t*>(buffer);
-  const Fault* const fault = Strike(tracker.Read());
+  const Fault* const fault = Strike(tracker_.Read());
   std::int32_t result = device_results::kUnplugged;
-  if (unplugged) {
+  if (unplugged_) {
     *byteCount = 0;
   } else {
     result = ReadWith(fault, bytes, *byteCount);
   }
   const std::span delivered(bytes, *byteCount);
   ReportBusy(delivered);
-  tracker.Delivered(delivered);
+  tracker_.Delivered(delivered);
   return result;
 }
 
 std::int32_t FaultInjector::ReadWith(const Fault* fault, std::uint8_t* bytes,
                                      std::uint32_t& count) {
   const auto is = [&](FaultKind kind) { return fault != nullptr && fault->kind == kind; };
-  if (is(FaultKind::kAnswer)) answer = fault->bytes;
+  if (is(FaultKind::kAnswer)) answer_ = fault->bytes;
   if (is(FaultKind::kFail)) return ReadLosing(bytes, count, 0, device_results::kTimeout);
-  if (answer) return ReadAnswer(bytes, count);
+  if (answer_) return ReadAnswer(bytes, count);
   if (is(FaultKind::kCut)) return ReadLosing(bytes, count, fault->count, 0);
-  return scanner.RawReadData(bytes, &count, nullptr);
+  return scanner_.RawReadData(bytes, &count, nullptr);
 }
 
 // Of what the scanner says the driver gets the first bytes only, also in its buffer.
 std::int32_t FaultInjector::ReadLosing(std::uint8_t* bytes, std::uint32_t& count,
                                        std::uint32_t most, std::int32_t result) {
   std::vector<std::uint8_t> said(count);
-  const std::int32_t soundResult = scanner.RawReadData(said.data(), &count, nullptr);
+  const std::int32_t soundResult = scanner_.RawReadData(said.data(), &count, nullptr);
   count = std::min(count, most);
   std::copy_n(said.begin(), count, bytes);
   return soundResult < 0 ? soundResult : result;
 }
 
 std::int32_t FaultInjector::ReadAnswer(std::uint8_t* bytes, std::uint32_t& count) {
-  const bool hasNothing = answer->empty() && count != 0;
-  count = static_cast<std::uint32_t>(std::min<std::size_t>(count, answer->size()));
-  const auto end = answer->begin() + static_cast<std::ptrdiff_t>(count);
-  std::copy(answer->begin(), end, bytes);
-  answer->erase(answer->begin(), end);
+  const bool hasNothing = answer_->empty() && count != 0;
+  count = static_cast<std::uint32_t>(std::min<std::size_t>(count, answer_->size()));
+  const auto end = answer_->begin() + static_cast<std::ptrdiff_t>(count);
+  std::copy(answer_->begin(), end, bytes);
+  answer_->erase(answer_->begin(), end);
   return hasNothing ? device_results::kTimeout : 0;
 }
 
 void FaultInjector::ReportBusy(std::span<std::uint8_t> delivered) {
-  const auto status = tracker.MainStatusAmong(delivered.size());
-  if (busyPolls == 0 || !status) return;
+  const auto status = tracker_.MainStatusAmong(delivered.size());
+  if (busyPolls_ == 0 || !status) return;
   delivered[*status] |= status_bits::kWarmingUp;
-  --busyPolls;
+  --busyPolls_;
 }
 
 // The scanner's own answer goes the way of what the scripted one replaced.
 void FaultInjector::EndAnswer() {
-  if (!answer) return;
-  answer.reset();
-  scanner.DropAnswer();
+  if (!answer_) return;
+  answer_.reset();
+  scanner_.DropAnswer();
 }
 
 std::int32_t FaultInjector::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
   const std::span bytes(static_cast<const std::uint8_t*>(buffer), byteCount);
-  const Fault* const fault = Strike(tracker.Write(bytes));
-  if (unplugged) return device_results::kUnplugged;
+  const Fault* const fault = Strike(tracker_.Write(bytes));
+  if (unplugged_) return device_results::kUnplugged;
   EndAnswer();
-  if (fault == nullptr) return scanner.RawWriteData(buffer, byteCount, nullptr);
+  if (fault == nullptr) return scanner_.RawWriteData(buffer, byteCount, nullptr);
   return WriteWith(*fault, {bytes.begin(), bytes.end()});
 }
 
@@ -118,7 +118,7 @@ std::int32_t FaultInjector::WriteWith(const Fault& fault, std::vector<std::uint8
     bytes.resize(std::min<std::size_t>(bytes.size(), fault.count));
   }
   if (fault.kind == FaultKind::kAnswer) bytes = fault.bytes;
-  return scanner.RawWriteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()), nullptr);
+  return scanner_.RawWriteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()), nullptr);
 }
 
 }  // namespace simulator

@@ -59,13 +59,13 @@ class FaultInjector final : public pmddb832::StillImageDevice {
   void ReportBusy(std::span<std::uint8_t> delivered);
   void EndAnswer();
 
-  Scanner& scanner;
-  std::vector<Scripted> faults;
-  ConversationTracker tracker;
+  Scanner& scanner_;
+  std::vector<Scripted> faults_;
+  ConversationTracker tracker_;
   // What is left of a scripted answer, until the driver writes.
-  std::optional<std::vector<std::uint8_t>> answer;
-  std::uint32_t busyPolls = 0;  // status replies that still report warming up
-  bool unplugged = false;
+  std::optional<std::vector<std::uint8_t>> answer_;
+  std::uint32_t busyPolls_ = 0;  // status replies that still report warming up
+  bool unplugged_ = false;
 };
 
 }  // namespace simulator

@@ -65,26 +65,26 @@ double DepthInside(std::span<const Point> corners, const Point& point) {
 }  // namespace
 
 Canvas::Canvas(double width, double height, std::uint32_t dotsPerInch) {
-  picture.width = static_cast<std::uint32_t>(std::lround(width * dotsPerInch));
-  picture.height = static_cast<std::uint32_t>(std::lround(height * dotsPerInch));
-  picture.dotsPerInch = dotsPerInch;
-  picture.samples.assign(std::size_t{picture.width} * picture.height * 3, 0xFFFF);
+  picture_.width = static_cast<std::uint32_t>(std::lround(width * dotsPerInch));
+  picture_.height = static_cast<std::uint32_t>(std::lround(height * dotsPerInch));
+  picture_.dotsPerInch = dotsPerInch;
+  picture_.samples.assign(std::size_t{picture_.width} * picture_.height * 3, 0xFFFF);
 }
 
 Canvas::Grid Canvas::GridOf(const Box& box) const {
   const auto index = [&](double inches, std::uint32_t limit) {
-    const double place = std::floor(inches * picture.dotsPerInch);
+    const double place = std::floor(inches * picture_.dotsPerInch);
     return static_cast<std::uint32_t>(std::clamp(place, 0.0, static_cast<double>(limit)));
   };
-  return {index(box.left, picture.width), index(box.top, picture.height),
-          index(box.right + PixelSize(), picture.width),
-          index(box.bottom + PixelSize(), picture.height)};
+  return {index(box.left, picture_.width), index(box.top, picture_.height),
+          index(box.right + PixelSize(), picture_.width),
+          index(box.bottom + PixelSize(), picture_.height)};
 }
 
 void Canvas::Blend(const Pixel& pixel, const Color& color, double share) {
   if (share <= 0) return;
   std::uint16_t* const sample =
-      &picture.samples[(std::size_t{pixel.row} * picture.width + pixel.column) * 3];
+      &picture_.samples[(std::size_t{pixel.row} * picture_.width + pixel.column) * 3];
   const std::array channels{color.red, color.green, color.blue};
   for (std::size_t i = 0; i < 3; ++i) {
     const double there = sample[i];
@@ -98,7 +98,7 @@ double Canvas::ShareOf(const Box& box, const Point& middle) const {
   const double across = std::min(box.right, middle.x + half) - std::max(box.left, middle.x - half);
   const double down = std::min(box.bottom, middle.y + half) - std::max(box.top, middle.y - half);
   if (across <= 0 || down <= 0) return 0;
-  return std::min(1.0, across * down * picture.dotsPerInch * picture.dotsPerInch);
+  return std::min(1.0, across * down * picture_.dotsPerInch * picture_.dotsPerInch);
 }
 
 void Canvas::Fill(const Box& box, const Color& color) {

@@ -63,7 +63,7 @@ class Canvas {
  public:
   Canvas(double width, double height, std::uint32_t dotsPerInch);
 
-  double PixelSize() const { return 1.0 / picture.dotsPerInch; }
+  double PixelSize() const { return 1.0 / picture_.dotsPerInch; }
 
   void Fill(const Box& box, const Color& color);
   void Frame(const Box& box, double thickness, const Color& color);  // inside the box
@@ -91,7 +91,7 @@ class Canvas {
   // The share of a pixel that lies within a shape whose edge is `distance` inside of its middle
   // (negative: outside).
   double ShareInside(double distance) const {
-    return std::clamp(0.5 + distance * picture.dotsPerInch, 0.0, 1.0);
+    return std::clamp(0.5 + distance * picture_.dotsPerInch, 0.0, 1.0);
   }
 
   // The share of a pixel, `distance` from the middle of a band, that the band covers.
@@ -99,7 +99,7 @@ class Canvas {
     return ShareInside(halfThickness - distance) - ShareInside(-halfThickness - distance);
   }
 
-  Picture Take() && { return std::move(picture); }
+  Picture Take() && { return std::move(picture_); }
 
  private:
   struct Pixel {
@@ -131,7 +131,7 @@ class Canvas {
   double ShareOf(const Box& box, const Point& middle) const;
   void Blend(const Pixel& pixel, const Color& color, double share);
 
-  Picture picture;
+  Picture picture_;
 };
 
 }  // namespace simulator

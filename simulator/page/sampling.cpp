@@ -51,18 +51,18 @@ std::array<std::uint16_t, 3> ScannedPixel(const Picture& picture, std::uint32_t 
 
 LineSampler::LineSampler(const Picture& scanned, std::uint32_t scanDotsPerInch, std::uint32_t left,
                          std::uint32_t width)
-    : picture(scanned), dotsPerInch(scanDotsPerInch), line(std::size_t{width} * 3) {
-  columns.reserve(width);
-  for (std::uint32_t x = 0; x < width; ++x) columns.push_back(Footprint(left + x));
-  sums.resize(std::size_t{picture.width} * 3);
+    : picture_(scanned), dotsPerInch_(scanDotsPerInch), line_(std::size_t{width} * 3) {
+  columns_.reserve(width);
+  for (std::uint32_t x = 0; x < width; ++x) columns_.push_back(Footprint(left + x));
+  sums_.resize(std::size_t{picture_.width} * 3);
 }
 
 // A centre, 2 i + 1 half pixels of the picture, is inside from 2 i + 1 >= 2 scanned * ratio on.
 LineSampler::Span LineSampler::Footprint(std::uint32_t scanned) const {
-  const std::uint64_t pictureDpi = picture.dotsPerInch;
-  const std::uint64_t step = 2 * std::uint64_t{dotsPerInch};
+  const std::uint64_t pictureDpi = picture_.dotsPerInch;
+  const std::uint64_t step = 2 * std::uint64_t{dotsPerInch_};
   const auto firstInside = [&](std::uint64_t edge) {
-    return (2 * edge * pictureDpi + dotsPerInch - 1) / step;
+    return (2 * edge * pictureDpi + dotsPerInch_ - 1) / step;
   };
   const Span inside{firstInside(scanned), firstInside(std::uint64_t{scanned} + 1)};
   if (inside.first < inside.end) return inside;
@@ -72,34 +72,34 @@ LineSampler::Span LineSampler::Footprint(std::uint32_t scanned) const {
 
 const std::vector<std::uint16_t>& LineSampler::Line(std::uint32_t y) {
   const Span rows = Footprint(y);
-  if (rows == lastRows) return line;
-  lastRows = rows;
+  if (rows == lastRows_) return line_;
+  lastRows_ = rows;
   SumRows(rows);
   MeanOfColumns(rows.end - rows.first);
-  return line;
+  return line_;
 }
 
 void LineSampler::SumRows(Span rows) {
-  std::fill(sums.begin(), sums.end(), 0);
+  std::fill(sums_.begin(), sums_.end(), 0);
   for (std::uint64_t row = rows.first; row < rows.end; ++row) {
-    if (row >= picture.height) {
-      for (std::uint64_t& sum : sums) sum += kWhite;
+    if (row >= picture_.height) {
+      for (std::uint64_t& sum : sums_) sum += kWhite;
       continue;
     }
-    const std::uint16_t* const samples = picture.samples.data() + row * sums.size();
-    for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += samples[i];
+    const std::uint16_t* const samples = picture_.samples.data() + row * sums_.size();
+    for (std::size_t i = 0; i < sums_.size(); ++i) sums_[i] += samples[i];
   }
 }
 
 void LineSampler::MeanOfColumns(std::uint64_t rows) {
   const std::uint64_t white = rows * kWhite;
-  auto* target = line.data();
-  for (const Span& span : columns) {
+  auto* target = line_.data();
+  for (const Span& span : columns_) {
     const std::uint64_t count = rows * (span.end - span.first);
     for (std::uint32_t channel = 0; channel < 3; ++channel) {
       std::uint64_t sum = count / 2;
       for (std::uint64_t column = span.first; column < span.end; ++column) {
-        sum += column < picture.width ? sums[column * 3 + channel] : white;
+        sum += column < picture_.width ? sums_[column * 3 + channel] : white;
       }
       *target++ = static_cast<std::uint16_t>(count == 1 ? sum : sum / count);
     }

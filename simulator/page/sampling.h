@@ -38,12 +38,12 @@ class LineSampler {
   void SumRows(Span rows);
   void MeanOfColumns(std::uint64_t rows);
 
-  const Picture& picture;
-  std::uint32_t dotsPerInch;
-  std::vector<Span> columns;
-  Span lastRows;
-  std::vector<std::uint64_t> sums;  // over the rows of the footprint, for each sample of a row
-  std::vector<std::uint16_t> line;
+  const Picture& picture_;
+  std::uint32_t dotsPerInch_;
+  std::vector<Span> columns_;
+  Span lastRows_;
+  std::vector<std::uint64_t> sums_;  // over the rows of the footprint, for each sample of a row
+  std::vector<std::uint16_t> line_;
 };
 
 }  // namespace simulator

@@ -154,30 +154,30 @@ constexpr std::array kRows{
 
 class Pen {
  public:
-  explicit Pen(const char* path) : stream(path) {}
+  explicit Pen(const char* path) : stream_(path) {}
 
   std::vector<Polyline> Draw() {
-    for (char command = 0; stream >> command;) Obey(command);
-    return std::move(lines);
+    for (char command = 0; stream_ >> command;) Obey(command);
+    return std::move(lines_);
   }
 
  private:
   void Obey(char command) {
-    if (command == 'M' || command == 'E') lines.emplace_back();
-    if (command == 'M' || command == 'L') lines.back().push_back(ReadPoint());
+    if (command == 'M' || command == 'E') lines_.emplace_back();
+    if (command == 'M' || command == 'L') lines_.back().push_back(ReadPoint());
     if (command == 'C') Curve();
     if (command == 'E' || command == 'e') Arc();
   }
 
   Point ReadPoint() {
     Point point;
-    stream >> point.x >> point.y;
+    stream_ >> point.x >> point.y;
     return point;
   }
 
   void Curve() {
     constexpr int kSteps = 16;
-    const Point a = lines.back().back();
+    const Point a = lines_.back().back();
     const Point b = ReadPoint();
     const Point c = ReadPoint();
     const Point d = ReadPoint();
@@ -187,7 +187,7 @@ class Pen {
       const auto at = [&](double w, double x, double y, double z) {
         return s * s * s * w + 3 * s * s * t * x + 3 * s * t * t * y + t * t * t * z;
       };
-      lines.back().push_back({at(a.x, b.x, c.x, d.x), at(a.y, b.y, c.y, d.y)});
+      lines_.back().push_back({at(a.x, b.x, c.x, d.x), at(a.y, b.y, c.y, d.y)});
     }
   }
 
@@ -200,13 +200,13 @@ class Pen {
     const int steps = static_cast<int>(std::ceil(std::abs(turn) / kDegreesAStep));
     for (int i = 0; i <= steps; ++i) {
       const double angle = (angles.x + turn * i / steps) * std::numbers::pi / 180;
-      lines.back().push_back(
+      lines_.back().push_back(
           {centre.x + radius.x * std::cos(angle), centre.y + radius.y * std::sin(angle)});
     }
   }
 
-  std::istringstream stream;
-  std::vector<Polyline> lines;
+  std::istringstream stream_;
+  std::vector<Polyline> lines_;
 };
 
 using Glyphs = std::array<Glyph, 128>;

@@ -46,10 +46,10 @@ double Relief(const Range& range, const Point& at) {
 // Sky and mountains: all that the lake mirrors. `pixel` is the size of a pixel, for soft edges.
 class Backdrop {
  public:
-  explicit Backdrop(double pixel) : pixelSize(pixel) {
+  explicit Backdrop(double pixel) : pixelSize_(pixel) {
     for (std::size_t i = 0; i < kRanges.size(); ++i) {
       for (std::size_t k = 0; k < kColumns; ++k) {
-        ridges[i][k] = Ridge(kRanges[i], static_cast<double>(k) * kSceneAspect / (kColumns - 1));
+        ridges_[i][k] = Ridge(kRanges[i], static_cast<double>(k) * kSceneAspect / (kColumns - 1));
       }
     }
   }
@@ -72,11 +72,11 @@ class Backdrop {
     const double place = std::clamp(x / kSceneAspect, 0.0, 0.9999) * (kColumns - 1);
     const auto column = static_cast<std::size_t>(place);
     const double share = place - static_cast<double>(column);
-    return ridges[range][column] * (1 - share) + ridges[range][column + 1] * share;
+    return ridges_[range][column] * (1 - share) + ridges_[range][column + 1] * share;
   }
 
   double Cover(std::size_t range, const Point& at) const {
-    return std::clamp((at.y - RidgeAt(range, at.x)) / pixelSize + 0.5, 0.0, 1.0);
+    return std::clamp((at.y - RidgeAt(range, at.x)) / pixelSize_ + 0.5, 0.0, 1.0);
   }
 
   Color SlopeColor(std::size_t index, const Point& at) const {
@@ -90,8 +90,8 @@ class Backdrop {
     return relief > 0 ? Mix(lit, Rgb(0xFFD9B0), relief) : Mix(lit, Rgb(0x20203A), -relief);
   }
 
-  double pixelSize;
-  std::array<std::array<double, kColumns>, kRanges.size()> ridges{};
+  double pixelSize_;
+  std::array<std::array<double, kColumns>, kRanges.size()> ridges_{};
 };
 
 // The lake mirrors the backdrop, the more broken the nearer.

@@ -77,8 +77,8 @@ std::string StandardScanner::WhyNoCorrection(Bytes on) const {
 std::string StandardScanner::WhyNoResolution(Bytes mainAndSub) const {
   const std::uint32_t resolution = Get16(mainAndSub, 0);
   if (Get16(mainAndSub, 2) != resolution) return "the two resolutions differ";
-  const std::uint32_t highest = identity.resolutions.back() * (identity.listsHalf ? 2 : 1);
-  if (resolution >= identity.resolutions.front() && resolution <= highest) return {};
+  const std::uint32_t highest = identity_.resolutions.back() * (identity_.listsHalf ? 2 : 1);
+  if (resolution >= identity_.resolutions.front() && resolution <= highest) return {};
   return std::to_string(resolution) + " dots per inch are out of range";
 }
 
@@ -96,7 +96,7 @@ std::string StandardScanner::WhyNoArea(Bytes area) const {
     return "a width of " + std::to_string(scan.width) + " pixels is no multiple of 8";
   }
   if (scan.width > WidestLine()) return std::to_string(scan.width) + " pixels are too many";
-  const std::uint64_t divisor = std::uint64_t{identity.resolutions.back()} * 100;
+  const std::uint64_t divisor = std::uint64_t{identity_.resolutions.back()} * 100;
   const auto limit = [&](std::uint32_t pixels) {
     return (std::uint64_t{pixels} * ResolutionTimesZoom() + divisor - 1) / divisor;
   };
@@ -110,27 +110,27 @@ std::string StandardScanner::WhyNoBlock(Bytes lines) const {
 
 std::uint32_t StandardScanner::WidestLine() const {
   if (LevelDigit() < '4') return 4096;
-  return identity.level == "B8" ? 32752 : 16128;
+  return identity_.level == "B8" ? 32752 : 16128;
 }
 
 PixelSize StandardScanner::AreaOfSource() const {
-  if (source.IsFeeder()) return identity.feeder;
-  return source.IsTransparencyUnit() ? identity.transparencyUnit : identity.flatbed;
+  if (source.IsFeeder()) return identity_.feeder;
+  return source.IsTransparencyUnit() ? identity_.transparencyUnit : identity_.flatbed;
 }
 
 void StandardScanner::Apply(char letter) {
-  if (letter == 'Z') gamma = TakeGammaTables();
-  if (letter == 'R' || letter == 'H') accepted.erase('A');
-  if (letter == 'A') startRefused = false;
+  if (letter == 'Z') gamma_ = TakeGammaTables();
+  if (letter == 'R' || letter == 'H') accepted_.erase('A');
+  if (letter == 'A') startRefused_ = false;
 }
 
 std::optional<std::vector<std::uint8_t>> StandardScanner::Parameters(char letter) const {
-  const auto entry = accepted.find(letter);
-  return entry == accepted.end() ? std::nullopt : std::optional(entry->second);
+  const auto entry = accepted_.find(letter);
+  return entry == accepted_.end() ? std::nullopt : std::optional(entry->second);
 }
 
 std::uint32_t StandardScanner::ResolutionTimesZoom() const {
-  return Get16(accepted.at('R'), 0) * accepted.at('H')[0];
+  return Get16(accepted_.at('R'), 0) * accepted_.at('H')[0];
 }
 
 std::optional<ScanRequest> StandardScanner::Request() const {
@@ -138,13 +138,13 @@ std::optional<ScanRequest> StandardScanner::Request() const {
     if (!Parameters(letter)) return std::nullopt;
   }
   ScanRequest request;
-  static_cast<ScanArea&>(request) = DecodeArea(accepted.at('A'));
+  static_cast<ScanArea&>(request) = DecodeArea(accepted_.at('A'));
   request.dotsPerInch = (ResolutionTimesZoom() + 50) / 100;
-  request.colorMode = *FindColorMode(accepted.at('C')[0]);
-  request.bits = accepted.at('D')[0];
+  request.colorMode = *FindColorMode(accepted_.at('C')[0]);
+  request.bits = accepted_.at('D')[0];
   request.packsNibbles = true;
-  request.mirrored = Parameters('K') && accepted.at('K')[0] != 0;
-  request.gamma = gamma;
+  request.mirrored = Parameters('K') && accepted_.at('K')[0] != 0;
+  request.gamma = gamma_;
   return request;
 }
 

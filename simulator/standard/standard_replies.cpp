@@ -22,15 +22,15 @@ void AppendUnit(std::vector<std::uint8_t>& data, std::uint8_t status, PixelSize 
 }  // namespace
 
 void StandardScanner::TellLevel(Bytes) {
-  TellLevelData(0, LevelReply(identity.level, identity.resolutions, identity.flatbed));
+  TellLevelData(0, LevelReply(identity_.level, identity_.resolutions, identity_.flatbed));
 }
 
 // The level, zeros and the name.
 void StandardScanner::TellProduct(Bytes) {
   using namespace product_reply;
-  std::vector<std::uint8_t> data(identity.level.begin(), identity.level.end());
+  std::vector<std::uint8_t> data(identity_.level.begin(), identity_.level.end());
   data.resize(kNameOffset);
-  const std::string name = identity.productName.substr(0, kNameBytes);
+  const std::string name = identity_.productName.substr(0, kNameBytes);
   data.insert(data.end(), name.begin(), name.end());
   data.resize(kNameOffset + kNameBytes);
   AnswerInformation(0, data, defects.replyWithoutStx);
@@ -53,10 +53,10 @@ void StandardScanner::TellStatus(Bytes) {
     return;
   }
   constexpr int kFlags = status_bits::kFeederVariant | status_bits::kSecondFeederCapability;
-  const int flags = source.HasFeeder() ? identity.feederFlags & kFlags : 0;
+  const int flags = source.HasFeeder() ? identity_.feederFlags & kFlags : 0;
   std::vector<std::uint8_t> data{static_cast<std::uint8_t>(MainStatus() | flags)};
-  AppendUnit(data, source.FeederStatus(), identity.feeder);
-  AppendUnit(data, source.TransparencyStatus(), identity.transparencyUnit);
+  AppendUnit(data, source.FeederStatus(), identity_.feeder);
+  AppendUnit(data, source.TransparencyStatus(), identity_.transparencyUnit);
   AnswerInformation(MainStatus() & status_bits::kFatalError, data, defects.replyWithoutStx);
   CountStatusPoll();
 }

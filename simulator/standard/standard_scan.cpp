@@ -12,7 +12,7 @@ namespace simulator {
 // A driver expects block mode even where a defect kept ESC d from being accepted.
 void StandardScanner::StartTransfer(Bytes) {
   if (defects.Refuse('d')) ExcuseOutOfStep();
-  const bool repeated = std::exchange(startRefused, false);
+  const bool repeated = std::exchange(startRefused_, false);
   std::string reason = WhyRequestImpossible();
   if (reason.empty()) reason = WhyTransferRefused();
   if (reason.empty()) {
@@ -26,7 +26,7 @@ void StandardScanner::StartTransfer(Bytes) {
 // The first refusal asks the driver to start once more. In line mode the answer to that is a
 // line's header, which cannot tell of an error but by its first byte.
 void StandardScanner::RefuseStart(bool repeated) {
-  startRefused = !repeated;
+  startRefused_ = !repeated;
   const bool unclear = repeated && !Parameters('d');
   std::vector<std::uint8_t> header{unclear ? kNak : kStx, block_header::kError};
   header.resize(unclear ? block_header::kLineModeBytes : block_header::kBytes);

@@ -69,7 +69,7 @@ const StandardScanner::Row* StandardScanner::FindCommand(std::uint8_t prefix, st
 StandardScanner::StandardScanner(StandardScannerConfig config)
     : PageScanner(std::move(static_cast<Equipment&>(config)), config.manners,
                   (config.identity.feederFlags & status_bits::kFeederVariant) != 0),
-      identity(std::move(config.identity)) {}
+      identity_(std::move(config.identity)) {}
 
 std::optional<std::uint32_t> StandardScanner::ParameterBytes(std::uint8_t prefix,
                                                              std::uint8_t letter) const {
@@ -91,19 +91,19 @@ void StandardScanner::Execute(std::uint8_t prefix, std::uint8_t letter, Bytes pa
 void StandardScanner::TakeParameters(const Row& row, Bytes parameters) {
   const std::string reason = row.check == nullptr ? "" : (this->*row.check)(parameters);
   if (!reason.empty()) {
-    accepted.erase(row.letter);
+    accepted_.erase(row.letter);
     Refuse(std::string("ESC ") + row.letter + ": " + reason);
     return;
   }
-  accepted[row.letter].assign(parameters.begin(), parameters.end());
+  accepted_[row.letter].assign(parameters.begin(), parameters.end());
   Apply(row.letter);
   Answer(kAck);
 }
 
 void StandardScanner::Reset(Bytes) {
-  accepted.clear();
-  gamma = {};
-  startRefused = false;
+  accepted_.clear();
+  gamma_ = {};
+  startRefused_ = false;
   Forget();
 }
 
@@ -118,7 +118,7 @@ void StandardScanner::TakeTable(Bytes selectorAndTable) {
 
 // The area is in pixels of the source and the resolution that were chosen before it.
 void StandardScanner::ChooseSource(Bytes value) {
-  accepted.erase('A');
+  accepted_.erase('A');
   SwitchOption(value);
 }
 

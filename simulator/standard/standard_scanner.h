@@ -93,14 +93,14 @@ class StandardScanner final : public PageScanner {
   void BeginTransfer(bool repeated);
   void SpoilStart(std::vector<std::uint8_t> header, bool linesAtOnce);
 
-  bool IsLevelA() const { return identity.level.at(0) == 'A'; }
-  char LevelDigit() const { return identity.level.at(1); }
+  bool IsLevelA() const { return identity_.level.at(0) == 'A'; }
+  char LevelDigit() const { return identity_.level.at(1); }
   bool KnowsStatus() const { return LevelDigit() >= '4'; }
 
-  const StandardIdentity identity;
-  std::map<char, std::vector<std::uint8_t>> accepted;  // parameters by their letter
-  GammaTables gamma;                                   // of the last ESC Z
-  bool startRefused = false;                           // the last start, without an area since
+  const StandardIdentity identity_;
+  std::map<char, std::vector<std::uint8_t>> accepted_;  // parameters by their letter
+  GammaTables gamma_;                                   // of the last ESC Z
+  bool startRefused_ = false;                           // the last start, without an area since
 };
 
 }  // namespace simulator

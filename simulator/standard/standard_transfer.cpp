@@ -31,7 +31,7 @@ std::vector<std::uint8_t> StandardTransfer::HeaderOf(std::uint8_t status,
 
 void StandardTransfer::PutFront(ReplyQueue& replies) {
   std::vector<std::uint8_t> header = Header();
-  if (mode == Mode::kLines) {
+  if (mode_ == Mode::kLines) {
     header.resize(block_header::kLineModeBytes);
     if (BlockFails()) header[0] = kNak;
   }

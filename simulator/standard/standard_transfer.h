@@ -17,12 +17,12 @@ class StandardTransfer final : public BlockTransfer {
   // A line has at most 65535 bytes.
   StandardTransfer(LineSource source, const Manner& manner, Mode transferMode,
                    const Defects& defectsOfTheScanner)
-      : BlockTransfer(std::move(source), manner, defectsOfTheScanner), mode(transferMode) {}
+      : BlockTransfer(std::move(source), manner, defectsOfTheScanner), mode_(transferMode) {}
 
   // The answer to the start: in line mode a header that tells the bytes per line, in block mode
   // that of the first block.
   std::vector<std::uint8_t> StartHeader() const {
-    return mode == Mode::kLines ? HeaderOf(0, 1) : Header();
+    return mode_ == Mode::kLines ? HeaderOf(0, 1) : Header();
   }
 
  protected:
@@ -34,7 +34,7 @@ class StandardTransfer final : public BlockTransfer {
   std::vector<std::uint8_t> HeaderOf(std::uint8_t status, std::uint32_t lineCount) const;
   std::uint32_t AnnouncedLines() const;
 
-  const Mode mode;
+  const Mode mode_;
 };
 
 }  // namespace simulator

@@ -14,19 +14,19 @@ using capture::Transfer;
 
 void SampleConversation::Add(const Transfer& transfer) {
   Transfer timed = transfer;
-  timed.microseconds = now += kStep;
+  timed.microseconds = now_ += kStep;
   capture.entries.emplace_back(timed);
 }
 
 SampleConversation& SampleConversation::Call(const std::string& name,
                                              const std::vector<capture::Value>& values) {
-  openCall = name;
-  capture.entries.emplace_back(capture::CallBegin{name, values, now += kStep});
+  openCall_ = name;
+  capture.entries.emplace_back(capture::CallBegin{name, values, now_ += kStep});
   return *this;
 }
 
 SampleConversation& SampleConversation::Return(const std::vector<capture::Value>& values) {
-  capture.entries.emplace_back(capture::CallEnd{openCall, values, std::nullopt, now += kStep});
+  capture.entries.emplace_back(capture::CallEnd{openCall_, values, std::nullopt, now_ += kStep});
   return *this;
 }
 
@@ -73,7 +73,7 @@ SampleConversation& SampleConversation::ReadImage(std::uint32_t bytes, std::uint
 }
 
 SampleConversation& SampleConversation::Wait(std::uint64_t microseconds) {
-  now += microseconds;
+  now_ += microseconds;
   return *this;
 }
 

@@ -32,8 +32,8 @@ class SampleConversation {
  private:
   void Add(const capture::Transfer& transfer);
 
-  std::string openCall;
-  std::uint64_t now = 0;
+  std::string openCall_;
+  std::uint64_t now_ = 0;
 };
 
 // `count` times the byte.

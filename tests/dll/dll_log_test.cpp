@@ -61,7 +61,7 @@ class FakeLog final : public IWiaLog {
 
 class FakeLogFactory final : public IClassFactory {
  public:
-  explicit FakeLogFactory(FakeLog& made) : log(made) {}
+  explicit FakeLogFactory(FakeLog& made) : log_(made) {}
   HRESULT WINAPI QueryInterface(REFIID id, void** object) override {
     if (!IsEqualGUID(id, IID_IClassFactory) && !IsEqualGUID(id, IID_IUnknown)) return E_NOINTERFACE;
     *object = this;
@@ -70,12 +70,12 @@ class FakeLogFactory final : public IClassFactory {
   ULONG WINAPI AddRef() override { return 1; }
   ULONG WINAPI Release() override { return 1; }
   HRESULT WINAPI CreateInstance(IUnknown*, REFIID id, void** object) override {
-    return log.QueryInterface(id, object);
+    return log_.QueryInterface(id, object);
   }
   HRESULT WINAPI LockServer(BOOL) override { return S_OK; }
 
  private:
-  FakeLog& log;
+  FakeLog& log_;
 };
 
 // A process in which the host's log can be created.

@@ -25,17 +25,17 @@ class SilentDevice final : public pmddb832::tests::RawTransferDevice {
 // A file name of the test's own, gone at its end.
 class OwnFile {
  public:
-  explicit OwnFile(const std::string& name) : path(std::filesystem::temp_directory_path() / name) {
-    std::filesystem::remove(path);
+  explicit OwnFile(const std::string& name) : path_(std::filesystem::temp_directory_path() / name) {
+    std::filesystem::remove(path_);
   }
-  ~OwnFile() { std::filesystem::remove(path); }
+  ~OwnFile() { std::filesystem::remove(path_); }
   OwnFile(const OwnFile&) = delete;
   OwnFile& operator=(const OwnFile&) = delete;
 
-  std::string Name() const { return path.string(); }
+  std::string Name() const { return path_.string(); }
 
  private:
-  const std::filesystem::path path;
+  const std::filesystem::path path_;
 };
 
 // The file that a module looks into while it is called.

@@ -35,9 +35,9 @@ bool HasFault(const char* name) {
 class FakeDevice final : public IStiDevice {
  public:
   STDMETHODIMP QueryInterface(REFIID, LPVOID*) override { return E_NOINTERFACE; }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
   STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references;
+    const ULONG left = --references_;
     Note("device has " + std::to_string(left) + " references");
     if (left == 0) delete this;
     return left;
@@ -77,17 +77,17 @@ class FakeDevice final : public IStiDevice {
   STDMETHODIMP GetLastErrorInfo(STI_ERROR_INFO*) override { return E_NOTIMPL; }
 
  private:
-  ULONG references = 1;
-  const std::unique_ptr<simulator::Scanner> scanner =
+  ULONG references_ = 1;
+  const std::unique_ptr<simulator::Scanner> scanner_ =
       simulator::MakeScanner("extended", simulator::RenderTestPage(300));
 };
 
 class FakeService final : public IStillImageW {
  public:
   STDMETHODIMP QueryInterface(REFIID, LPVOID*) override { return E_NOINTERFACE; }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
   STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references;
+    const ULONG left = --references_;
     Note("service has " + std::to_string(left) + " references");
     if (left == 0) delete this;
     return left;
@@ -137,7 +137,7 @@ class FakeService final : public IStillImageW {
     device.pszPortName = const_cast<LPWSTR>(L"Usbscan0");
   }
 
-  ULONG references = 1;
+  ULONG references_ = 1;
 };
 
 }  // namespace

@@ -46,30 +46,30 @@ class Process {
     startup.hStdOutput = output.handle;
     startup.hStdError = errors.handle;
     if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
-                       &startup, &information) == 0) {
+                       &startup, &information_) == 0) {
       throw std::runtime_error("pmscan.exe does not start: Windows error " +
                                std::to_string(GetLastError()));
     }
   }
   ~Process() {
-    TerminateProcess(information.hProcess, 255);
-    CloseHandle(information.hThread);
-    CloseHandle(information.hProcess);
+    TerminateProcess(information_.hProcess, 255);
+    CloseHandle(information_.hThread);
+    CloseHandle(information_.hProcess);
   }
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
   unsigned long ExitCode() const {
     DWORD code = 0;
-    if (WaitForSingleObject(information.hProcess, kLongestRun) != WAIT_OBJECT_0) {
+    if (WaitForSingleObject(information_.hProcess, kLongestRun) != WAIT_OBJECT_0) {
       throw std::runtime_error("pmscan.exe does not end.");
     }
-    GetExitCodeProcess(information.hProcess, &code);
+    GetExitCodeProcess(information_.hProcess, &code);
     return code;
   }
 
  private:
-  PROCESS_INFORMATION information{};
+  PROCESS_INFORMATION information_{};
 };
 
 std::filesystem::path OwnFolder() {
@@ -89,16 +89,16 @@ std::uint32_t NumberAt(const std::string& file, std::size_t offset, std::size_t 
 }  // namespace
 
 ProgramUnderTest::ProgramUnderTest(const std::filesystem::path& programPath)
-    : program(OwnFolder() / programPath),
-      folder(std::filesystem::current_path() /
-             ("pmscan_program_" + std::to_string(GetCurrentProcessId()))) {
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directory(folder);
+    : program_(OwnFolder() / programPath),
+      folder_(std::filesystem::current_path() /
+              ("pmscan_program_" + std::to_string(GetCurrentProcessId()))) {
+  std::filesystem::remove_all(folder_);
+  std::filesystem::create_directory(folder_);
 }
 
 ProgramUnderTest::~ProgramUnderTest() {
   std::error_code ignored;
-  std::filesystem::remove_all(folder, ignored);
+  std::filesystem::remove_all(folder_, ignored);
 }
 
 ProgramResult ProgramUnderTest::Run(const std::string& arguments) const {
@@ -106,7 +106,7 @@ ProgramResult ProgramUnderTest::Run(const std::string& arguments) const {
   {
     const OutputFile output(Output());
     const OutputFile errors(Errors());
-    result.exitCode = Process(program, folder, arguments, output, errors).ExitCode();
+    result.exitCode = Process(program_, folder_, arguments, output, errors).ExitCode();
   }
   result.output = ReadAll(Output());
   result.errors = ReadAll(Errors());
@@ -114,16 +114,16 @@ ProgramResult ProgramUnderTest::Run(const std::string& arguments) const {
 }
 
 std::string ProgramUnderTest::Contents(const std::string& file) const {
-  return ReadAll(folder / file);
+  return ReadAll(folder_ / file);
 }
 
 void ProgramUnderTest::Write(const std::string& file, const std::string& contents) const {
-  std::ofstream(folder / file, std::ios::binary) << contents;
+  std::ofstream(folder_ / file, std::ios::binary) << contents;
 }
 
 std::vector<std::string> ProgramUnderTest::Files() const {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
     if (entry.path() == Output() || entry.path() == Errors()) continue;
     names.push_back(entry.path().filename().string());
   }

@@ -33,11 +33,11 @@ class ProgramUnderTest {
   std::vector<std::string> Files() const;
 
  private:
-  std::filesystem::path Output() const { return folder / "output.txt"; }
-  std::filesystem::path Errors() const { return folder / "errors.txt"; }
+  std::filesystem::path Output() const { return folder_ / "output.txt"; }
+  std::filesystem::path Errors() const { return folder_ / "errors.txt"; }
 
-  const std::filesystem::path program;
-  const std::filesystem::path folder;
+  const std::filesystem::path program_;
+  const std::filesystem::path folder_;
 };
 
 // Heights in lines of the pages of a TIFF file, from its contents.

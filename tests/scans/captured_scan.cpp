@@ -55,17 +55,17 @@ void ScanColour(const pmscan::ModuleExports& module, ScannerSettings& settings) 
 
 class LineCollector final : public pmscan::PictureTaker {
  public:
-  explicit LineCollector(std::vector<std::uint8_t>& collected) : lines(collected) {}
+  explicit LineCollector(std::vector<std::uint8_t>& collected) : lines_(collected) {}
   void Begin(const ScannerSettings&, const std::vector<capture::Value>&,
              const std::vector<capture::Value>&) override {}
   void TakeBand(const std::vector<std::uint8_t>& rows,
                 const std::vector<capture::Value>& band) override {
     const std::uint32_t bytes = pmscan::ValueOf(band, "bytes");
-    lines.insert(lines.end(), rows.begin(), rows.begin() + bytes);
+    lines_.insert(lines_.end(), rows.begin(), rows.begin() + bytes);
   }
 
  private:
-  std::vector<std::uint8_t>& lines;
+  std::vector<std::uint8_t>& lines_;
 };
 
 }  // namespace

@@ -33,13 +33,14 @@ void Conversation::Expect(std::string_view hex) {
 
 void Conversation::Send(const Bytes& bytes) {
   Bytes copy = bytes;
-  REQUIRE(scanner.RawWriteData(copy.data(), static_cast<std::uint32_t>(copy.size()), nullptr) == 0);
+  REQUIRE(scanner_.RawWriteData(copy.data(), static_cast<std::uint32_t>(copy.size()), nullptr) ==
+          0);
 }
 
 Bytes Conversation::Read(std::size_t count) {
   Bytes bytes(count);
   auto delivered = static_cast<std::uint32_t>(count);
-  REQUIRE(scanner.RawReadData(bytes.data(), &delivered, nullptr) == 0);
+  REQUIRE(scanner_.RawReadData(bytes.data(), &delivered, nullptr) == 0);
   REQUIRE(delivered == count);
   return bytes;
 }
@@ -47,7 +48,7 @@ Bytes Conversation::Read(std::size_t count) {
 Bytes Conversation::ReadInVain(std::size_t count) {
   Bytes bytes(count);
   auto delivered = static_cast<std::uint32_t>(count);
-  CHECK(scanner.RawReadData(bytes.data(), &delivered, nullptr) < 0);
+  CHECK(scanner_.RawReadData(bytes.data(), &delivered, nullptr) < 0);
   bytes.resize(delivered);
   return bytes;
 }

@@ -20,7 +20,7 @@ std::string ToHex(const Bytes& bytes);
 // The driver's side of the wire, spoken by a test.
 class Conversation {
  public:
-  explicit Conversation(pmddb832::StillImageDevice& partner) : scanner(partner) {}
+  explicit Conversation(pmddb832::StillImageDevice& partner) : scanner_(partner) {}
 
   void Send(const Bytes& bytes);
   void Send(std::string_view hex) { Send(FromHex(hex)); }
@@ -38,7 +38,7 @@ class Conversation {
   Bytes ReadInVain(std::size_t count);
 
  private:
-  pmddb832::StillImageDevice& scanner;
+  pmddb832::StillImageDevice& scanner_;
 };
 
 // One write and the read of its whole answer.

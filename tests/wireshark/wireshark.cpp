@@ -19,19 +19,19 @@ constexpr int kNoSuchCommand = 127 << 8;
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& suffix)
-      : path(std::filesystem::temp_directory_path() /
-             ("pmddb832-" + std::to_string(getpid()) + suffix)) {}
+      : path_(std::filesystem::temp_directory_path() /
+              ("pmddb832-" + std::to_string(getpid()) + suffix)) {}
   ~TemporaryFile() {
     std::error_code ignored;
-    std::filesystem::remove(path, ignored);
+    std::filesystem::remove(path_, ignored);
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  std::string Name() const { return path.string(); }
+  std::string Name() const { return path_.string(); }
 
  private:
-  const std::filesystem::path path;
+  const std::filesystem::path path_;
 };
 
 std::string Quoted(const std::string& text) {
@@ -87,7 +87,7 @@ Dissection::Dissection(const std::vector<std::uint8_t>& bytes,
   const std::string output = OutputOf(CommandFor(file.Name(), fields, preference));
   for (std::size_t at = 0; at < output.size();) {
     const std::size_t end = output.find('\n', at);
-    lines.push_back(output.substr(at, end - at));
+    lines_.push_back(output.substr(at, end - at));
     at = end + 1;
   }
 }

@@ -20,11 +20,11 @@ class Dissection {
              const std::string& preference = {});
 
   // Fields of the packet, counted from 1, with "|" between them.
-  std::string Packet(std::size_t number) const { return lines.at(number - 1); }
-  std::size_t Packets() const { return lines.size(); }
+  std::string Packet(std::size_t number) const { return lines_.at(number - 1); }
+  std::size_t Packets() const { return lines_.size(); }
 
  private:
-  std::vector<std::string> lines;
+  std::vector<std::string> lines_;
 };
 
 // The packets' one-line summaries.
