@@ -1,110 +1,143 @@
 #include <algorithm>
 
+#include "extended/ext_commands.h"
 #include "extended/ext_scan_cmd.h"
+#include "imaging/band.h"
 #include "imaging/line_conversion.h"
+#include "imaging/row_frame.h"
 #include "interface/scanner_settings.h"
 #include "platform/operating_system.h"
 #include "platform/trace.h"
+#include "wire/commands.h"
 #include "wire/document_source.h"
-#include "wire/error_codes.h"
 #include "wire/protocol_bytes.h"
 
 namespace pmddb832 {
 namespace {
 
 constexpr std::uint32_t kLinesPerProgressCall = 5;
-constexpr std::uint32_t kAllDone = 100;  // percent
+
+void BuildTrueColor(const ScanLine& line, HostRow row, const LineConversion& conversion) {
+  const TraceScope trace{"Extcmd::BuildTrueColor"};
+  CopyRow(line, row, {conversion.pad, conversion.whiteFill}, 3);
+}
+
+void Convert(const ScanLine& line, HostRow row, const LineConversion& conversion) {
+  if (conversion.pixelType == kTrueColour) {
+    BuildTrueColor(line, row, conversion);
+  } else {
+    ConvertLine(line, row, conversion);
+  }
+}
+
+// One attempt to start the scan: whether the scanner answered with a header.
+bool RequestTransfer(GeneralCmd& scanner, Call& call, StatusBlock& block, TransferHeader& header) {
+  if (Extcmd::CheckWarmup(scanner, call, block) == 0) return false;
+  platform::RepaintNow(call.settings.progressWindow);
+  if (Extcmd::SendFSCode(scanner, call, fs::kStart) == 0) return false;
+  if (scanner.Wire()->Read(call, header) == 0) return false;
+  return Get(header, transfer::kStx) == kStx;
+}
+
+// A scanner that reports an error is asked once more.
+bool StartScanningProcess(GeneralCmd& scanner, Call& call, StatusBlock& block,
+                          TransferHeader& header) {
+  const TraceScope trace{"Extcmd::StartScanningProcess"};
+  constexpr int kAttempts = 2;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (!RequestTransfer(scanner, call, block, header)) return false;
+    if ((Get(header, transfer::kStatus) & transfer::kError) == 0) return true;
+  }
+  return false;
+}
 
 }  // namespace
 
-void ExtScanCmd::AcquireImage(std::uint8_t* buffer, std::uint32_t bufferBytes,
+void ExtScanCmd::AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bufferBytes,
                               AcquisitionBand* band) {
   const TraceScope trace{"Extcmd::AcquireImage"};
-  errorCode_ = kNoError;
+  LastError() = kNoError;
   band->status = kAcquisitionFailed;
-  if (hostLineBytes_ == 0 || dataBuffer_ == nullptr) {
+  const std::uint32_t rowBytes = plan_.hostLineBytes;
+  if (rowBytes == 0 || !stream_.HasBuffer()) {
     Fail(kTransferFailed);
     return;
   }
-  const std::uint32_t rowBytes = hostLineBytes_;
-  const auto linesThatFit = static_cast<std::uint16_t>(bufferBytes / rowBytes);
+  const std::uint32_t linesThatFit = LinesThatFit(bufferBytes, rowBytes);
   if (linesThatFit == 0) return;
-  if (transferActive_ == 0 && StartTransfer() == 0) return;
-  const std::uint32_t linesLeft = heightPx_ - std::min(curLine_, heightPx_);
-  const std::uint32_t lines = std::min<std::uint32_t>(linesThatFit, linesLeft);
+  const std::uint32_t setUp = stream_.SetUpNumber();
+  if (!stream_.IsStarted() && !StartTransfer(call)) return;
+  const std::uint32_t linesLeft = plan_.height - std::min(stream_.LinesDelivered(), plan_.height);
+  const std::uint32_t lines = std::min(linesThatFit, linesLeft);
   band->lines = lines;
-  if (DeliverBand({buffer, std::size_t{lines} * rowBytes}, lines) == 0) return;
-  const bool done = curLine_ >= heightPx_;
+  if (!Deliver(call, setUp,
+               {{buffer, std::size_t{lines} * rowBytes},
+                rowBytes,
+                lines,
+                IsTopDown(plan_.outputFormat),
+                kLinesPerProgressCall})) {
+    return;
+  }
+  const bool done = stream_.LinesDelivered() >= plan_.height;
   band->done = done ? 1 : 0;
   band->bytes = lines * rowBytes;
-  if (!done || FinishPage() != 0) band->status = kAcquisitionGoOn;
+  if (!done || FinishPage(call)) band->status = kAcquisitionGoOn;
 }
 
-std::uint32_t ExtScanCmd::StartTransfer() {
-  if (SetupScanParameter() == 0) return Fail(kScannerError);
-  if (StartScanningProcess() == 0) {
-    if (errorCode_ == kWarmingUp) return 0;
-    const std::uint32_t cause = GetOptionStatus(nullptr, currentSettings->docFeedOption);
-    return Fail(cause == kNoError ? kScannerError : cause);
+// The host may set another scan up out of its progress routine: the band then ends.
+bool ExtScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows) {
+  const auto report = [&](std::uint32_t) {
+    if (progress_ != nullptr) progress_(PercentDone(stream_.LinesDelivered(), plan_.height));
+  };
+  const auto next = [&](ScanLine& line) {
+    if (stream_.SetUpNumber() != setUp) return Fail(kTransferFailed);
+    return stream_.NextLine(*this, call, plan_, line);
+  };
+  const auto convert = [&](const ScanLine& line, HostRow row) {
+    Convert(line, row, ConversionFor(plan_, call.settings));
+    stream_.CountLine();
+  };
+  return DeliverBand(rows, report, next, convert);
+}
+
+bool ExtScanCmd::StartTransfer(Call& call) {
+  const std::uint32_t setUp = stream_.SetUpNumber();
+  if (SetupScanParameter(call) == 0) return Fail(kScannerError);
+  if (!StartScanningProcess(*this, call, *work_.status, *work_.blockInfo)) {
+    if (LastError() == kWarmingUp) return false;
+    const std::uint32_t cause = GetOptionStatus(call, nullptr, call.settings.docFeedOption);
+    return Fail(cause == kNoError ? kScannerError : static_cast<ErrorCode>(cause));
   }
-  transferActive_ = 1;
+  // The host may have set another scan up out of its device or a repaint.
+  if (stream_.SetUpNumber() != setUp) return Fail(kTransferFailed);
+  stream_.Start(*work_.blockInfo);
+  return true;
+}
+
+bool ExtScanCmd::FinishPage(Call& call) {
+  if (progress_ != nullptr) progress_(kAllDone);
+  const ScannerSettings& settings = call.settings;
+  if (settings.scanSource == 0 || settings.docFeedOption != kFeeder || stream_.IsCancelled()) {
+    return true;
+  }
+  if (settings.mainStatusBit5 == 0) return EjectPage(call) != 0;
+  if (settings.keepPaper != 0) return true;
+  if (settings.feederStatusExtra == 0) return EjectPage(call) != 0;
+  return GetOptionStatus(call, nullptr, kFeeder) != kOptionEmpty || EjectPage(call) != 0;
+}
+
+std::uint32_t ExtScanCmd::AbortScan(Call& call) {
+  const TraceScope trace{"Extcmd::AbortScan"};
+  stream_.Cancel();
+  if (!stream_.IsStarted()) {
+    Fail(kTransferFailed);
+    return 0;
+  }
+  ScanLine dropped;
+  while (!stream_.IsOver()) {
+    if (!stream_.NextLine(*this, call, plan_, dropped)) return 0;
+  }
   return 1;
-}
-
-std::uint32_t ExtScanCmd::StartScanningProcess() {
-  const TraceScope trace{"Extcmd::StartScanningProcess"};
-  if (RequestTransfer() == 0) return 0;
-  if ((Get(*blockInfo_, transfer::kStatus) & transfer::kError) == 0) return 1;
-  if (RequestTransfer() == 0) return 0;
-  return (Get(*blockInfo_, transfer::kStatus) & transfer::kError) == 0 ? 1 : 0;
-}
-
-// One attempt to start the scan: 1 when the scanner answered with a header.
-std::uint32_t ExtScanCmd::RequestTransfer() {
-  if (CheckWarmup() == 0) return 0;
-  platform::RepaintNow(currentSettings->progressWindow);
-  if (SendFSCode('G') == 0) return 0;
-  if (Wire().Read(*blockInfo_) == 0) return 0;
-  return Get(*blockInfo_, transfer::kStx) == kStx ? 1 : 0;
-}
-
-std::uint32_t ExtScanCmd::DeliverBand(std::span<std::uint8_t> band, std::uint32_t lines) {
-  const std::size_t rowBytes = lines == 0 ? 0 : band.size() / lines;
-  for (std::uint32_t i = 0; i < lines; ++i) {
-    if (i % kLinesPerProgressCall == 0) ReportProgress();
-    const std::uint32_t row = IsTopDown(hostPixelType_) ? i : lines - 1 - i;
-    if (GetScanData() == 0) return 0;
-    ConvertScanLine(band.subspan(row * rowBytes, rowBytes));
-    ++curLine_;
-  }
-  return 1;
-}
-
-void ExtScanCmd::ReportProgress() const {
-  if (progressCallback_ == nullptr) return;
-  progressCallback_(heightPx_ == 0 ? kAllDone : curLine_ * kAllDone / heightPx_);
-}
-
-void ExtScanCmd::ConvertScanLine(HostRow row) {
-  const auto pad = static_cast<std::int16_t>(padPixels_);
-  if (scanPixelType_ == kTrueColour) {
-    BuildTrueColor(line_, row, pad);
-  } else {
-    ConvertLine(scanPixelType_, line_, row, {convertFlag_ != 0, pad});
-  }
-}
-
-std::uint32_t ExtScanCmd::FinishPage() {
-  if (progressCallback_ != nullptr) progressCallback_(kAllDone);
-  if (currentSettings == nullptr) return Fail(kTransferFailed);
-  const ScannerSettings& settings = *currentSettings;
-  if (settings.scanSource == 0 || settings.docFeedOption != kFeeder || abortRequested_ != 0) {
-    return 1;
-  }
-  if (settings.mainStatusBit5 == 0) return EjectPage();
-  if (settings.keepPaper != 0) return 1;
-  if (settings.feederStatusExtra == 0) return EjectPage();
-  return GetOptionStatus(nullptr, kFeeder) == kOptionEmpty ? EjectPage() : 1;
 }
 
 }  // namespace pmddb832

@@ -1,42 +1,23 @@
+#include "transport/identification.h"
+
 #include <algorithm>
 #include <new>
 #include <string_view>
 
+#include "extended/ext_commands.h"
 #include "extended/ext_scan_cmd.h"
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "transport/command_level.h"
 #include "transport/device_driver.h"
 #include "transport/model_names.h"
+#include "wire/commands.h"
 #include "wire/document_source.h"
-#include "wire/error_codes.h"
 
 namespace pmddb832 {
 namespace {
 
-constexpr std::size_t kColorOrderEntries = 8;
 constexpr std::size_t kSpareBytes = 6;
 constexpr std::uint16_t kExtendedSetVariant = 3;
-
-std::uint32_t CommandLevelCode(char letter, char digit) {
-  if (letter != 'B') return 0;
-  switch (digit) {
-    case '3':
-      return 1;
-    case '4':
-      return 2;
-    case '5':
-      return 3;
-    case '6':
-      return 6;
-    case '7':
-      return 7;
-    case '8':
-      return 8;
-    default:
-      return 0;
-  }
-}
 
 // Names that have an entry of their own but are never reported: the entry counts for its bit depth
 // only.
@@ -48,6 +29,62 @@ constexpr bool IsUnreportedName(std::string_view productName) {
 
 constexpr bool Has14Bits(std::string_view productName) {
   return productName == "SCANNER RV-3100 " || productName == "Prospectra3140XL";
+}
+
+void StoreResolutions(ScannerSettings& settings, const ExtendedIdentity& identity) {
+  settings.minResolution = static_cast<std::uint16_t>(identity.minimumResolution * 2);
+  settings.minResolutionCopy = settings.minResolution;
+  settings.baseResolution = static_cast<std::uint16_t>(identity.basicResolution);
+  settings.baseResolutionCopy = settings.baseResolution;
+  const auto doubledMaximum = static_cast<std::uint16_t>(identity.maximumResolution);
+  settings.maxResolution = static_cast<std::uint16_t>(doubledMaximum >> 1);
+  settings.maxResolutionCopy = settings.maxResolution;
+}
+
+std::uint32_t StoreCommandLevel(ScannerSettings& settings, const ExtendedIdentity& identity) {
+  settings.commandLevelText[0] = identity.levelLetter;
+  settings.commandLevelText[1] = identity.levelDigit;
+  settings.commandLevelText[2] = '\0';
+  settings.commandLevel = ExtendedLevelCode(identity.levelLetter, identity.levelDigit);
+  return settings.commandLevel;
+}
+
+void StoreFeederFlags(ScannerSettings& settings, std::uint8_t flags) {
+  settings.mainStatusBit5 = 0;
+  settings.mainStatusBit4 = 0;
+  settings.feederStatusExtra = 0;
+  if ((flags & identity::kFeederVariant) == 0) return;
+  settings.mainStatusBit5 = 1;
+  if ((flags & identity::kSecondFeederCapability) != 0) settings.mainStatusBit4 = 1;
+  const bool third = (flags & identity::kThirdFeederCapability) != 0;
+  if (third || HostModelId(settings) == "RV3100") settings.feederStatusExtra = 1;
+}
+
+void StoreAreas(ScannerSettings& settings, const ExtScannerFacts& facts) {
+  const std::uint32_t basicResolution = facts.identity.basicResolution;
+  settings.bedWidth = facts.flatbed.width * 100 / basicResolution;
+  settings.bedHeight = facts.flatbed.height * 100 / basicResolution;
+  settings.areaCount = 1;
+  if (settings.docFeedOption == kFlatbed) return;
+  settings.areaCount = 2;
+  settings.optionWidth = facts.option.width * 100 / basicResolution;
+  settings.optionHeight = facts.option.height * 100 / basicResolution;
+}
+
+// False with an empty name when the model is not to be named; the facts learn its bit depth.
+bool GetScannerProductName(ScannerSettings& settings, const IdentityBlock& block,
+                           ExtScannerFacts& facts) {
+  const TraceScope trace{"Extcmd::GetScannerProductName"};
+  const std::string_view productName = StoreProductName(settings, ProductName(block));
+  const std::string_view modelId = HostModelId(settings);
+  if (const std::string_view listed = ListedModelName(modelId); !listed.empty()) {
+    StoreModelName(settings, listed);
+    return true;
+  }
+  if (Has14Bits(productName)) facts.highBitDepth = kGreatHighBitDepth;
+  const bool unreported = Has14Bits(productName) || IsUnreportedName(productName);
+  StoreModelName(settings, unreported ? std::string_view{} : modelId);
+  return !unreported && !modelId.empty();
 }
 
 }  // namespace
@@ -62,165 +99,100 @@ ExtScanCmd::~ExtScanCmd() {
 
 std::uint32_t ExtScanCmd::InitWorkArea() {
   const TraceScope trace{"Extcmd::InitWorkArea"};
-  identity_.reset(new (std::nothrow) IdentityBlock{});
-  if (identity_ != nullptr) status_.reset(new (std::nothrow) StatusBlock{});
-  if (status_ != nullptr) parameters_.reset(new (std::nothrow) ParameterBlock{});
-  if (parameters_ != nullptr) blockInfo_.reset(new (std::nothrow) TransferHeader{});
-  if (blockInfo_ != nullptr) return 1;
-  identity_.reset();
-  status_.reset();
-  parameters_.reset();
+  work_.identity.reset(new (std::nothrow) IdentityBlock{});
+  if (work_.identity != nullptr) work_.status.reset(new (std::nothrow) StatusBlock{});
+  if (work_.status != nullptr) work_.parameters.reset(new (std::nothrow) ParameterBlock{});
+  if (work_.parameters != nullptr) work_.blockInfo.reset(new (std::nothrow) TransferHeader{});
+  if (work_.blockInfo != nullptr) return 1;
+  work_ = {};
   return 0;
 }
 
-std::uint32_t ExtScanCmd::Open() {
+std::uint32_t ExtScanCmd::Open(Call& call) {
   const TraceScope trace{"Extcmd::Open"};
-  if (opened_ != 0) return 1;
-  dataBufferSize_ = kDataBufferBytes;
-  dataBuffer_.reset();
-  if (currentChannel == nullptr || currentChannel->Open() == 0) return 0;
-  if (BildScannerInfo() == 0) {
+  if (opened_) return 1;
+  stream_.Close();
+  if (call.channel == nullptr || call.channel->Open() == 0) return 0;
+  if (BildScannerInfo(call) == 0) {
     spare6_.reset();
     colorOrder_.reset();
     return 0;  // the channel stays open, deliberately
   }
-  dataBuffer_ = platform::MakeHeapBlock(dataBufferSize_);
-  if (dataBuffer_ == nullptr) return 0;
-  opened_ = 1;
-  return 1;
+  opened_ = stream_.Open();
+  return opened_ ? 1 : 0;
 }
 
-void ExtScanCmd::Close() {
+void ExtScanCmd::Close(Call& call) {
   const TraceScope trace{"Extcmd::Close"};
-  if (opened_ == 0) return;
-  opened_ = 0;
+  if (!opened_) return;
+  opened_ = false;
   spare6_.reset();
   colorOrder_.reset();
-  if (currentChannel != nullptr) currentChannel->Close();
-  dataBuffer_.reset();
+  if (call.channel != nullptr) call.channel->Close(call.settings);
+  stream_.Close();
 }
 
 std::uint32_t ExtScanCmd::GetLastError() {
   const TraceScope trace{"Extcmd::GetLastError"};
-  const std::uint32_t transportError = Wire().ErrorCode();
-  return transportError != 0 ? transportError : errorCode_;
+  const std::uint32_t transportError = Wire()->ErrorCode();
+  return transportError != 0 ? transportError : LastError();
 }
 
-std::uint32_t ExtScanCmd::BildScannerInfo() {
+std::uint32_t ExtScanCmd::BildScannerInfo(Call& call) {
   const TraceScope trace{"Extcmd::BildScannerInfo"};
-  if (ResetScanner() == 0 || ReadIdentity() == 0) return 0;
-  ScannerSettings& settings = *currentSettings;
+  if (ResetScanner(call) == 0 || !ReadIdentity(call)) return 0;
+  ScannerSettings& settings = call.settings;
   settings.scanInfoVariant = kExtendedSetVariant;
   spare6_.reset(new (std::nothrow) std::uint8_t[kSpareBytes]{});
   if (spare6_ == nullptr) return 0;
-  settings.minResolution =
-      static_cast<std::uint16_t>(Get(*identity_, identity::kMinimumResolutionLow) * 2);
-  settings.minResolutionCopy = settings.minResolution;
-  settings.baseResolution = Get(*identity_, identity::kBasicResolutionLow);
-  settings.baseResolutionCopy = settings.baseResolution;
-  settings.maxResolution =
-      static_cast<std::uint16_t>(Get(*identity_, identity::kMaximumResolutionLow) >> 1);
-  settings.maxResolutionCopy = settings.maxResolution;
-  if (AllocateColorOrder() == 0 || StoreCommandLevel() == 0) return 0;
-  if (settings.commandLevel > 1 && StoreOptionUnit() == 0) return 0;
-  if (GetScannerProductName() == 0) StoreModelName(kUnknownModelName);
+  StoreResolutions(settings, facts_.identity);
+  colorOrder_ = MakeIndexTable();
+  if (colorOrder_ == nullptr) return 0;
+  const LevelTraits& level = TraitsOf(StoreCommandLevel(settings, facts_.identity));
+  if (level.code == 0) {
+    Fail(kUnsupportedLevel);
+    return 0;
+  }
+  if (level.status && !FindOptionUnit(call)) return 0;
+  if (!GetScannerProductName(settings, *work_.identity, facts_)) {
+    StoreModelName(settings, kUnknownModelName);
+  }
   settings.scanSource = 0;
-  settings.halftoneInfo = GetHalfTones();
-  StoreAreas();
-  StoreLevelGroupAndRange(settings, settings.commandLevel);
+  settings.halftoneInfo = GetHalfTones(settings);
+  StoreAreas(settings, facts_);
+  StoreLevelGroupAndRange(settings, level);
   return 1;
 }
 
 // A block whose basic resolution is 0 cannot be used, since every area is divided by it: it counts
 // as unreadable, and the block that was known before stays.
-std::uint32_t ExtScanCmd::ReadIdentity() {
-  IdentityBlock block = *identity_;  // a short reply leaves the rest as it was
-  if (SendFSCode('I') == 0 || Wire().Read(block) == 0) return 0;
-  if (Get(block, identity::kBasicResolution) == 0) return Fail(kUnreadable);
-  *identity_ = block;
-  return 1;
-}
-
-std::uint32_t ExtScanCmd::AllocateColorOrder() {
-  colorOrder_.reset(new (std::nothrow) std::uint16_t[kColorOrderEntries]{});
-  if (colorOrder_ == nullptr) return 0;
-  for (std::size_t i = 0; i < kColorOrderEntries; ++i) {
-    colorOrder_[i] = static_cast<std::uint16_t>(i + 1);
+bool ExtScanCmd::ReadIdentity(Call& call) {
+  IdentityBlock block = *work_.identity;  // a short reply leaves the rest as it was
+  if (Extcmd::SendFSCode(*this, call, fs::kIdentity) == 0 || Wire()->Read(call, block) == 0) {
+    return false;
   }
-  return 1;
+  const ExtendedIdentity told = DecodeIdentity(block);
+  if (told.basicResolution == 0) return Fail(kUnreadable);
+  *work_.identity = block;
+  facts_.identity = told;
+  return true;
 }
 
-std::uint32_t ExtScanCmd::StoreCommandLevel() {
-  ScannerSettings& settings = *currentSettings;
-  settings.commandLevelText[0] = static_cast<char>(Get(*identity_, identity::kLevelLetter));
-  settings.commandLevelText[1] = static_cast<char>(Get(*identity_, identity::kLevelDigit));
-  settings.commandLevelText[2] = '\0';
-  settings.commandLevel =
-      CommandLevelCode(settings.commandLevelText[0], settings.commandLevelText[1]);
-  return settings.commandLevel == 0 ? Fail(kUnsupportedLevel) : 1;
-}
-
-std::uint32_t ExtScanCmd::StoreOptionUnit() {
-  if (GetStatusBuffer(*status_) == 0) return Fail(kUnreadable);
-  ScannerSettings& settings = *currentSettings;
+bool ExtScanCmd::FindOptionUnit(Call& call) {
+  if (Extcmd::GetStatusBuffer(*this, call, *work_.status) == 0) return Fail(kUnreadable);
+  ScannerSettings& settings = call.settings;
+  const ExtendedIdentity& told = facts_.identity;
   settings.docFeedOption = kFlatbed;
-  flatbed_ = {Get(*identity_, identity::kFlatbedWidth), Get(*identity_, identity::kFlatbedHeight)};
-  if ((Get(*status_, status::kFeeder) & status::kInstalled) != 0) {
+  facts_.flatbed = told.flatbed;
+  if (status::IsSet(Get(*work_.status, status::kFeeder), status::kInstalled)) {
     settings.docFeedOption = kFeeder;
-    TakeFeederArea();
-    StoreFeederFlags();
-  } else if ((Get(*status_, status::kTransparency) & status::kInstalled) != 0) {
+    facts_.option = told.feeder;
+    StoreFeederFlags(settings, told.feederFlags);
+  } else if (status::IsSet(Get(*work_.status, status::kTransparency), status::kInstalled)) {
     settings.docFeedOption = kTransparencyUnit;
-    option_ = {Get(*identity_, identity::kTransparencyWidth),
-               Get(*identity_, identity::kTransparencyHeight)};
-    optionCopy_ = option_;
+    facts_.option = told.transparencyUnit;
   }
-  return 1;
-}
-
-void ExtScanCmd::StoreFeederFlags() {
-  ScannerSettings& settings = *currentSettings;
-  settings.mainStatusBit5 = 0;
-  settings.mainStatusBit4 = 0;
-  settings.feederStatusExtra = 0;
-  const std::uint8_t flags = Get(*identity_, identity::kFeederFlags);
-  if ((flags & identity::kFeederVariant) == 0) return;
-  settings.mainStatusBit5 = 1;
-  if ((flags & identity::kSecondFeederCapability) != 0) settings.mainStatusBit4 = 1;
-  const bool third = (flags & identity::kThirdFeederCapability) != 0;
-  if (third || HostModelId() == "RV3100") settings.feederStatusExtra = 1;
-}
-
-void ExtScanCmd::StoreAreas() {
-  const std::uint32_t basicResolution = Get(*identity_, identity::kBasicResolution);
-  ScannerSettings& settings = *currentSettings;
-  settings.bedWidth = flatbed_.width * 100 / basicResolution;
-  settings.bedHeight = flatbed_.height * 100 / basicResolution;
-  settings.areaCount = 1;
-  if (settings.docFeedOption == kFlatbed) return;
-  settings.areaCount = 2;
-  settings.optionWidth = option_.width * 100 / basicResolution;
-  settings.optionHeight = option_.height * 100 / basicResolution;
-}
-
-std::uint32_t ExtScanCmd::GetScannerProductName() {
-  const TraceScope trace{"Extcmd::GetScannerProductName"};
-  const std::string_view productName = StoreProductName(
-      std::span{*identity_}.subspan<identity::kProductNameOffset, identity::kProductNameBytes>());
-  const std::string_view modelId = HostModelId();
-  if (const std::string_view listed = ListedModelName(modelId); !listed.empty()) {
-    StoreModelName(listed);
-    return 1;
-  }
-  if (Has14Bits(productName)) highBitDepth_ = 14;
-  const bool unreported = Has14Bits(productName) || IsUnreportedName(productName);
-  StoreModelName(unreported ? std::string_view{} : modelId);
-  return unreported || modelId.empty() ? 0 : 1;
-}
-
-std::uint32_t ExtScanCmd::Fail(std::uint32_t code) {
-  errorCode_ = code;
-  return 0;
+  return true;
 }
 
 }  // namespace pmddb832

@@ -1,66 +1,78 @@
+#include "extended/ext_commands.h"
 #include "extended/ext_scan_cmd.h"
+#include "extended/parameters.h"
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "wire/error_codes.h"
+#include "wire/commands.h"
+#include "wire/parameter_fields.h"
 
 namespace pmddb832 {
-namespace {
 
-constexpr std::uint8_t kColorModeBlueFirst = 0x23;
-
-// Units of a line that is `pixels` wide.
-std::uint32_t UnitsFor(std::uint32_t pixels, const PixelFormat& format) {
-  return pixels / format.pixelsPerUnit + (pixels % format.pixelsPerUnit != 0 ? 1 : 0);
-}
-
-// Rounds up to a multiple of 4, except for the host's pixel type 4. No type of this set packs two
-// pixels into a unit, the other case that stays unaligned.
-std::uint32_t AlignLine(std::uint32_t bytes, std::uint32_t hostPixelType) {
-  return hostPixelType == kPalette ? bytes : (bytes + 3) & ~3u;
-}
-
-}  // namespace
-
-void ExtScanCmd::InitAcquire(std::uint32_t hostPixelType, ProgressCallback progress,
+void ExtScanCmd::InitAcquire(Call& call, std::uint32_t hostPixelType, ProgressCallback progress,
                              AcquisitionSetup* setup) {
   const TraceScope trace{"Extcmd::InitAcquire"};
-  const ScannerSettings& settings = *currentSettings;
-  widthPx_ = settings.areaWidthPx;
-  heightPx_ = settings.areaHeightPx;
-  areaLeftPx_ = settings.areaLeftPx;
-  areaTopPx_ = settings.areaTopPx;
-  hostPixelType_ = hostPixelType;
-  convertFlag_ = hostPixelType != 1 ? 1 : 0;
-  SetPixelType();
-  hostLineBytes_ = AlignLine(UnitsFor(widthPx_, format_) * format_.bytesPerUnit, hostPixelType);
-  curLine_ = 0;
-  blocksRead_ = 0;
-  abortRequested_ = 0;
-  endOfData_ = 0;
-  transferActive_ = 0;
-  progressCallback_ = progress;
-  const std::uint32_t refused = LineError();
-  if (refused != kNoError) errorCode_ = refused;
+  plan_ = PlanScan(plan_, call.settings, hostPixelType);
+  stream_.SetUp();
+  progress_ = progress;
+  const ErrorCode refused = SetUpError(plan_);
+  if (refused != kNoError) Fail(refused);
   setup->status = refused == kNoError ? kAcquisitionGoOn : kAcquisitionFailed;
-  setup->lineBytes = hostLineBytes_;
-  setup->widthPixels = widthPx_;
-  setup->heightLines = heightPx_;
+  setup->lineBytes = plan_.hostLineBytes;
+  setup->widthPixels = plan_.width;
+  setup->heightLines = plan_.height;
 }
 
-std::uint32_t ExtScanCmd::LineError() const {
-  if (widthPx_ > kWidestLine) return kAreaBeyondLimits;
-  if (hostLineBytes_ == 0) return kEmptyLine;
-  return kDataBufferBytes / hostLineBytes_ == 0 ? kTooLarge : kNoError;
+std::uint32_t ExtScanCmd::SetupScanParameter(Call& call) {
+  const TraceScope trace{"Extcmd::SetupScanParameter"};
+  if (facts_.identity.basicResolution == 0) {
+    Fail(kUnreadable);
+    return 0;
+  }
+  PutOptions(*work_.parameters, call.settings, plan_, facts_.highBitDepth);
+  if (!SendGamma(call) || !SendColourCorrection(call)) return 0;
+  PutFilters(*work_.parameters, call.settings);
+  return SendParameters(call) ? 1 : 0;
 }
 
-void ExtScanCmd::SetPixelType() {
-  const TraceScope trace{"Extcmd::SetPixelType"};
-  const std::uint32_t pixelType = currentSettings->pixelType;
-  const PixelFormat* format = FindPixelFormat(pixelType, currentSettings->previewMode != 0);
-  if (format == nullptr || IsStandardSetOnly(pixelType)) return;
-  format_ = *format;
-  scanPixelType_ = pixelType;
-  if (pixelType == kTrueColour && convertFlag_ != 0) format_.colorMode = kColorModeBlueFirst;
+bool ExtScanCmd::SendGamma(Call& call) {
+  const ScannerSettings& settings = call.settings;
+  if (settings.customGamma == 0) {
+    PutGammaAndBrightness(*work_.parameters, settings, SetGamma(settings.gamma));
+    return true;
+  }
+  const auto send = [&](std::uint8_t channel, std::span<const std::uint8_t> table) {
+    return Extcmd::SendCorrectionData(*this, call, esc::kGammaTable, channel, table) != 0;
+  };
+  const bool sent = settings.monoScan != 0
+                        ? send('M', settings.gammaTableR)
+                        : send('R', settings.gammaTableR) && send('G', settings.gammaTableG) &&
+                              send('B', settings.gammaTableB);
+  if (sent) PutGammaOfTables(*work_.parameters, settings);
+  return sent;
+}
+
+bool ExtScanCmd::SendColourCorrection(Call& call) {
+  const ScannerSettings& settings = call.settings;
+  if (settings.monoScan != 0) return true;
+  const bool correct = settings.colorCorrection != 0;
+  if (correct && Extcmd::SendCorrectionData(*this, call, esc::kColorMatrix, kNoPrefix,
+                                            settings.colorMatrix) == 0) {
+    return false;
+  }
+  Put(*work_.parameters, parameter::kColorCorrection, correct ? 1 : 0);
+  return true;
+}
+
+bool ExtScanCmd::SendParameters(Call& call) {
+  ParameterBlock& block = *work_.parameters;
+  const ErrorCode refused =
+      PlanTransfer(plan_, call.settings, facts_, Get(block, parameter::kBitsPerSample));
+  call.settings.areaLeftPx = plan_.left;
+  call.settings.areaTopPx = plan_.top;
+  if (refused != kNoError) return Fail(refused);
+  PutArea(block, plan_);
+  if (Extcmd::SendFSCode(*this, call, fs::kParameters) == 0 || CheckAck(call) == 0) return false;
+  return Wire()->Write(call, block) != 0 && CheckAck(call) != 0;
 }
 
 }  // namespace pmddb832

@@ -3,26 +3,40 @@
 #include "imaging/pixel_conversion.h"
 #include "imaging/pixel_format.h"
 #include "interface/scanner_settings.h"
+#include "wire/document_source.h"
 
 namespace pmddb832 {
 
-void ConvertLine(std::uint32_t pixelType, const ScanLine& line, HostRow row,
-                 const LineConversion& conversion) {
-  const ScannerSettings& settings = *currentSettings;
-  const bool mirror = settings.mirrorImage != 0;
-  const bool preview = settings.previewMode != 0;
-  switch (pixelType) {
+LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings& settings) {
+  const bool whiteFill = settings.docFeedOption == kFeeder && settings.mainStatusBit5 != 0 &&
+                         settings.whitePadding != 0;
+  return {plan.pixelType,
+          static_cast<std::int16_t>(plan.padPixels),
+          plan.reorder,
+          settings.invertMono != 0,
+          settings.mirrorImage != 0,
+          settings.previewMode != 0,
+          whiteFill};
+}
+
+void ConvertLine(const ScanLine& line, HostRow row, const LineConversion& conversion) {
+  const auto& [type, pad, reorder, invert, mirror, preview, white] = conversion;
+  switch (type) {
     case kLineArt:
-      return Scanutil::Pix2Mono(line, row, conversion.pad, settings.invertMono != 0);
+      return Scanutil::Pix2Mono(line, row, pad, invert, white);
     case kGrey:
-      if (preview) return Scanutil::Pix256MonoPreview(line, row, conversion.pad);
-      return Scanutil::Pix256MonoFinal(line, row, conversion.pad, mirror);
+      if (preview) return Scanutil::Pix256MonoPreview(line, row, pad, white);
+      return Scanutil::Pix256MonoFinal(line, row, pad, mirror, white);
+    case kPalette:
+      return Scanutil::Pix256Color(line, row, reorder, pad, white);
+    case kTrueColour:
+      return Scanutil::PixTrueColor(line, row, reorder, pad, white);
     case kColour12:
-      return Scanutil::Pix4096Color(line, row, conversion.pad);
+      return Scanutil::Pix4096Color(line, row, pad, white);
     case kDeepColour:
-      return Scanutil::PixSuperColor(line, row, conversion.convert, conversion.pad, preview);
+      return Scanutil::PixSuperColor(line, row, reorder, pad, preview, white);
     case kDeepGrey:
-      return Scanutil::Pix4096Mono(line, row, conversion.pad, mirror);
+      return Scanutil::Pix4096Mono(line, row, pad, mirror, white);
     default:
       return;
   }

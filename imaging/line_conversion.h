@@ -3,23 +3,25 @@
 #include <cstdint>
 
 #include "imaging/scan_line.h"
+#include "imaging/scan_plan.h"
 
 namespace pmddb832 {
 
-// Whether the rows of a band are delivered from the top, for the output format that the host gave
-// when it set the scan up; else they are delivered from the bottom.
-constexpr bool IsTopDown(std::uint32_t outputFormat) {
-  return outputFormat == 1 || outputFormat == 3 || outputFormat == 5 || outputFormat == 6;
-}
-
+// What turns a raw line into the host's row.
 struct LineConversion {
-  bool convert;      // reorder the colour channels for the host
+  std::uint32_t pixelType;
   std::int16_t pad;  // pixels cut off at the edge of the area
+  bool reorder;      // the colour channels, for the host
+  bool invert;       // line art
+  bool mirror;
+  bool preview;
+  bool whiteFill;
 };
 
-// Converts a line of line art, grey, 12-bit colour or a deep type, which both command sets treat
-// alike, as the settings ask. Other pixel types write nothing.
-void ConvertLine(std::uint32_t pixelType, const ScanLine& line, HostRow row,
-                 const LineConversion& conversion);
+// The conversion of the plan's lines, as the settings ask for it now.
+LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings& settings);
+
+// Converts a line. Types that have no conversion write nothing.
+void ConvertLine(const ScanLine& line, HostRow row, const LineConversion& conversion);
 
 }  // namespace pmddb832

@@ -34,4 +34,11 @@ LinePlacement PlaceInGroupsOf8(std::uint32_t left, std::uint32_t width, std::uin
   return fromRight ? PlaceFromRight(left, width, limit) : PlaceFromLeft(left, width, limit);
 }
 
+LinePlacement PlaceByteAligned(std::uint32_t left, std::uint32_t width, std::uint32_t limit,
+                               bool fromRight) {
+  if (left + width <= limit) return {left, width, 0};
+  if (fromRight) return {limit - width, width, 0};
+  return {left, limit - left, Low16(width + left - limit)};
+}
+
 }  // namespace pmddb832

@@ -24,4 +24,9 @@ struct LinePlacement {
 LinePlacement PlaceInGroupsOf8(std::uint32_t left, std::uint32_t width, std::uint32_t limit,
                                bool fromRight);
 
+// Fits it where samples are whole bytes and any width can be sent: cut at its right edge, or moved
+// to the left with `fromRight`.
+LinePlacement PlaceByteAligned(std::uint32_t left, std::uint32_t width, std::uint32_t limit,
+                               bool fromRight);
+
 }  // namespace pmddb832

@@ -14,13 +14,13 @@ constexpr std::int32_t BytesForPixels(std::int16_t pixels) {
 
 }  // namespace
 
-void Pix2Mono(const ScanLine& line, HostRow row, std::int16_t pad, bool invert) {
+void Pix2Mono(const ScanLine& line, HostRow row, std::int16_t pad, bool invert, bool whiteFill) {
   const TraceScope trace{"Scanutil::Pix2Mono"};
   const std::uint8_t* from = line.plane0.data();
   const RowFrame frame =
       DivideRow(line.pixelCount, BytesForPixels(pad), line.plane0.size(), row.size());
   if (frame.converted == 0) {
-    FinishRow(row, frame, 1, nullptr);
+    FinishRow(row, frame, 1, nullptr, whiteFill);
     return;
   }
   if (invert) {
@@ -28,7 +28,7 @@ void Pix2Mono(const ScanLine& line, HostRow row, std::int16_t pad, bool invert) 
   } else {
     std::memcpy(row.data(), from, frame.converted);
   }
-  FinishRow(row, frame, 1, from + frame.converted - 1);
+  FinishRow(row, frame, 1, from + frame.converted - 1, whiteFill);
 }
 
 }  // namespace pmddb832::Scanutil

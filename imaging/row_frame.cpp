@@ -2,16 +2,14 @@
 
 #include <cstring>
 
-#include "interface/scanner_settings.h"
-
 namespace pmddb832 {
 namespace {
 
 constexpr std::uint8_t kWhite = 0xFF;
 
 void FillPixels(std::uint8_t* to, std::size_t pixels, std::size_t pixelBytes,
-                const std::uint8_t* lastPixel) {
-  if (FillIsWhite()) {
+                const std::uint8_t* lastPixel, bool white) {
+  if (white) {
     std::memset(to, kWhite, pixels * pixelBytes);
   } else if (lastPixel == nullptr) {
     std::memset(to, 0, pixels * pixelBytes);
@@ -34,32 +32,28 @@ RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixel
   return {converted, filled, filled < toFill};
 }
 
-bool FillIsWhite() {
-  const ScannerSettings* settings = currentSettings;
-  return settings != nullptr && settings->docFeedOption == 0 && settings->mainStatusBit5 != 0 &&
-         settings->whitePadding != 0;
-}
-
 void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes,
-               const std::uint8_t* lastPixel) {
+               const std::uint8_t* lastPixel, bool whiteFill) {
   const std::size_t fillStart = frame.converted * pixelBytes;
-  if (frame.filled > 0) FillPixels(row.data() + fillStart, frame.filled, pixelBytes, lastPixel);
+  if (frame.filled > 0) {
+    FillPixels(row.data() + fillStart, frame.filled, pixelBytes, lastPixel, whiteFill);
+  }
   if (!frame.cutShort) return;
   const HostRow rest = row.subspan(fillStart + frame.filled * pixelBytes);
   std::fill(rest.begin(), rest.end(), kWhite);
 }
 
-void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes) {
+void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes, bool whiteFill) {
   const std::uint8_t* lastPixel =
       frame.converted == 0 ? nullptr : row.data() + (frame.converted - 1) * pixelBytes;
-  FinishRow(row, frame, pixelBytes, lastPixel);
+  FinishRow(row, frame, pixelBytes, lastPixel, whiteFill);
 }
 
-void CopyRow(const ScanLine& line, HostRow row, std::int32_t pad, std::size_t pixelBytes) {
+void CopyRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t pixelBytes) {
   const auto copy = [pixelBytes](const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
     if (pixels > 0) std::memcpy(to, from, pixels * pixelBytes);
   };
-  ConvertRow(line, row, pad, line.plane0.size() / pixelBytes, pixelBytes, copy);
+  ConvertRow(line, row, fill, line.plane0.size() / pixelBytes, pixelBytes, copy);
 }
 
 }  // namespace pmddb832

@@ -21,29 +21,32 @@ struct RowFrame {
 RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixels,
                    std::size_t rowPixels);
 
-// Whether the settings ask for white fill pixels.
-bool FillIsWhite();
+// What stands behind the converted pixels.
+struct RowFill {
+  std::int32_t pixels;
+  bool isWhite;  // else the last converted pixel again
+};
 
 // Writes everything of the row behind its converted pixels. The fill pixel is white, or a
 // repetition of the `pixelBytes` bytes at `lastPixel`; 0 where that is null.
 void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes,
-               const std::uint8_t* lastPixel);
+               const std::uint8_t* lastPixel, bool whiteFill);
 
 // Finishes a row with the last converted pixel as its fill.
-void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes);
+void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes, bool whiteFill);
 
 // Converts one row: `convert(source, destination, pixels)` writes `rowPixelBytes` bytes for each
 // pixel of the line, which holds `linePixels` of them.
 template <class Convert>
-void ConvertRow(const ScanLine& line, HostRow row, std::int32_t pad, std::size_t linePixels,
+void ConvertRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t linePixels,
                 std::size_t rowPixelBytes, Convert convert) {
-  const RowFrame frame =
-      DivideRow(std::int64_t{line.pixelCount} - pad, pad, linePixels, row.size() / rowPixelBytes);
+  const RowFrame frame = DivideRow(std::int64_t{line.pixelCount} - fill.pixels, fill.pixels,
+                                   linePixels, row.size() / rowPixelBytes);
   convert(line.plane0.data(), row.data(), frame.converted);
-  FinishRow(row, frame, rowPixelBytes);
+  FinishRow(row, frame, rowPixelBytes, fill.isWhite);
 }
 
 // Copies pixels of `pixelBytes` bytes unchanged.
-void CopyRow(const ScanLine& line, HostRow row, std::int32_t pad, std::size_t pixelBytes);
+void CopyRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t pixelBytes);
 
 }  // namespace pmddb832

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "transport/general_cmd.h"
+#include "wire/wire_block.h"
 
 namespace pmddb832 {
 
@@ -22,32 +23,34 @@ class Checkcmd final : public GeneralCmd {
   ~Checkcmd();
 
   // Marks the device channel open: 1 on success. Close undoes it; destruction does not.
-  std::uint32_t Open() override;
-  void Close() override;
+  std::uint32_t Open(Call& call) override;
+  void Close(Call& call) override;
   // 0: the probe keeps no code of its own.
   std::uint32_t GetLastError() override;
 
   // Runs the exchange: 1 when the scanner told its level, else 0. Data that do not fit the reply
   // buffer are read and dropped. A reply without data leaves the header's first bytes as the level.
-  std::uint32_t GetLevelInfo();
+  std::uint32_t GetLevelInfo(Call& call);
   const LevelInfo& Level() const { return level_; }
 
   // The rest of the interface has no meaning here and sends nothing.
-  std::uint32_t EnableOption(std::uint32_t value) override;
-  std::uint32_t AbortScan() override;
-  void InitAcquire(std::uint32_t outputFormat, ProgressCallback progress,
+  std::uint32_t EnableOption(Call& call, std::uint32_t value) override;
+  std::uint32_t AbortScan(Call& call) override;
+  void InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
                    AcquisitionSetup* setup) override;
-  void AcquireImage(std::uint8_t* buffer, std::uint32_t bufferBytes,
+  void AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bufferBytes,
                     AcquisitionBand* band) override;
-  std::uint32_t GetOptionStatus(std::uint8_t* mainStatus, std::uint32_t option) override;
-  std::uint8_t SetFocusPos(std::uint32_t mode, std::uint8_t position) override;
-  std::uint32_t GetScanPaperSize(std::uint32_t option, std::uint32_t* width,
+  std::uint32_t GetOptionStatus(Call& call, std::uint8_t* mainStatus,
+                                std::uint32_t option) override;
+  std::uint8_t SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t position) override;
+  std::uint32_t GetScanPaperSize(Call& call, std::uint32_t option, std::uint32_t* width,
                                  std::uint32_t* height) override;
 
  private:
-  std::uint32_t ReadData(std::uint32_t count);
+  bool ReadData(Call& call, std::uint32_t count);
 
-  std::uint32_t opened_ = 0;
+  ReplyBuffer replyBuffer_{};
+  bool opened_ = false;
   LevelInfo level_{};
 };
 

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "extended/ext_scan_cmd.h"
+#include "interface/call_scope.h"
 #include "interface/command_level_probe.h"
 #include "platform/trace.h"
 #include "standard/std_scan_cmd.h"
@@ -21,7 +22,11 @@ void CreateLog() {
                        platform::kDetailLoadAndUnload);
 }
 
+// The calls under way, if there are any, go on without it.
 void DestroyChannel() {
+  if (currentChannel == nullptr) return;
+  CallScope::ForgetChannel();
+  currentChannel->recordAtEnd = currentSettings;
   delete currentChannel;
   currentChannel = nullptr;
 }
@@ -43,16 +48,17 @@ void DestroyCommandSet() {
 bool CreateCommandSet(std::uint8_t probeOption) {
   currentCommandSet = NewCommandSet(probeOption);
   if (currentCommandSet == nullptr) return false;
-  if (currentCommandSet->HasTransport() && currentCommandSet->InitWorkArea() != 0) return true;
+  if (currentCommandSet->Wire() != nullptr && currentCommandSet->InitWorkArea() != 0) return true;
   DestroyCommandSet();
   return false;
 }
 
-bool ProbeAndCreateCommandSet(std::uint8_t probeOption) {
-  serverSupport = currentChannel->GetScanServerSupportFunction();
-  initialisationError = ExtCommandSupport(probeOption);
+// The channel is gone when the host opened a scanner again from within the probe.
+bool ProbeAndCreateCommandSet(Call& call, std::uint8_t probeOption) {
+  serverSupport = call.channel->GetScanServerSupportFunction();
+  initialisationError = ExtCommandSupport(call, probeOption);
   if (initialisationError == 0 && CreateCommandSet(probeOption)) return true;
-  currentChannel->Close();
+  if (call.channel != nullptr) call.channel->Close(call.settings);
   return false;
 }
 
@@ -62,13 +68,15 @@ bool UsesExtendedSet() {
   return extendedSupport != 0 && (serverSupport & kExtendedSetSupported) != 0;
 }
 
-DeviceDriver* PMInit(std::uint8_t probeOption, std::uint32_t createOnly) {
+DeviceDriver* PMInit(ScannerSettings& settings, std::uint8_t probeOption,
+                     std::uint32_t createOnly) {
   CreateLog();
   const TraceScope trace{"Pmddb832::PMInit"};
   DestroyChannel();
   currentChannel = new (std::nothrow) DeviceDriver;
   if (currentChannel == nullptr || createOnly != 0) return currentChannel;
-  if (currentChannel->IsReady() != 0 && ProbeAndCreateCommandSet(probeOption)) {
+  CallScope scope(settings, currentChannel);
+  if (currentChannel->IsReady(settings) != 0 && ProbeAndCreateCommandSet(scope.call, probeOption)) {
     return currentChannel;
   }
   DestroyChannel();
@@ -78,22 +86,25 @@ DeviceDriver* PMInit(std::uint8_t probeOption, std::uint32_t createOnly) {
 void PMExit() {
   const TraceScope trace{"Pmddb832::PMExit"};
   if (currentCommandSet != nullptr) {
-    currentCommandSet->Close();
+    ScannerSettings unnamed{};
+    unnamed.useDeviceInterface = 1;
+    CallScope scope(currentSettings != nullptr ? *currentSettings : unnamed, currentChannel);
+    currentCommandSet->Close(scope.call);
     DestroyCommandSet();
   }
   DestroyChannel();
 }
 
-std::uint32_t ExtCommandSupport(std::uint8_t option) {
+std::uint32_t ExtCommandSupport(Call& call, std::uint8_t option) {
   const TraceScope trace{"Pmddb832::ExtCommandSupport"};
   Checkcmd probe(option);
-  if (!probe.HasTransport()) return kNoTransport;
-  if (probe.Open() == 0 || probe.GetLevelInfo() == 0) return probe.GetLastError();
+  if (probe.Wire() == nullptr) return kNoTransport;
+  if (probe.Open(call) == 0 || probe.GetLevelInfo(call) == 0) return probe.GetLastError();
   const Checkcmd::LevelInfo& level = probe.Level();
   extendedSupport = (level.status & kExtendedSetAnswered) != 0 ? 1 : 0;
   commandLevelString[0] = static_cast<char>(level.letter);
   commandLevelString[1] = static_cast<char>(level.digit);
-  probe.Close();
+  probe.Close(call);
   return 0;
 }
 

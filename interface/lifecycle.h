@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "interface/scanner_settings.h"
 #include "transport/device_driver.h"
 #include "transport/general_cmd.h"
 
@@ -9,6 +10,12 @@ namespace pmddb832 {
 
 // Handle under which the library was loaded; handed to the host's log.
 inline void* moduleInstance = nullptr;
+
+// The record of the scanner that is current; null until the host has given one. Not owned.
+inline ScannerSettings* currentSettings = nullptr;
+
+// The module's one channel; null while there is none. Owned.
+inline DeviceDriver* currentChannel = nullptr;
 
 // The command set that every call of the host goes to; null while there is none. Owned: destroyed
 // by PMExit, but not by a further PMInit, which only replaces it.
@@ -29,16 +36,16 @@ bool UsesExtendedSet();
 // Result of the last probe; PMGetScanError reports it once while there is no command set.
 inline std::uint32_t initialisationError = 0;
 
-// Creates the log, the device channel and, after the probe, the command set that the scanner needs.
-// With `createOnly` it stops behind the channel. `probeOption` is kept by the objects it creates.
-// Returns the channel, or null when the module cannot be used.
-DeviceDriver* PMInit(std::uint8_t probeOption, std::uint32_t createOnly);
+// Creates the log, the device channel and, after the probe, the command set that the scanner of the
+// record needs. With `createOnly` it stops behind the channel. `probeOption` is kept by the objects
+// it creates. Returns the channel, or null when the module cannot be used.
+DeviceDriver* PMInit(ScannerSettings& settings, std::uint8_t probeOption, std::uint32_t createOnly);
 
 // Closes and destroys the command set and destroys the channel. The log stays.
 void PMExit();
 
 // Probes the scanner. Returns 0, also when the scanner does not answer: what an earlier probe
 // learned stays then; or kNoTransport when the probe could not be made.
-std::uint32_t ExtCommandSupport(std::uint8_t option);
+std::uint32_t ExtCommandSupport(Call& call, std::uint8_t option);
 
 }  // namespace pmddb832

@@ -311,7 +311,4 @@ static_assert(FieldsTileTheRecord());
 
 inline constexpr std::uint16_t kThresholdUnset = 0xFFFF;
 
-// The record of the scanner that is current; null until the host has given one. Not owned.
-inline ScannerSettings* currentSettings = nullptr;
-
 }  // namespace pmddb832

@@ -1,15 +1,17 @@
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
+#include "standard/std_commands.h"
 #include "standard/std_scan_cmd.h"
 #include "transport/model_names.h"
+#include "wire/commands.h"
+#include "wire/product_reply.h"
 
 namespace pmddb832 {
 namespace {
-
-constexpr std::size_t kProductNameOffset = 8;  // in the data of the reply to ESC "?"
 
 struct ProductRow {
   std::string_view productName;
@@ -27,32 +29,40 @@ constexpr std::array<ProductRow, 7> kProducts{{
     {"Prospectra3100  ", "RV5000", 3},
 }};
 
-}  // namespace
-
-void StdScanCmd::IdentifyModel() {
-  if (GetScannerProductName() == 0) StoreModelName(kUnknownModelName);
-}
-
-// The host's own id comes first; the quirk stays as it is for a model that it names.
-std::uint32_t StdScanCmd::GetScannerProductName() {
-  const TraceScope trace{"Scmdnt::GetScannerProductName"};
-  const auto reply = Inquire('?');
-  if (!reply.has_value()) return 0;
-  const std::size_t start = std::min(kProductNameOffset, reply->size());
-  const std::string_view productName = StoreProductName(reply->subspan(start));
-  const std::string_view modelId = HostModelId();
+// False with an empty name when nobody names the model. The host's own id comes first; the quirk
+// stays as it is for a model that it names.
+bool StoreModel(ScannerSettings& settings, std::string_view productName, std::uint16_t& quirk) {
+  const std::string_view modelId = HostModelId(settings);
   if (const std::string_view listed = ListedModelName(modelId); !listed.empty()) {
-    StoreModelName(listed);
-    return 1;
+    StoreModelName(settings, listed);
+    return true;
   }
   for (const ProductRow& row : kProducts) {
     if (row.productName != productName) continue;
-    StoreModelName(row.modelName);
-    modelQuirk_ = row.quirk;
-    return 1;
+    StoreModelName(settings, row.modelName);
+    quirk = row.quirk;
+    return true;
   }
-  StoreModelName(modelId);
-  return modelId.empty() ? 0 : 1;
+  StoreModelName(settings, modelId);
+  return !modelId.empty();
+}
+
+bool GetScannerProductName(GeneralCmd& scanner, Call& call, ReplyBuffer& buffer,
+                           std::uint16_t& quirk) {
+  const TraceScope trace{"Scmdnt::GetScannerProductName"};
+  const auto reply = Scmdnt::Inquire(scanner, call, esc::kProductName, buffer);
+  if (!reply.has_value()) return false;
+  constexpr std::size_t kOffset = product_reply::kNameOffset - sizeof(ReplyHeader);
+  const std::size_t start = std::min(kOffset, reply->size());
+  return StoreModel(call.settings, StoreProductName(call.settings, reply->subspan(start)), quirk);
+}
+
+}  // namespace
+
+void StdScanCmd::IdentifyModel(Call& call) {
+  if (!GetScannerProductName(*this, call, replyBuffer_, facts_.modelQuirk)) {
+    StoreModelName(call.settings, kUnknownModelName);
+  }
 }
 
 }  // namespace pmddb832

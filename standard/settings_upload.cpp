@@ -1,19 +1,20 @@
+#include "standard/settings_upload.h"
+
 #include "imaging/units.h"
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
 #include "standard/scan_area.h"
-#include "standard/std_scan_cmd.h"
-#include "wire/error_codes.h"
+#include "standard/std_commands.h"
+#include "wire/commands.h"
+#include "wire/halftone_codes.h"
+#include "wire/wire_block.h"
 
-// The upload of the host's settings. Whether the scanner acknowledges a command is not looked at:
-// the sequence goes on, and the host sees the error code only.
-
-namespace pmddb832 {
+namespace pmddb832::Scmdnt {
 namespace {
 
 constexpr std::uint8_t kPlainColorMode = 1;
 constexpr std::uint8_t kColorModeWithSubstitute = 2;
-constexpr std::uint8_t kHalftoneOverride = 3;
+constexpr std::uint8_t kHighBitDepth = 12;  // bits per sample sent for the deep pixel types
 
 std::uint8_t LowByte(std::int32_t value) {
   return static_cast<std::uint8_t>(value);
@@ -23,152 +24,178 @@ std::uint16_t Low16(std::uint32_t value) {
   return static_cast<std::uint16_t>(value);
 }
 
-}  // namespace
+// One upload.
+class Upload {
+ public:
+  Upload(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts, ScanPlan& plan)
+      : scanner_(scanner), call_(call), settings_(call.settings), facts_(facts), plan_(plan) {}
 
-void StdScanCmd::UpdateSettings() {
-  const TraceScope trace{"Scmdnt::UpdateSettings"};
-  paramState_ = 0;
-  if (CheckStatus() == 0) return;
-  colorModeSubstituted_ = 0;
-  if (optionAvailable_ != 0) SendParam2('e', currentSettings->scanSource);
-  if (commandLevel_ >= 6 && lastError_ != kNoError) return;
-  SendColours();
-  SendHalftone();
-  SendThreshold();
-  SendGamma();
-  SendColourCorrection();
-  SendMirrorAndFilters();
-  SendResolutionAndZoom();
-  SendArea();
-}
+  void Run() {
+    if (!CheckStatus()) return;
+    if (facts_.optionAvailable) SendByte(esc::kOptionUnit, settings_.scanSource);
+    if (Level().stopsAtError && scanner_.LastError() != kNoError) return;
+    SendColours();
+    SendHalftone();
+    SendThreshold();
+    SendGamma();
+    SendColourCorrection();
+    SendMirrorAndFilters();
+    SendResolutionAndZoom();
+    SendArea();
+  }
+
+ private:
+  const LevelTraits& Level() const { return facts_.level; }
+  void SendByte(std::uint8_t letter, std::uint8_t value) {
+    SendParam2(scanner_, call_, letter, value);
+  }
+  void SendTable(std::uint8_t letter, std::uint8_t prefix, std::span<const std::uint8_t> table) {
+    SendParam4(scanner_, call_, letter, prefix, table);
+  }
+
+  bool CheckStatus();
+  void SendColours();
+  void SendHalftone();
+  void SendThreshold();
+  void SendGamma();
+  void SendGammaTables();
+  void SendColourCorrection();
+  void SendMirrorAndFilters();
+  void SendResolutionAndZoom();
+  void SendArea();
+  std::uint32_t WidthLimit() const;
+  bool IsCentred() const;
+
+  GeneralCmd& scanner_;
+  Call& call_;
+  const ScannerSettings& settings_;
+  const StdScannerFacts& facts_;
+  ScanPlan& plan_;
+};
 
 // The header of the reply is taken as it is, and its data are not read.
-std::uint32_t StdScanCmd::CheckStatus() {
+bool Upload::CheckStatus() {
   const TraceScope trace{"Scmdnt::CheckStatus"};
-  statusByte_ = 0;
   ReplyHeader header{};
-  if (SendEscCode('F') == 0 || Wire().Read(header) == 0) return 0;
-  statusByte_ = Get(header, kReplyStatus);
-  return 1;
+  return scanner_.SendEscCode(call_, esc::kCondition) != 0 &&
+         scanner_.Wire()->Read(call_, header) != 0;
 }
 
-void StdScanCmd::SendColours() {
-  const ScannerSettings& settings = *currentSettings;
-  std::uint8_t colorMode = format_.colorMode;
-  if (settings.monoScan != 0) {
-    colorMode = SingleChannelMode(settings.dropoutChannel);
-  } else if (colorMode == kColorModeWithSubstitute && settings.altColorMode == 1) {
+void Upload::SendColours() {
+  std::uint8_t colorMode = plan_.format.colorMode;
+  if (settings_.monoScan != 0) {
+    colorMode = SingleChannelMode(settings_.dropoutChannel);
+  } else if (colorMode == kColorModeWithSubstitute && settings_.altColorMode == 1) {
     colorMode = kPlainColorMode;
-    colorModeSubstituted_ = 1;
   }
-  SendParam2('C', colorMode);
-  SendParam2('D', IsDeep(pixelType_) ? highBitDepth_ : format_.bitsPerSample);
+  SendByte(esc::kColorMode, colorMode);
+  SendByte(esc::kBitsPerSample,
+           IsDeep(plan_.pixelType) ? kHighBitDepth : plan_.format.bitsPerSample);
 }
 
-void StdScanCmd::SendHalftone() {
-  const ScannerSettings& settings = *currentSettings;
-  const bool enhances = commandLevel_ == 4 || commandLevel_ >= 6;
-  const bool overrides = settings.halftoneOverride != 0 && (enhances || commandLevel_ == 3);
-  SendParam2('B', overrides ? kHalftoneOverride : HalftoneCode(settings.halftoneIndex));
-  if (!enhances) return;
+void Upload::SendHalftone() {
+  const bool overrides = settings_.halftoneOverride != 0 && Level().halftoneOverride;
+  SendByte(esc::kHalftone,
+           overrides ? kHalftoneOverrideCode : HalftoneCode(settings_.halftoneIndex));
+  if (!Level().enhancement) return;
   const std::uint8_t enhancement = overrides ? 2 : 1;
-  SendParam2('s', settings.optionS != 0 ? enhancement : std::uint8_t{0});
+  SendByte(esc::kEnhancement, settings_.optionS != 0 ? enhancement : std::uint8_t{0});
 }
 
-void StdScanCmd::SendThreshold() {
-  const std::uint16_t threshold = currentSettings->thresholdT;
-  if (commandLevel_ >= 8 && threshold != kThresholdUnset) SendParam2('t', LowByte(threshold));
+void Upload::SendThreshold() {
+  if (!Level().threshold || settings_.thresholdT == kThresholdUnset) return;
+  SendByte(esc::kThreshold, LowByte(settings_.thresholdT));
 }
 
-void StdScanCmd::SendGamma() {
-  const ScannerSettings& settings = *currentSettings;
-  if (commandLevel_ > 1 && settings.customGamma != 0) {
+void Upload::SendGamma() {
+  if (Level().gammaTables && settings_.customGamma != 0) {
     SendGammaTables();
-    SendParam2('Z', settings.customGammaCode);
+    SendByte(esc::kGammaCode, settings_.customGammaCode);
     return;
   }
-  gammaCode_ = SetGamma(settings.gamma);
-  SendParam2('Z', gammaCode_);
-  SendParam2('L', LowByte(settings.brightness / 333));
+  SendByte(esc::kGammaCode, scanner_.SetGamma(settings_.gamma));
+  SendByte(esc::kBrightness, LowByte(settings_.brightness / 333));
 }
 
-void StdScanCmd::SendGammaTables() {
-  const ScannerSettings& settings = *currentSettings;
-  if (commandLevel_ == 4 || settings.monoScan != 0) {
-    SendParam4('z', 'M', settings.gammaTableR);
+void Upload::SendGammaTables() {
+  if (!Level().threeGammaTables || settings_.monoScan != 0) {
+    SendTable(esc::kGammaTable, 'M', settings_.gammaTableR);
     return;
   }
-  SendParam4('z', 'R', settings.gammaTableR);
-  SendParam4('z', 'G', settings.gammaTableG);
-  SendParam4('z', 'B', settings.gammaTableB);
+  SendTable(esc::kGammaTable, 'R', settings_.gammaTableR);
+  SendTable(esc::kGammaTable, 'G', settings_.gammaTableG);
+  SendTable(esc::kGammaTable, 'B', settings_.gammaTableB);
 }
 
-void StdScanCmd::SendColourCorrection() {
-  const ScannerSettings& settings = *currentSettings;
-  if (commandLevel_ == 4 || settings.monoScan != 0) return;
-  const bool corrects = commandLevel_ > 1 && settings.colorCorrection != 0;
-  if (corrects) SendParam4('m', kNoPrefix, settings.colorMatrix);
-  SendParam2('M', corrects ? 1 : 0);
+void Upload::SendColourCorrection() {
+  if (!Level().colorCorrection || settings_.monoScan != 0) return;
+  const bool corrects = Level().colorMatrix && settings_.colorCorrection != 0;
+  if (corrects) SendTable(esc::kColorMatrix, kNoPrefix, settings_.colorMatrix);
+  SendByte(esc::kColorCorrection, corrects ? 1 : 0);
 }
 
-void StdScanCmd::SendMirrorAndFilters() {
-  const ScannerSettings& settings = *currentSettings;
-  if (commandLevel_ > 2) SendParam2('K', settings.mirrorImage != 0 ? 1 : 0);
-  if (commandLevel_ <= 1) return;
-  SendParam2('Q', LowByte(settings.sharpness / 500));
-  SendParam2('g', settings.paramG);
+void Upload::SendMirrorAndFilters() {
+  if (Level().mirror) SendByte(esc::kMirror, settings_.mirrorImage != 0 ? 1 : 0);
+  if (!Level().status) return;
+  SendByte(esc::kSharpness, LowByte(settings_.sharpness / 500));
+  SendByte(esc::kParamG, settings_.paramG);
 }
 
-void StdScanCmd::SendResolutionAndZoom() {
-  const ScannerSettings& settings = *currentSettings;
-  SendParamW3('R', settings.resolution, settings.resolution);
-  const std::uint8_t zoom = LowByte(settings.zoom);
-  SendParam3('H', zoom, zoom);
+void Upload::SendResolutionAndZoom() {
+  SendParamW3(scanner_, call_, esc::kResolution, settings_.resolution, settings_.resolution);
+  const std::uint8_t zoom = LowByte(settings_.zoom);
+  SendParam3(scanner_, call_, esc::kZoom, zoom, zoom);
 }
 
-void StdScanCmd::SendArea() {
-  const ScannerSettings& settings = *currentSettings;
-  const LinePlacement line = PlaceLine(areaLeft_, areaWidth_, WidthLimit(), commandLevel_,
-                                       settings.mirrorImage != 0, settings.paramG);
-  padPixels_ = line.padPixels;
-  if (const std::uint32_t error =
-          AreaError(commandLevel_, line.left, areaTop_, line.width, areaHeight_);
+void Upload::SendArea() {
+  const LinePlacement line = PlaceLine(plan_.left, plan_.width, WidthLimit(), Level(),
+                                       settings_.mirrorImage != 0, settings_.paramG);
+  plan_.padPixels = line.padPixels;
+  if (const ErrorCode error = AreaError(Level(), line.left, plan_.top, line.width, plan_.height);
       error != kNoError) {
-    Fail(error);
+    scanner_.Fail(error);
     return;
   }
-  const ClippedWidth sent = ClipWidth(commandLevel_, format_.bitsPerSample, line.width);
-  sentWidth_ = sent.width;
-  const std::uint32_t left = IsCentred() ? (areaWidth_ - sent.width) / 2 : line.left;
-  SendParamW5('A', {Low16(left), Low16(areaTop_), Low16(sent.width), Low16(areaHeight_)});
-  if (sent.tooLarge) Fail(kTooLarge);
+  const ClippedWidth sent = ClipWidth(Level(), plan_.format.bitsPerSample, line.width);
+  plan_.sentWidth = sent.width;
+  plan_.sentLeft = IsCentred() ? (plan_.width - sent.width) / 2 : line.left;
+  SendParamW5(scanner_, call_, esc::kArea,
+              {Low16(plan_.sentLeft), Low16(plan_.top), Low16(sent.width), Low16(plan_.height)});
+  if (sent.tooLarge) scanner_.Fail(kTooLarge);
+}
+
+std::uint32_t MaximumWidth(const StdScannerFacts& facts, const AreaSize& area,
+                           std::uint16_t resolution) {
+  const TraceScope trace{"Scmdnt::MaximumWidth"};
+  const double width = Scanutil::PixelsToInchesORWIA(area.width, facts.LastResolution());
+  return RoundDownTo8(static_cast<std::uint32_t>(Scanutil::InchesToPixelsORWIA(width, resolution)));
 }
 
 // Width of the selected area in pixels at the scan resolution.
-std::uint32_t StdScanCmd::WidthLimit() {
-  const ScannerSettings& settings = *currentSettings;
-  const std::uint32_t product = std::uint32_t{settings.zoom} * settings.resolution;
-  if (product > ProductLimit(modelQuirk_)) {
-    return MaximumWidth(Scanutil::CalcResolution(settings.resolution, settings.zoom));
+std::uint32_t Upload::WidthLimit() const {
+  const AreaSize& area = facts_.SelectedArea(settings_.scanSource);
+  const std::uint32_t product = std::uint32_t{settings_.zoom} * settings_.resolution;
+  if (product > ProductLimit(facts_.modelQuirk)) {
+    return MaximumWidth(facts_, area,
+                        Scanutil::CalcResolution(settings_.resolution, settings_.zoom));
   }
-  return (SelectedArea().width * product / LastResolution() + 50) / 100;
-}
-
-std::uint32_t StdScanCmd::MaximumWidth(std::uint16_t resolution) {
-  const TraceScope trace{"Scmdnt::MaximumWidth"};
-  if (resolutionCount_ == 0) return 0;
-  const double width = Scanutil::PixelsToInchesORWIA(SelectedArea().width, LastResolution());
-  return RoundDownTo8(static_cast<std::uint32_t>(Scanutil::InchesToPixelsORWIA(width, resolution)));
+  return (area.width * product / facts_.LastResolution() + 50) / 100;
 }
 
 // With a feeder, a scan of the whole length of the area at the first listed resolution is taken
 // from the middle of the line.
-bool StdScanCmd::IsCentred() const {
-  const ScannerSettings& settings = *currentSettings;
+bool Upload::IsCentred() const {
   const std::uint32_t height =
-      settings.scanSource == 0 ? settings.bedHeight : settings.optionHeight;
-  return settings.docFeedOption == kFeeder && resolutionList_[0] == settings.resolution &&
-         areaHeight_ == LinesOfArea(height, settings.resolution);
+      settings_.scanSource == 0 ? settings_.bedHeight : settings_.optionHeight;
+  return settings_.docFeedOption == kFeeder && facts_.FirstResolution() == settings_.resolution &&
+         plan_.height == LinesOfArea(height, settings_.resolution);
 }
 
-}  // namespace pmddb832
+}  // namespace
+
+void UpdateSettings(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts, ScanPlan& plan) {
+  const TraceScope trace{"Scmdnt::UpdateSettings"};
+  Upload(scanner, call, facts, plan).Run();
+}
+
+}  // namespace pmddb832::Scmdnt

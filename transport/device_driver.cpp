@@ -13,59 +13,60 @@ constexpr std::uint32_t kPlatformWin32s = 0;
 constexpr std::uint32_t kPlatformWindows9x = 1;
 constexpr std::uint32_t kPlatformNt = 2;
 
-bool InterfaceMode() {
-  return currentSettings == nullptr || currentSettings->useDeviceInterface != 0;
-}
-
-StillImageDevice* HostDevice() {
-  return currentSettings == nullptr ? nullptr : currentSettings->deviceInterface;
+bool IsDirect(const ScannerSettings& settings) {
+  return settings.useDeviceInterface == 0;
 }
 
 }  // namespace
 
 DeviceDriver::DeviceDriver() {
   const TraceScope trace{"Sddnt::DeviceDriver"};
-  skipDirectOpen = true;
 }
 
 DeviceDriver::~DeviceDriver() {
   const TraceScope trace{"Sddnt::~DeviceDriver"};
-  if (opened != 0) Close();
+  if (opened != 0) CloseInMode(recordAtEnd != nullptr && IsDirect(*recordAtEnd));
 }
 
 std::uint32_t DeviceDriver::Open() {
   const TraceScope trace{"Sddnt::Open"};
-  if (opened != 0) return 1;
-  if (skipDirectOpen || (openEntry != nullptr && openEntry() == 0)) opened = 1;
-  return opened;
+  opened = 1;
+  return 1;
 }
 
-void DeviceDriver::Close() {
+void DeviceDriver::Close(const ScannerSettings& settings) {
+  CloseInMode(IsDirect(settings));
+}
+
+void DeviceDriver::CloseInMode(bool direct) {
   const TraceScope trace{"Sddnt::Close"};
   if (opened == 0) return;
-  if (!InterfaceMode() && closeEntry != nullptr) closeEntry(0);
   opened = 0;
+  if (direct && closeEntry != nullptr) closeEntry(0);
 }
 
-std::uint32_t DeviceDriver::IsReady() {
+std::uint32_t DeviceDriver::IsReady(const ScannerSettings& settings) {
   const TraceScope trace{"Sddnt::IsReady"};
-  if (InterfaceMode()) return 1;
+  if (!IsDirect(settings)) return 1;
   return readyEntry != nullptr && readyEntry() == 0 ? 1 : 0;
 }
 
-std::uint32_t DeviceDriver::Read(std::uint8_t* buffer, std::uint32_t length) {
+// The channel may be gone when a transfer returns, so that nothing of it is used behind one.
+std::uint32_t DeviceDriver::Read(const ScannerSettings& settings, std::uint8_t* buffer,
+                                 std::uint32_t length) {
   const TraceScope trace{"Sddnt::Read"};
-  if (!InterfaceMode()) return readEntry == nullptr ? kReadFailed : readEntry(buffer, length);
-  StillImageDevice* device = HostDevice();
+  if (IsDirect(settings)) return readEntry == nullptr ? kReadFailed : readEntry(buffer, length);
+  StillImageDevice* const device = settings.deviceInterface;
   if (device == nullptr) return kReadFailed;
   std::uint32_t count = length;
   return device->RawReadData(buffer, &count, nullptr) < 0 ? kReadFailed : kTransferDone;
 }
 
-std::uint32_t DeviceDriver::Write(const std::uint8_t* buffer, std::uint32_t length) {
+std::uint32_t DeviceDriver::Write(const ScannerSettings& settings, const std::uint8_t* buffer,
+                                  std::uint32_t length) {
   const TraceScope trace{"Sddnt::Write"};
-  if (!InterfaceMode()) return writeEntry == nullptr ? kWriteFailed : writeEntry(buffer, length);
-  StillImageDevice* device = HostDevice();
+  if (IsDirect(settings)) return writeEntry == nullptr ? kWriteFailed : writeEntry(buffer, length);
+  StillImageDevice* const device = settings.deviceInterface;
   if (device == nullptr) return kWriteFailed;
   // The interface declares its buffer as writable, but only reads it.
   auto* bytes = const_cast<std::uint8_t*>(buffer);

@@ -4,6 +4,8 @@
 
 namespace pmddb832 {
 
+struct ScannerSettings;
+
 inline constexpr std::uint32_t kTransferDone = 0;
 inline constexpr std::uint32_t kWriteFailed = 3;
 inline constexpr std::uint32_t kReadFailed = 4;
@@ -13,27 +15,29 @@ inline constexpr std::uint32_t kExtendedSetSupported = 4;
 
 // The device channel: moves opaque bytes to the scanner and back. In interface mode
 // (ScannerSettings::useDeviceInterface) every transfer goes through the host's still-image device,
-// which the host owns; in direct mode through the five entry points below. The mode is read at
-// each call.
+// which the host owns; in direct mode through the entry points below. The mode is read at each
+// call.
 class DeviceDriver {
  public:
   DeviceDriver();
+  // Closes an open channel, in the mode of `recordAtEnd`.
   ~DeviceDriver();
   DeviceDriver(const DeviceDriver&) = delete;
   DeviceDriver& operator=(const DeviceDriver&) = delete;
 
-  // 1 when the channel is open, also when it already was; 0 when the direct entry failed.
+  // Marks the channel open, in either mode without a call into the device. Always 1.
   std::uint32_t Open();
-  void Close();
+  void Close(const ScannerSettings& settings);
 
   // 1 when transfers can be tried, else 0. Needs no open channel.
-  std::uint32_t IsReady();
+  std::uint32_t IsReady(const ScannerSettings& settings);
 
   // Move exactly `length` bytes. Return kTransferDone; kReadFailed or kWriteFailed in interface
   // mode; in direct mode the entry's own status, of which 0 alone is success. How many bytes the
   // interface says it delivered is not looked at.
-  std::uint32_t Read(std::uint8_t* buffer, std::uint32_t length);
-  std::uint32_t Write(const std::uint8_t* buffer, std::uint32_t length);
+  std::uint32_t Read(const ScannerSettings& settings, std::uint8_t* buffer, std::uint32_t length);
+  std::uint32_t Write(const ScannerSettings& settings, const std::uint8_t* buffer,
+                      std::uint32_t length);
 
   // Mask of what the scan server can carry.
   std::uint32_t GetScanServerSupportFunction();
@@ -44,20 +48,17 @@ class DeviceDriver {
 
   std::uintptr_t deviceHandle = 0;
   std::uint32_t opened = 0;
+  const ScannerSettings* recordAtEnd = nullptr;  // null counts as interface mode
 
   // Direct access, for whoever provides it: 0 means success. Null entries fail.
-  std::uint32_t (*openEntry)() = nullptr;
+  std::uint32_t (*openEntry)() = nullptr;  // never called: a channel that was made counts as open
   void (*closeEntry)(std::uintptr_t) = nullptr;
   std::uint32_t (*readEntry)(std::uint8_t* buffer, std::uint32_t length) = nullptr;
   std::uint32_t (*writeEntry)(const std::uint8_t* buffer, std::uint32_t length) = nullptr;
   std::uint32_t (*readyEntry)() = nullptr;
+
+ private:
+  void CloseInMode(bool direct);
 };
-
-// Set by the first channel that is made and never cleared: from then on Open marks the channel open
-// without a call of its openEntry.
-inline bool skipDirectOpen = false;
-
-// The module's one channel; null while there is none. Owned by the driver's start-up and exit.
-inline DeviceDriver* currentChannel = nullptr;
 
 }  // namespace pmddb832

@@ -1,48 +1,16 @@
 #include "transport/general_cmd.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 
 #include "interface/scanner_settings.h"
 #include "platform/trace.h"
-#include "wire/protocol_bytes.h"
-#include "wire/wire_block.h"
+#include "wire/commands.h"
+#include "wire/gamma_codes.h"
+#include "wire/halftone_codes.h"
 
 namespace pmddb832 {
-namespace {
-
-struct GammaRow {
-  std::uint16_t gamma;  // times 100
-  std::uint8_t code;
-};
-constexpr std::array<GammaRow, 5> kGammaTable{
-    {{100, 0x01}, {220, 0x02}, {300, 0x00}, {280, 0x10}, {250, 0x20}}};
-constexpr std::uint8_t kDefaultGammaCode = 0x02;
-
-struct HalftoneRow {
-  std::uint8_t code;
-  std::uint8_t minimumLevel;  // level digit from which on the row is supported
-};
-constexpr std::array<HalftoneRow, 10> kHalftoneTable{{{0x01, 1},
-                                                      {0x00, 1},
-                                                      {0x10, 1},
-                                                      {0x20, 1},
-                                                      {0x80, 4},
-                                                      {0x90, 4},
-                                                      {0xA0, 4},
-                                                      {0xB0, 4},
-                                                      {0x03, 5},
-                                                      {0x00, 6}}};
-
-constexpr std::uint8_t kNoFocusPosition = 0xFF;
-constexpr std::uint8_t kFocusFailed = 0x01;  // bit of the first data byte
-
-}  // namespace
-
-std::uint8_t HalftoneCode(std::int32_t row) {
-  const bool listed = row >= 0 && row < static_cast<std::int32_t>(kHalftoneTable.size());
-  return kHalftoneTable[listed ? static_cast<std::size_t>(row) : 0].code;
-}
 
 GeneralCmd::GeneralCmd(std::uint8_t option)
     : transport_(new (std::nothrow) LocalType), option_(option) {
@@ -58,92 +26,70 @@ std::uint32_t GeneralCmd::InitWorkArea() {
   return 1;
 }
 
-std::uint32_t GeneralCmd::SendEscCode(std::uint8_t letter) {
+std::uint32_t GeneralCmd::SendEscCode(Call& call, std::uint8_t letter) {
   const TraceScope trace{"Sgeneral::GeneralCmd::SendEscCode"};
-  if (letter == 'G') NoteScanStarted();
-  return transport_->SendEscCode(letter);
+  if (letter == esc::kStart) NoteScanStarted();
+  return transport_->SendEscCode(call, letter);
 }
 
-std::uint32_t GeneralCmd::SendAck(std::uint8_t code) {
+std::uint32_t GeneralCmd::SendAck(Call& call, std::uint8_t code) {
   const TraceScope trace{"Sgeneral::GeneralCmd::SendAck"};
-  return transport_->SendAck(code);
+  return transport_->SendAck(call, code);
 }
 
-std::uint32_t GeneralCmd::CheckAck() {
+std::uint32_t GeneralCmd::CheckAck(Call& call) {
   const TraceScope trace{"Sgeneral::GeneralCmd::CheckAck"};
-  return transport_->CheckAck();
+  return transport_->CheckAck(call);
 }
 
-std::uint32_t GeneralCmd::FeedPaper() {
+std::uint32_t GeneralCmd::FeedPaper(Call& call) {
   const TraceScope trace{"Sgeneral::GeneralCmd::FeedPaper"};
-  if (paperFed_ != 0 && scanStarted_ == 0) return 0;
-  if (transport_->FeedPaper() == 0) return 0;
-  paperFed_ = 1;
-  scanStarted_ = 0;
+  if (!MayFeed(page_) || transport_->FeedPaper(call) == 0) return 0;
+  page_ = FeederPage::kFed;
   return 1;
 }
 
-std::uint32_t GeneralCmd::EjectPage() {
+std::uint32_t GeneralCmd::EjectPage(Call& call) {
   const TraceScope trace{"Sgeneral::GeneralCmd::EjectPage"};
-  if (paperFed_ != 0 || scanStarted_ == 0) return 0;
-  if (transport_->EjectPage() == 0) return 0;
-  scanStarted_ = 0;
+  if (!MayEject(page_) || transport_->EjectPage(call) == 0) return 0;
+  page_ = FeederPage::kNone;
   return 1;
 }
 
-std::uint32_t GeneralCmd::ResetScanner() {
+std::uint32_t GeneralCmd::ResetScanner(Call& call) {
   const TraceScope trace{"Sgeneral::GeneralCmd::ResetScanner"};
-  paperFed_ = 0;
-  scanStarted_ = 0;
-  return SendEscCode('@') == 0 ? 0 : CheckAck();
+  page_ = FeederPage::kNone;
+  return SendEscCode(call, esc::kReset) == 0 ? 0 : CheckAck(call);
 }
 
 std::uint8_t GeneralCmd::SetGamma(std::uint16_t gamma) {
   const TraceScope trace{"Sgeneral::GeneralCmd::SetGamma"};
-  for (const GammaRow& row : kGammaTable) {
-    if (row.gamma == gamma) return row.code;
-  }
-  return kDefaultGammaCode;
+  return GammaCode(gamma);
 }
 
-std::uint16_t GeneralCmd::GetHalfTones() {
+std::uint16_t GeneralCmd::GetHalfTones(const ScannerSettings& settings) {
   const TraceScope trace{"Sgeneral::GeneralCmd::GetHalfTones"};
-  const int level = static_cast<std::int8_t>(currentSettings->commandLevelText[1]) - '0';
-  std::uint16_t count = 0;
-  while (count < kHalftoneTable.size() && kHalftoneTable[count].minimumLevel <= level) ++count;
-  return count;
+  return SupportedHalftones(settings.commandLevelText[1]);
 }
 
-std::uint32_t GeneralCmd::SendEscBlock(std::uint8_t letter, std::span<const std::uint8_t> block) {
-  if (SendEscCode(letter) == 0 || CheckAck() == 0) return 0;
-  if (transport_->Write(block) == 0) return 0;
-  return CheckAck();
+bool GeneralCmd::Fail(ErrorCode code) {
+  lastError_ = code;
+  return false;
 }
 
-std::uint32_t GeneralCmd::SendEscTable(std::uint8_t letter, std::uint8_t prefix,
-                                       std::span<const std::uint8_t> table) {
-  if (prefix == kNoPrefix) return SendEscBlock(letter, table);
+std::uint32_t SendEscBlock(GeneralCmd& scanner, Call& call, std::uint8_t letter,
+                           std::span<const std::uint8_t> block) {
+  if (scanner.SendEscCode(call, letter) == 0 || scanner.CheckAck(call) == 0) return 0;
+  if (scanner.Wire()->Write(call, block) == 0) return 0;
+  return scanner.CheckAck(call);
+}
+
+std::uint32_t SendEscTable(GeneralCmd& scanner, Call& call, std::uint8_t letter,
+                           std::uint8_t prefix, std::span<const std::uint8_t> table) {
+  if (prefix == kNoPrefix) return SendEscBlock(scanner, call, letter, table);
   std::array<std::uint8_t, kLongestTable + 1> block{prefix};
   const auto end = std::copy(table.begin(), table.end(), block.begin() + 1);
-  return SendEscBlock(letter, {block.begin(), end});
-}
-
-std::uint8_t GeneralCmd::ReadFocusPosition() {
-  ReplyHeader header{};
-  if (SendEscCode('q') == 0 || transport_->Read(header) == 0 || Get(header, kReplyStx) != kStx) {
-    return kNoFocusPosition;
-  }
-  const std::uint16_t count = Get(header, kReplyCount);
-  if (count > replyBuffer_.size() || transport_->Read(std::span{replyBuffer_}.first(count)) == 0) {
-    return kNoFocusPosition;
-  }
-  const bool found = count >= 2 && (replyBuffer_[0] & kFocusFailed) == 0;
-  return found ? replyBuffer_[1] : kNoFocusPosition;
-}
-
-void GeneralCmd::NoteScanStarted() {
-  paperFed_ = 0;
-  scanStarted_ = 1;
+  return SendEscBlock(scanner, call, letter, {block.begin(), end});
 }
 
 }  // namespace pmddb832

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <span>
 
+#include "transport/call.h"
+
 namespace pmddb832 {
 
-// The elementary acts of the protocol. Results are 1 for success and 0 for failure; each act is one
-// attempt, without retry or time limit.
+// The elementary acts of the protocol, over the channel of the call. Results are 1 for success and
+// 0 for failure; each act is one attempt, without retry or time limit.
 class Transport {
  public:
   virtual ~Transport() = default;
@@ -15,34 +17,34 @@ class Transport {
   virtual std::uint32_t ErrorCode() const { return 0; }
 
   // Sends one control byte; a CAN must be acknowledged by the scanner.
-  virtual std::uint32_t SendAck(std::uint8_t code) = 0;
+  virtual std::uint32_t SendAck(Call& call, std::uint8_t code) = 0;
   // Reads one byte: 1 when it is ACK.
-  virtual std::uint32_t CheckAck() = 0;
+  virtual std::uint32_t CheckAck(Call& call) = 0;
   // Send a prefix and a command letter in one transfer of two bytes.
-  virtual std::uint32_t SendEscCode(std::uint8_t letter) = 0;
-  virtual std::uint32_t SendFSCode(std::uint8_t letter) = 0;
+  virtual std::uint32_t SendEscCode(Call& call, std::uint8_t letter) = 0;
+  virtual std::uint32_t SendFSCode(Call& call, std::uint8_t letter) = 0;
   // Move exactly that many bytes.
-  virtual std::uint32_t Read(std::span<std::uint8_t> bytes) = 0;
-  virtual std::uint32_t Write(std::span<const std::uint8_t> bytes) = 0;
+  virtual std::uint32_t Read(Call& call, std::span<std::uint8_t> bytes) = 0;
+  virtual std::uint32_t Write(Call& call, std::span<const std::uint8_t> bytes) = 0;
   // Send the feed or the eject byte, which the scanner must acknowledge.
-  virtual std::uint32_t FeedPaper() = 0;
-  virtual std::uint32_t EjectPage() = 0;
+  virtual std::uint32_t FeedPaper(Call& call) = 0;
+  virtual std::uint32_t EjectPage(Call& call) = 0;
 };
 
-// The transport over the module's device channel. Without a channel every transfer fails.
+// The transport of every scanner. Without a channel every transfer fails.
 class LocalType final : public Transport {
  public:
-  std::uint32_t SendAck(std::uint8_t code) override;
-  std::uint32_t CheckAck() override;
-  std::uint32_t SendEscCode(std::uint8_t letter) override;
-  std::uint32_t SendFSCode(std::uint8_t letter) override;
-  std::uint32_t Read(std::span<std::uint8_t> bytes) override;
-  std::uint32_t Write(std::span<const std::uint8_t> bytes) override;
-  std::uint32_t FeedPaper() override;
-  std::uint32_t EjectPage() override;
+  std::uint32_t SendAck(Call& call, std::uint8_t code) override;
+  std::uint32_t CheckAck(Call& call) override;
+  std::uint32_t SendEscCode(Call& call, std::uint8_t letter) override;
+  std::uint32_t SendFSCode(Call& call, std::uint8_t letter) override;
+  std::uint32_t Read(Call& call, std::span<std::uint8_t> bytes) override;
+  std::uint32_t Write(Call& call, std::span<const std::uint8_t> bytes) override;
+  std::uint32_t FeedPaper(Call& call) override;
+  std::uint32_t EjectPage(Call& call) override;
 
  private:
-  std::uint32_t SendControlByte(std::uint8_t code);
+  std::uint32_t SendControlByte(Call& call, std::uint8_t code);
 };
 
 }  // namespace pmddb832

@@ -29,8 +29,8 @@ constexpr std::size_t kProductNameLength = 16;
 
 }  // namespace
 
-std::string_view HostModelId() {
-  const char* id = currentSettings->modelId;
+std::string_view HostModelId(const ScannerSettings& settings) {
+  const char* id = settings.modelId;
   constexpr std::size_t kLongest = sizeof(ScannerSettings::modelId);
   return {id, static_cast<std::size_t>(std::find(id, id + kLongest, '\0') - id)};
 }
@@ -42,15 +42,15 @@ std::string_view ListedModelName(std::string_view modelId) {
   return {};
 }
 
-void StoreModelName(std::string_view name) {
-  char* const to = currentSettings->modelName;
+void StoreModelName(ScannerSettings& settings, std::string_view name) {
+  char* const to = settings.modelName;
   const std::size_t length = std::min(name.size(), sizeof(ScannerSettings::modelName) - 1);
   std::copy_n(name.begin(), length, to);
   to[length] = '\0';
 }
 
-std::string_view StoreProductName(std::span<const std::uint8_t> name) {
-  char* const to = currentSettings->productNameReply;
+std::string_view StoreProductName(ScannerSettings& settings, std::span<const std::uint8_t> name) {
+  char* const to = settings.productNameReply;
   const std::size_t longest = std::min(name.size(), kProductNameLength);
   const auto end = std::find(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(longest), 0);
   std::fill_n(to, kProductNameLength, ' ');

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "wire/area_size.h"
 #include "wire/named_field.h"
 #include "wire/wire_block.h"
 
@@ -12,11 +13,9 @@ namespace identity {
 
 inline constexpr Field<std::uint8_t, 0> kLevelLetter;
 inline constexpr Field<std::uint8_t, 1> kLevelDigit;
-inline constexpr Field<std::uint32_t, 4> kBasicResolution;  // dots per inch
-inline constexpr Field<std::uint16_t, 4> kBasicResolutionLow;
+inline constexpr Field<std::uint32_t, 4> kBasicResolution;       // dots per inch
 inline constexpr Field<std::uint16_t, 8> kMinimumResolutionLow;  // half the minimum
 inline constexpr Field<std::uint32_t, 12> kMaximumResolution;    // twice the maximum
-inline constexpr Field<std::uint16_t, 12> kMaximumResolutionLow;
 inline constexpr Field<std::uint32_t, 20> kFlatbedWidth;
 inline constexpr Field<std::uint32_t, 24> kFlatbedHeight;
 inline constexpr Field<std::uint32_t, 28> kFeederWidth;
@@ -53,4 +52,34 @@ inline constexpr std::array kFields{
 };
 
 }  // namespace identity
+
+// What the block says.
+struct ExtendedIdentity {
+  char levelLetter = '\0';
+  char levelDigit = '\0';
+  std::uint32_t basicResolution = 0;    // dots per inch; 0 until a block was read
+  std::uint32_t maximumResolution = 0;  // twice the maximum
+  std::uint16_t minimumResolution = 0;  // half the minimum
+  AreaSize flatbed;
+  AreaSize feeder;
+  AreaSize transparencyUnit;
+  std::uint8_t feederFlags = 0;
+};
+
+constexpr ExtendedIdentity DecodeIdentity(const IdentityBlock& block) {
+  return {static_cast<char>(Get(block, identity::kLevelLetter)),
+          static_cast<char>(Get(block, identity::kLevelDigit)),
+          Get(block, identity::kBasicResolution),
+          Get(block, identity::kMaximumResolution),
+          Get(block, identity::kMinimumResolutionLow),
+          {Get(block, identity::kFlatbedWidth), Get(block, identity::kFlatbedHeight)},
+          {Get(block, identity::kFeederWidth), Get(block, identity::kFeederHeight)},
+          {Get(block, identity::kTransparencyWidth), Get(block, identity::kTransparencyHeight)},
+          Get(block, identity::kFeederFlags)};
+}
+
+constexpr std::span<const std::uint8_t> ProductName(const IdentityBlock& block) {
+  return std::span{block}.subspan<identity::kProductNameOffset, identity::kProductNameBytes>();
+}
+
 }  // namespace pmddb832

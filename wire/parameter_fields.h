@@ -1,5 +1,6 @@
 #pragma once
 
+#include "wire/gamma_codes.h"
 #include "wire/named_field.h"
 #include "wire/value_names.h"
 #include "wire/wire_block.h"

@@ -25,10 +25,6 @@ inline constexpr std::array kColorModes{ValueName{0x00, "grey"},
                                         ValueName{0x23, "colour, blue first"},
                                         ValueName{0x30, "channel 3"}};
 
-inline constexpr std::array kGammaCodes{ValueName{0x00, "gamma 3.0"}, ValueName{0x01, "gamma 1.0"},
-                                        ValueName{0x02, "gamma 2.2"}, ValueName{0x10, "gamma 2.8"},
-                                        ValueName{0x20, "gamma 2.5"}};
-
 // Of the codes that PMGetScanError answers. After a call that succeeded there is none.
 inline constexpr std::array kErrorCodes{
     ValueName{kNoError, "no error"},

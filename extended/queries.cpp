@@ -1,0 +1,98 @@
+#include "extended/ext_commands.h"
+#include "extended/ext_scan_cmd.h"
+#include "extended/parameters.h"
+#include "interface/scanner_settings.h"
+#include "platform/operating_system.h"
+#include "platform/trace.h"
+#include "transport/focus_query.h"
+#include "wire/command_level.h"
+#include "wire/commands.h"
+#include "wire/document_source.h"
+#include "wire/focus.h"
+
+namespace pmddb832 {
+namespace {
+
+using status::IsSet;
+
+// The bits of a unit count only with its error summary.
+std::uint32_t OptionCondition(std::uint32_t source, const StatusBlock& block) {
+  const std::uint8_t feeder = Get(block, status::kFeeder);
+  const std::uint8_t unit = Get(block, status::kTransparency);
+  if (source == kFeeder && IsSet(feeder, status::kErrorSummary)) {
+    return status::FeederCondition(feeder);
+  }
+  if (source == kTransparencyUnit && IsSet(unit, status::kErrorSummary)) {
+    return status::TransparencyCondition(unit);
+  }
+  return kNoError;
+}
+
+}  // namespace
+
+std::uint32_t ExtScanCmd::GetOptionStatus(Call& call, std::uint8_t* mainStatus,
+                                          std::uint32_t source) {
+  const TraceScope trace{"Extcmd::GetOptionStatus"};
+  LastError() = kNoError;
+  StatusBlock& block = *work_.status;
+  if (Extcmd::GetStatusBuffer(*this, call, block) == 0) return kUnreadable;
+  const std::uint8_t main = Get(block, status::kMain);
+  if (mainStatus != nullptr) *mainStatus = main;
+  if (IsSet(main, status::kNotReady)) return kNotReady;
+  const std::uint32_t condition = OptionCondition(source, block);
+  if (condition != kNoError) return condition;
+  return IsSet(main, status::kFatalError) ? kScannerError : kNoError;
+}
+
+// The result alone reports a failed query. Of an option that is selected the scanner is asked anew.
+std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t source, std::uint32_t* width,
+                                           std::uint32_t* height) {
+  const TraceScope trace{"Extcmd::GetScanPaperSize"};
+  const ErrorCode before = LastError();
+  if (!ReadIdentity(call)) {
+    Fail(before);
+    return kUnreadable;
+  }
+  const ExtendedIdentity& told = facts_.identity;
+  const bool selected = call.settings.scanSource != 0;
+  AreaSize area = facts_.flatbed;
+  if (source == kFeeder && selected) area = facts_.option = told.feeder;
+  if (source == kTransparencyUnit && selected) area = told.transparencyUnit;
+  *width = area.width * told.maximumResolution / 2 / told.basicResolution;
+  *height = area.height * told.maximumResolution / 2 / told.basicResolution;
+  return kNoError;
+}
+
+std::uint32_t ExtScanCmd::EnableOption(Call& call, std::uint32_t value) {
+  const TraceScope trace{"Extcmd::EnableOption"};
+  const auto sent = static_cast<std::uint8_t>(OptionUnitValue(call.settings, value));
+  if (Extcmd::SendESCOneParam(*this, call, esc::kOptionUnit, sent) == 0) return 0;
+  Put(*work_.parameters, parameter::kOptionUnit, sent);
+  return 1;
+}
+
+std::uint8_t ExtScanCmd::SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t position) {
+  const TraceScope trace{"Extcmd::SetFocusPos"};
+  if (!TraitsOf(call.settings.commandLevel).focus) return position;
+  return HostFocusPosition(ExeSetFocusPos(call, mode, WireFocusPosition(position)));
+}
+
+std::uint8_t ExtScanCmd::ExeSetFocusPos(Call& call, std::uint32_t mode, std::uint8_t positionByte) {
+  const TraceScope trace{"Extcmd::ExeSetFocusPos"};
+  if (mode == 0) {
+    const bool sent = Extcmd::SendESCOneParam(*this, call, esc::kFocusPosition, positionByte) != 0;
+    return sent ? positionByte : kFocusUnknown;
+  }
+  plan_.width = call.settings.areaWidthPx;
+  plan_.height = call.settings.areaHeightPx;
+  TakePixelType(plan_, call.settings);
+  if (SetupScanParameter(call) == 0) {
+    Fail(kScannerError);
+    return positionByte;
+  }
+  Extcmd::SendESCOneParam(*this, call, esc::kFocusPosition, kFocusAutomatic);
+  platform::SleepMilliseconds(kFocusMilliseconds);
+  return ReadFocusPosition(*this, call);
+}
+
+}  // namespace pmddb832
