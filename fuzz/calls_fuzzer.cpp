@@ -38,8 +38,8 @@ void AskPaperSize(std::uint8_t option) {
   PMGetScanPaperSize(option, &width, &height);
 }
 
-// Closed first, so that the command set that is left behind has given its buffers back.
-void OpenAgain(FuzzHost& host) {
+// A further open leaves the former command set behind; closed, it has given its buffers back.
+void Open(FuzzHost& host) {
   const pmddb832::tests::MeantLeak formerCommandSet;
   PMCloseScanner();
   host.Open();
@@ -65,7 +65,7 @@ constexpr std::array<CallWith, 18> kCalls{
     [](FuzzHost& host, Input&, std::uint8_t which) {
       PMSetScannerHardware(which % 8 == 0 ? nullptr : &host.settings);
     },
-    [](FuzzHost& host, Input&, std::uint8_t) { OpenAgain(host); },
+    [](FuzzHost& host, Input&, std::uint8_t) { Open(host); },
     [](FuzzHost& host, Input&, std::uint8_t transfers) {
       host.device.CallWithin(transfers, CallFromWithin);
     },
@@ -89,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   currentHost = &host;
   currentCalls = &calls;
   pmddb832::platform::Native().onRepaint = CallOutOfPainting;
-  if (calls.Byte() % 8 != 0) host.Open();
+  if (calls.Byte() % 8 != 0) Open(host);
   for (std::uint8_t i = 0; i < count; ++i) MakeCall(host, calls);
   return 0;
 }
