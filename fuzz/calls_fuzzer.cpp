@@ -1,8 +1,12 @@
-// The exports in any order, also out of the progress routine, with the host's choices between them,
-// then the device's bytes.
+// The exports in any order, also out of the device's transfers, the progress routine and the
+// painting of the progress window, with the host's choices between them, then the device's bytes.
+
+#include <array>
 
 #include "fuzz/fuzz_host.h"
 #include "interface/exports.h"
+#include "platform/native.h"
+#include "tests/safety/meant_leak.h"
 
 namespace {
 
@@ -12,51 +16,67 @@ using pmddb832::fuzz::Input;
 FuzzHost* currentHost = nullptr;
 Input* currentCalls = nullptr;
 
-void Call(FuzzHost& host, Input& calls);
+void MakeCall(FuzzHost& host, Input& calls);
 
 // Makes the next call, if one is left: each takes bytes of the input, so that calls within calls
 // come to an end.
-void CallBack(std::uint32_t /*percent*/) {
-  if (!currentCalls->Rest().empty()) Call(*currentHost, *currentCalls);
+void CallFromWithin() {
+  if (!currentCalls->Rest().empty()) MakeCall(*currentHost, *currentCalls);
 }
 
-void Call(FuzzHost& host, Input& calls) {
-  const std::uint8_t argument = calls.Byte();
+void CallOutOfProgress(std::uint32_t /*percent*/) {
+  CallFromWithin();
+}
+
+void CallOutOfPainting(void* /*window*/) {
+  CallFromWithin();
+}
+
+void AskPaperSize(std::uint8_t option) {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
+  PMGetScanPaperSize(option, &width, &height);
+}
+
+// A further open leaves the former command set behind; closed, it has given its buffers back.
+void Open(FuzzHost& host) {
+  const pmddb832::tests::MeantLeak formerCommandSet;
+  PMCloseScanner();
+  host.Open();
+}
+
+using CallWith = void (*)(FuzzHost& host, Input& calls, std::uint8_t argument);
+
+constexpr std::array<CallWith, 18> kCalls{
+    [](FuzzHost&, Input&, std::uint8_t) { PMCloseScanner(); },
+    [](FuzzHost&, Input&, std::uint8_t) { PMAbortScan(); },
+    [](FuzzHost& host, Input&, std::uint8_t format) { host.SetUp(format); },
+    [](FuzzHost& host, Input&, std::uint8_t rows) { host.Acquire(rows, rows & 3u); },
+    [](FuzzHost&, Input&, std::uint8_t position) { PMSetFocus(position & 1u, position); },
+    [](FuzzHost&, Input&, std::uint8_t option) { PMGetOptionStatus(option); },
+    [](FuzzHost&, Input&, std::uint8_t value) { PMEnableOption(value); },
+    [](FuzzHost&, Input&, std::uint8_t option) { AskPaperSize(option); },
+    [](FuzzHost&, Input&, std::uint8_t) { PMReset(); },
+    [](FuzzHost&, Input&, std::uint8_t) { PMFeed(nullptr); },
+    [](FuzzHost&, Input&, std::uint8_t) { PMEject(nullptr); },
+    [](FuzzHost&, Input&, std::uint8_t) { PMGetScanError(); },
+    [](FuzzHost& host, Input& calls, std::uint8_t) { ApplyScanChoices(calls, host.settings); },
+    [](FuzzHost& host, Input&, std::uint8_t format) { host.SetUp(format, CallOutOfProgress); },
+    [](FuzzHost& host, Input&, std::uint8_t which) {
+      PMSetScannerHardware(which % 8 == 0 ? nullptr : &host.settings);
+    },
+    [](FuzzHost& host, Input&, std::uint8_t) { Open(host); },
+    [](FuzzHost& host, Input&, std::uint8_t transfers) {
+      host.device.CallWithin(transfers, CallFromWithin);
+    },
+    [](FuzzHost& host, Input&, std::uint8_t paints) {
+      host.settings.progressWindow = paints % 2 != 0 ? &host : nullptr;
+    }};
+
+void MakeCall(FuzzHost& host, Input& calls) {
+  const std::uint8_t argument = calls.Byte();
   host.device.NextCall();
-  switch (calls.Byte() % 15) {
-    case 0:
-      return PMCloseScanner();
-    case 1:
-      return PMAbortScan();
-    case 2:
-      return host.SetUp(argument);
-    case 3:
-      return static_cast<void>(host.Acquire(argument, argument & 3u));
-    case 4:
-      return static_cast<void>(PMSetFocus(argument & 1u, argument));
-    case 5:
-      return static_cast<void>(PMGetOptionStatus(argument));
-    case 6:
-      return static_cast<void>(PMEnableOption(argument));
-    case 7:
-      return static_cast<void>(PMGetScanPaperSize(argument, &width, &height));
-    case 8:
-      return static_cast<void>(PMReset());
-    case 9:
-      return PMFeed(nullptr);
-    case 10:
-      return PMEject(nullptr);
-    case 11:
-      return static_cast<void>(PMGetScanError());
-    case 12:
-      return ApplyScanChoices(calls, host.settings);
-    case 13:
-      return host.SetUp(argument, &CallBack);
-    default:
-      return PMSetScannerHardware(argument % 8 == 0 ? nullptr : &host.settings);
-  }
+  kCalls[calls.Byte() % kCalls.size()](host, calls, argument);
 }
 
 }  // namespace
@@ -68,7 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FuzzHost host(input.Rest());
   currentHost = &host;
   currentCalls = &calls;
-  if (calls.Byte() % 8 != 0) host.Open();
-  for (std::uint8_t i = 0; i < count; ++i) Call(host, calls);
+  pmddb832::platform::Native().onRepaint = CallOutOfPainting;
+  if (calls.Byte() % 8 != 0) Open(host);
+  for (std::uint8_t i = 0; i < count; ++i) MakeCall(host, calls);
   return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace pmddb832::fuzz {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::size_t kMostTransfers = 4 * 65535 + 1000;
 }  // namespace
 
 std::int32_t FuzzDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
-  CountTransfer();
+  BeginTransfer();
   if (*byteCount > answers_.size()) {
     answers_ = {};
     return -1;
@@ -24,7 +25,7 @@ std::int32_t FuzzDevice::RawReadData(void* buffer, std::uint32_t* byteCount, voi
 }
 
 std::int32_t FuzzDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
-  CountTransfer();
+  BeginTransfer();
   // Every byte that is sent must be one that was set.
   const auto* const bytes = static_cast<const std::uint8_t*>(buffer);
   std::uint32_t sum = 0;
@@ -32,8 +33,10 @@ std::int32_t FuzzDevice::RawWriteData(void* buffer, std::uint32_t byteCount, voi
   return sum == UINT32_MAX ? -1 : 0;
 }
 
-void FuzzDevice::CountTransfer() {
+void FuzzDevice::BeginTransfer() {
   if (++transfers_ > kMostTransfers) std::abort();
+  if (call_ == nullptr || transfersToCall_-- != 0) return;
+  std::exchange(call_, nullptr)();
 }
 
 }  // namespace pmddb832::fuzz

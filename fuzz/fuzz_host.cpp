@@ -5,6 +5,7 @@
 
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
+#include "platform/native.h"
 
 namespace pmddb832::fuzz {
 namespace {
@@ -77,9 +78,11 @@ FuzzHost::FuzzHost(std::span<const std::uint8_t> answers) : device(answers) {
 
 FuzzHost::~FuzzHost() {
   device.NextCall();
+  device.CallWithin(0, nullptr);  // nothing is called within an unload
   DllMain(this, kProcessDetach, nullptr);
   currentSettings = nullptr;
   extendedSupport = 0;
+  platform::Native().repaintedWindows.clear();
 }
 
 void FuzzHost::Open() {

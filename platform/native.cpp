@@ -66,7 +66,9 @@ void SleepMilliseconds(std::uint32_t milliseconds) {
 }
 
 void RepaintNow(void* window) {
-  if (window != nullptr) Native().repaintedWindows.push_back(window);
+  if (window == nullptr) return;
+  Native().repaintedWindows.push_back(window);
+  if (Native().onRepaint != nullptr) Native().onRepaint(window);
 }
 
 std::optional<OperatingSystemVersion> QueryOperatingSystemVersion() {

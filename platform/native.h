@@ -25,6 +25,7 @@ struct NativePlatform {
   std::size_t logReferences = 0;  // logs created and not released
   std::uint64_t sleptMilliseconds = 0;
   std::vector<void*> repaintedWindows;
+  void (*onRepaint)(void* window) = nullptr;       // when set, runs in every repaint
   std::size_t heapBlocks = 0;                      // blocks allocated and not freed
   std::optional<std::size_t> heapAllocationsLeft;  // after that many, every allocation fails
   // Stand in the place of the C library's heap when set, both of them; blocks are zeroed.

@@ -89,4 +89,8 @@ void WatchModule() {
   Replace(image, "HeapFree", FreeToHeap, formerHeapFree);
 }
 
+std::optional<Guard> GuardWithoutSanitizer() {
+  return Guard::kBehind;
+}
+
 }  // namespace pmddb832::tests

@@ -62,4 +62,8 @@ void WatchModule() {
   platform::Native().giveHeapBlock = GiveHeapBlock;
 }
 
+std::optional<Guard> GuardWithoutSanitizer() {
+  return std::nullopt;
+}
+
 }  // namespace pmddb832::tests

@@ -21,6 +21,10 @@ ModuleMemory& MemoryOfModule();
 // To be called when the module has been loaded, each time.
 void WatchModule();
 
+// Where blocks of the module are to be guarded when nothing but their access is to be watched: the
+// sanitizers watch the native build.
+std::optional<Guard> GuardWithoutSanitizer();
+
 // For those that stand in the place of the heaps: takes a block of zeroed bytes, null when it is
 // refused; gives a block back, false when it is not one of these.
 void* TakeBlock(std::size_t bytes, std::size_t alignment);
