@@ -9,14 +9,14 @@
 #include "simulator/device/reply_queue.h"
 #include "simulator/faults/cable.h"
 #include "simulator/faults/defects.h"
-#include "transport/still_image_device.h"
+#include "transport/raw_device.h"
 
 namespace simulator {
 
 // The device side of the wire, for every family: it takes the driver's bytes, cuts them into
 // commands and parameter blocks, queues the scanner's answers, and judges what it was sent.
 // The families say which commands they know and what they answer.
-class Scanner : public pmddb832::StillImageDevice {
+class Scanner : public pmddb832::RawDevice {
  public:
   virtual ~Scanner() = default;
   Scanner(const Scanner&) = delete;
@@ -39,22 +39,6 @@ class Scanner : public pmddb832::StillImageDevice {
   // a real scanner would hang. Bytes may come and go in any portions.
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) final;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) final;
-
-  // The rest of the device interface: not implemented, and no reference is counted.
-  std::int32_t QueryInterface(const void* interfaceId, void** object) final;
-  std::uint32_t AddRef() final { return 1; }
-  std::uint32_t Release() final { return 1; }
-  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
-                          std::uint32_t mode) final;
-  std::int32_t GetCapabilities(void* capabilities) final;
-  std::int32_t GetStatus(void* status) final;
-  std::int32_t DeviceReset() final;
-  std::int32_t Diagnostic(void* buffer) final;
-  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
-                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) final;
-  std::int32_t GetLastError(std::uint32_t* error) final;
-  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) final;
-  std::int32_t UnLockDevice() final;
 
  protected:
   using Bytes = std::span<const std::uint8_t>;

@@ -244,20 +244,3 @@ TEST_CASE("fault: one that was not reached is told") {
   desk.TryRead(16);
   CHECK(desk.cable.Unreached().empty());
 }
-
-TEST_CASE("fault: the rest of the device interface is the scanner's") {
-  Desk desk("\"transfer\": 0", "\"fail\"");
-  constexpr std::int32_t kNotImplemented = static_cast<std::int32_t>(0x80004001);
-  CHECK(desk.cable.QueryInterface(nullptr, nullptr) == static_cast<std::int32_t>(0x80004002));
-  CHECK(desk.cable.AddRef() == 1);
-  CHECK(desk.cable.Release() == 1);
-  CHECK(desk.cable.Initialize(nullptr, nullptr, 0, 0) == kNotImplemented);
-  CHECK(desk.cable.GetCapabilities(nullptr) == kNotImplemented);
-  CHECK(desk.cable.GetStatus(nullptr) == kNotImplemented);
-  CHECK(desk.cable.DeviceReset() == kNotImplemented);
-  CHECK(desk.cable.Diagnostic(nullptr) == kNotImplemented);
-  CHECK(desk.cable.Escape(0, nullptr, 0, nullptr, 0, nullptr) == kNotImplemented);
-  CHECK(desk.cable.GetLastError(nullptr) == kNotImplemented);
-  CHECK(desk.cable.LockDevice(0) == kNotImplemented);
-  CHECK(desk.cable.UnLockDevice() == kNotImplemented);
-}
