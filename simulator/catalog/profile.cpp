@@ -110,11 +110,7 @@ void ReadDefects(const JsonNode& node, Profile& profile) {
   for (const DefectRow& row : DefectTable()) {
     const JsonNode* const value = FindKey(node, row.name);
     if (value == nullptr) continue;
-    if (const auto* const flag = std::get_if<Defects::Flag Defects::*>(&row.member)) {
-      defects.** flag = FlagOf(*value);
-    } else {
-      defects.*std::get<Defects::Number Defects::*>(row.member) = NumberOrLetter(*value);
-    }
+    Set(defects, row, row.IsFlag() ? FlagOf(*value) : NumberOrLetter(*value));
   }
 }
 

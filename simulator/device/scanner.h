@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "simulator/device/reply_queue.h"
-#include "simulator/faults/cable.h"
 #include "simulator/faults/defects.h"
 #include "transport/raw_device.h"
 
@@ -29,6 +30,9 @@ class Scanner : public pmddb832::RawDevice {
   // Why the scanner answered NAK or refused a transfer: a sentence each.
   const std::vector<std::string>& Refusals() const { return refusals_; }
 
+  // What is wrong with its cable; a FaultInjector before the scanner brings it about.
+  const std::map<std::string_view, Fault>& CableFaults() const { return defects.cable; }
+
   // Somebody disturbs the conversation on its way: until a reset nothing is a violation.
   void Disturb() { ExcuseOutOfStep(); }
 
@@ -43,8 +47,7 @@ class Scanner : public pmddb832::RawDevice {
  protected:
   using Bytes = std::span<const std::uint8_t>;
 
-  explicit Scanner(const Defects& defectsOfThisOne)
-      : defects(defectsOfThisOne), cable_(defectsOfThisOne) {}
+  explicit Scanner(const Defects& defectsOfThisOne) : defects(defectsOfThisOne) {}
 
   // Bytes in the parameter block of a command, 0 when it has none; nothing for a command that the
   // scanner does not know.
@@ -99,7 +102,6 @@ class Scanner : public pmddb832::RawDevice {
   void ExecuteWithParameters();
   void Begin(const std::optional<std::uint32_t>& parameterBytes);
 
-  Cable cable_;
   std::vector<std::string> violations_;
   std::vector<std::string> refusals_;
   bool readingExcused_ = false;

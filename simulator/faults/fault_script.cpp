@@ -68,11 +68,15 @@ void ReadPart(const JsonNode& value, WrittenPlace& written) {
   if (written.part == nullptr) FailUnknownName(value, "a part of the command", FaultParts());
 }
 
+template <auto kMember>
+void ReadNumber(const JsonNode& value, WrittenPlace& written) {
+  written.place.*kMember = WholeOf(value, 0, kMost);
+}
+
 constexpr std::array kPlaceKeys{
-    KeyRow<WrittenPlace>{"transfer",
-                         [](const JsonNode& value, WrittenPlace& written) {
-                           written.place.transfer = WholeOf(value, 0, kMost);
-                         }},
+    KeyRow<WrittenPlace>{"transfer", &ReadNumber<&FaultPlace::transfer>},
+    KeyRow<WrittenPlace>{"readFrom", &ReadNumber<&FaultPlace::readFrom>},
+    KeyRow<WrittenPlace>{"byte", &ReadNumber<&FaultPlace::byte>},
     KeyRow<WrittenPlace>{"command", &ReadCommand},
     KeyRow<WrittenPlace>{"occurrence", &ReadOccurrence},
     KeyRow<WrittenPlace>{"part", &ReadPart},
@@ -100,12 +104,15 @@ void PlaceInBlocks(const WrittenPlace& written, const PartRow& part, FaultPlace&
 }
 
 void RequireOneAddress(const JsonNode& node, const WrittenPlace& written) {
-  const bool hasNumber = written.place.transfer.has_value();
-  if (hasNumber && MembersOf(node).size() > 1) {
-    node.Fail("a transfer's number says it all: no other key can stand beside \"transfer\"");
+  for (const std::string_view key : {"transfer", "readFrom", "byte"}) {
+    if (FindKey(node, key) == nullptr) continue;
+    if (MembersOf(node).size() == 1) return;
+    node.Fail("its number says it all: no other key can stand beside \"" + std::string(key) + "\"");
   }
-  if (!hasNumber && written.place.command.empty()) {
-    node.Fail("expected \"transfer\" with a number, or \"command\" with a name");
+  if (written.place.command.empty()) {
+    node.Fail(
+        "expected \"transfer\", \"readFrom\" or \"byte\" with a number, or \"command\" with a "
+        "name");
   }
 }
 
@@ -128,6 +135,10 @@ void ReadPlace(const JsonNode& node, Fault& fault) {
 }
 
 void Cut(const JsonNode& value, Fault& fault) {
+  if (const auto* const word = std::get_if<std::string>(&value.value); word && *word == "half") {
+    fault.kind = FaultKind::kHalve;
+    return;
+  }
   fault.kind = FaultKind::kCut;
   fault.count = WholeOf(value, 0, kMost);
 }
