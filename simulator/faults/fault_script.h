@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulator/catalog/json_document.h"
+#include "simulator/catalog/value_kind.h"
 #include "simulator/faults/fault.h"
 
 namespace simulator {
@@ -16,13 +17,14 @@ std::vector<Fault> ReadFaults(const JsonNode& list);
 // ProfileError.
 std::vector<Fault> ReadFaultScript(const std::string& file);
 
-// The keys of a script, of a fault, of its place, and of what it does.
-std::vector<std::string_view> FaultScriptKeys();
-std::vector<std::string_view> FaultKeys();
-std::vector<std::string_view> FaultPlaceKeys();
-std::vector<std::string_view> FaultActionKeys();
+// The kind of such a list, and the sentence on it.
+inline constexpr ValueKind kFaultObject = Object(R"({"$ref": "#/$defs/fault"})");
+inline constexpr ValueKind kFaultList{
+    ValueKind::Shape::kList, "objects, see below", {}, nullptr, 0, 0, nullptr, &kFaultObject};
+constexpr std::string_view kFaultListSentence =
+    "What goes wrong on the cable; of several at one place the first strikes.";
 
-// What "part" may be.
-std::vector<std::string_view> FaultParts();
+// The keys of a script, of a fault, of its place, and of what it does.
+std::vector<KeyGroup> FaultKeys();
 
 }  // namespace simulator
