@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace pmddb832::bench {
 
@@ -14,7 +14,7 @@ enum class Family { kExtended, kStandard };
 // A scanner that costs nothing but copies: of the protocol it knows no more than which prepared
 // reply comes next, and the image is served from a page in memory. Its bed is a letter page
 // and somewhat wider, since lines are sent in groups of eight pixels.
-class MemoryScanner final : public tests::RawTransferDevice {
+class MemoryScanner final : public RawDevice {
  public:
   // Sends `pixelBits` bits for a pixel. The bytes of `page` are served in order, as many as a scan
   // takes; each is below 0x80, so that any of them can stand for a good status byte.

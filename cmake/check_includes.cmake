@@ -14,24 +14,26 @@ set(imaging_knows transport wire platform)
 set(extended_knows imaging transport wire platform)
 set(standard_knows imaging transport wire platform)
 set(interface_knows extended standard imaging transport wire platform)
-set(simulator_knows transport/still_image_device.h)
-set(capture_knows wire interface/scanner_settings.h transport/acquisition_records.h
-  transport/still_image_device.h)
-set(pmscan_knows capture simulator wire interface/exports.h interface/scanner_settings.h
-  transport/acquisition_records.h transport/still_image_device.h)
+set(device_headers transport/raw_device.h transport/still_image_device.h)
+set(simulator_knows ${device_headers})
+set(capture_knows ${device_headers} wire interface/scanner_settings.h
+  transport/acquisition_records.h)
+set(pmscan_knows ${device_headers} capture simulator wire interface/exports.h
+  interface/scanner_settings.h transport/acquisition_records.h)
 set(module_rooms platform wire transport imaging extended standard interface)
 set(rooms ${module_rooms} capture simulator pmscan)
 
 # May be read from every floor of the module.
 set(settings_record interface/scanner_settings.h)
 
-# What outsiders include must not bring other headers of ours along.
-set(leaves interface/scanner_settings.h transport/acquisition_records.h
-  transport/still_image_device.h)
+# What outsiders include must bring no other headers of ours along but one another.
+set(leaves ${device_headers} interface/scanner_settings.h transport/acquisition_records.h)
 
 function(check_include room file included)
   string(REGEX MATCH "^[^/]*" included_room "${included}")
-  if(file IN_LIST leaves)
+  if(file IN_LIST leaves AND included IN_LIST leaves)
+    set(allowed TRUE)
+  elseif(file IN_LIST leaves)
     set(allowed FALSE)
   elseif(included STREQUAL settings_record AND room IN_LIST module_rooms)
     set(allowed TRUE)

@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <span>
 
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace pmddb832::fuzz {
 
 // A device whose answers are the input of a fuzz target: reads take its bytes in order, and fail
 // when there are none left; writes succeed. It stops the program where one call of the host makes
 // more transfers than any call needs.
-class FuzzDevice final : public tests::RawTransferDevice {
+class FuzzDevice final : public RawDevice {
  public:
   explicit FuzzDevice(std::span<const std::uint8_t> answers) : answers_(answers) {}
 

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <vector>
 
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace pmddb832::fuzz {
 
 // Passes every call on to another device, and keeps what that one answered.
-class RecordingDevice final : public tests::RawTransferDevice {
+class RecordingDevice final : public RawDevice {
  public:
   explicit RecordingDevice(StillImageDevice& recorded) : recorded_(recorded) {}
 

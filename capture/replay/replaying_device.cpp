@@ -9,8 +9,6 @@
 namespace capture {
 namespace {
 
-constexpr auto kNotImplemented = static_cast<std::int32_t>(0x80004001);
-constexpr auto kNoInterface = static_cast<std::int32_t>(0x80004002);
 constexpr auto kTimeout = static_cast<std::int32_t>(0x80070079);
 
 constexpr std::uint8_t kAck = 0x06;
@@ -232,47 +230,6 @@ std::optional<std::size_t> ReplayingDevice::FindWriteAnywhere(Bytes bytes) const
     if (transfer != nullptr && transfer->result >= 0 && IsWriteOf(*transfer, bytes)) return i;
   }
   return std::nullopt;
-}
-
-std::int32_t ReplayingDevice::QueryInterface(const void*, void**) {
-  return kNoInterface;
-}
-
-std::int32_t ReplayingDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::GetCapabilities(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::GetStatus(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::DeviceReset() {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::Diagnostic(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*,
-                                     std::uint32_t, std::uint32_t*) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::GetLastError(std::uint32_t*) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::LockDevice(std::uint32_t) {
-  return kNotImplemented;
-}
-
-std::int32_t ReplayingDevice::UnLockDevice() {
-  return kNotImplemented;
 }
 
 }  // namespace capture

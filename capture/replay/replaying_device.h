@@ -9,7 +9,7 @@
 
 #include "capture/file/capture.h"
 #include "capture/replay/difference.h"
-#include "transport/still_image_device.h"
+#include "transport/raw_device.h"
 
 namespace capture {
 
@@ -20,7 +20,7 @@ namespace capture {
 // bytes that differ from a recorded block count as that block; a command that comes a little later
 // in the capture skips what is in front of it; any other is answered as it is somewhere else in the
 // capture, and reads that are cut in another way are filled from the recorded ones in their order.
-class ReplayingDevice final : public pmddb832::StillImageDevice {
+class ReplayingDevice final : public pmddb832::RawDevice {
  public:
   // Both outlive this.
   ReplayingDevice(const Capture& played, DifferenceLog& differences);
@@ -39,22 +39,6 @@ class ReplayingDevice final : public pmddb832::StillImageDevice {
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
-
-  // The rest of the device interface: not implemented, and no reference is counted.
-  std::int32_t QueryInterface(const void* interfaceId, void** object) override;
-  std::uint32_t AddRef() override { return 1; }
-  std::uint32_t Release() override { return 1; }
-  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
-                          std::uint32_t mode) override;
-  std::int32_t GetCapabilities(void* capabilities) override;
-  std::int32_t GetStatus(void* status) override;
-  std::int32_t DeviceReset() override;
-  std::int32_t Diagnostic(void* buffer) override;
-  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
-                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) override;
-  std::int32_t GetLastError(std::uint32_t* error) override;
-  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) override;
-  std::int32_t UnLockDevice() override;
 
  private:
   using Bytes = std::span<const std::uint8_t>;

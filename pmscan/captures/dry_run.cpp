@@ -9,7 +9,6 @@
 namespace pmscan {
 namespace {
 
-constexpr auto kNotImplemented = static_cast<std::int32_t>(0x80004001);
 constexpr auto kAborted = static_cast<std::int32_t>(0x80004004);
 constexpr char kStartLetter = 'G';
 constexpr std::size_t kBytesALine = 16;
@@ -67,47 +66,6 @@ std::int32_t DryRunDevice::RawWriteData(void* buffer, std::uint32_t byteCount, v
   Keep(sent_, Bytes(static_cast<const std::uint8_t*>(buffer), byteCount));
   hasStarted_ = IsStart(sent_.back());
   return hasStarted_ ? kAborted : device_.RawWriteData(buffer, byteCount, overlapped);
-}
-
-std::int32_t DryRunDevice::QueryInterface(const void*, void**) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::GetCapabilities(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::GetStatus(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::DeviceReset() {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::Diagnostic(void*) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*, std::uint32_t,
-                                  std::uint32_t*) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::GetLastError(std::uint32_t*) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::LockDevice(std::uint32_t) {
-  return kNotImplemented;
-}
-
-std::int32_t DryRunDevice::UnLockDevice() {
-  return kNotImplemented;
 }
 
 std::string AllHex(const std::vector<std::uint8_t>& bytes) {

@@ -6,7 +6,7 @@
 
 #include "capture/decode/decode_commands.h"
 #include "pmscan/report/json_report.h"
-#include "transport/still_image_device.h"
+#include "transport/raw_device.h"
 
 namespace pmscan {
 
@@ -19,7 +19,7 @@ struct SentCommand {
 
 // Stands before a scanner, keeps what is sent to it, and lets no scan start: the command that would
 // start one is kept, not passed on, and fails; so does all that comes after it.
-class DryRunDevice final : public pmddb832::StillImageDevice {
+class DryRunDevice final : public pmddb832::RawDevice {
  public:
   // `passedDevice` outlives this.
   explicit DryRunDevice(pmddb832::StillImageDevice& passedDevice) : device_(passedDevice) {}
@@ -30,21 +30,6 @@ class DryRunDevice final : public pmddb832::StillImageDevice {
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
-
-  // The module calls none of these.
-  std::int32_t QueryInterface(const void*, void**) override;
-  std::uint32_t AddRef() override { return 1; }
-  std::uint32_t Release() override { return 1; }
-  std::int32_t Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) override;
-  std::int32_t GetCapabilities(void*) override;
-  std::int32_t GetStatus(void*) override;
-  std::int32_t DeviceReset() override;
-  std::int32_t Diagnostic(void*) override;
-  std::int32_t Escape(std::uint32_t, const void*, std::uint32_t, void*, std::uint32_t,
-                      std::uint32_t*) override;
-  std::int32_t GetLastError(std::uint32_t*) override;
-  std::int32_t LockDevice(std::uint32_t) override;
-  std::int32_t UnLockDevice() override;
 
  private:
   pmddb832::StillImageDevice& device_;

@@ -2,26 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 
 #include "simulator/catalog/nearest_name.h"
 
 namespace simulator {
-namespace {
-
-// Nothing unless the whole text is a number of that base, of at most two digits.
-bool ParseByte(std::string_view digits, std::uint8_t& byte) {
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, byte, 16);
-  return error == std::errc{} && stop == end && digits.size() <= 2;
-}
-
-std::string WholeText(std::uint32_t least, std::uint32_t most) {
-  return "a whole number from " + std::to_string(least) + " to " + std::to_string(most);
-}
-
-}  // namespace
-
 const JsonNode::Object& MembersOf(const JsonNode& node) {
   const auto* const members = std::get_if<JsonNode::Object>(&node.value);
   if (members == nullptr) node.FailExpecting("an object in braces");
@@ -54,41 +38,19 @@ void FailUnknownName(const JsonNode& text, std::string_view what,
             SuggestName(TextOf(text), known));
 }
 
-bool FlagOf(const JsonNode& node) {
-  const auto* const flag = std::get_if<bool>(&node.value);
-  if (flag == nullptr) node.FailExpecting("true or false");
-  return *flag;
-}
-
-std::uint32_t WholeOf(const JsonNode& node, std::uint32_t least, std::uint32_t most) {
-  const auto* const number = std::get_if<std::int64_t>(&node.value);
-  if (number == nullptr || *number < least || *number > most) {
-    node.FailExpecting(WholeText(least, most));
-  }
-  return static_cast<std::uint32_t>(*number);
-}
-
-double PositiveOf(const JsonNode& node) {
+double LengthOf(const JsonNode& node) {
   const auto* const whole = std::get_if<std::int64_t>(&node.value);
-  const auto* const number = std::get_if<double>(&node.value);
-  const double value = whole != nullptr    ? static_cast<double>(*whole)
-                       : number != nullptr ? *number
-                                           : -1.0;
-  if (value < 0 || !std::isfinite(value)) node.FailExpecting("a number that is not negative");
-  return value;
+  return whole != nullptr ? static_cast<double>(*whole) : std::get<double>(node.value);
 }
 
 std::uint8_t ByteOf(const JsonNode& node) {
-  constexpr std::string_view kExpected = "a number from 0 to 255, or two digits as in \"0x38\"";
-  if (const auto* const text = std::get_if<std::string>(&node.value)) {
-    std::uint8_t byte = 0;
-    const bool good = text->starts_with("0x") && ParseByte(text->substr(2), byte);
-    if (!good) node.FailExpecting(kExpected);
-    return byte;
-  }
-  const auto* const number = std::get_if<std::int64_t>(&node.value);
-  if (number == nullptr || *number < 0 || *number > 255) node.FailExpecting(kExpected);
-  return static_cast<std::uint8_t>(*number);
+  const auto* const text = std::get_if<std::string>(&node.value);
+  return text != nullptr ? *ParseHex(text->substr(2)) : static_cast<std::uint8_t>(WholeOf(node));
+}
+
+std::uint32_t NumberOrLetterOf(const JsonNode& node) {
+  const auto* const text = std::get_if<std::string>(&node.value);
+  return text != nullptr ? static_cast<unsigned char>(text->front()) : WholeOf(node);
 }
 
 const std::string& TextOf(const JsonNode& node) {
@@ -97,15 +59,27 @@ const std::string& TextOf(const JsonNode& node) {
   return *text;
 }
 
-std::vector<std::uint8_t> BytesOf(const JsonNode& node) {
-  std::string digits = TextOf(node);
+bool IsWhole(const JsonNode& node, std::int64_t least, std::int64_t most) {
+  const auto* const number = std::get_if<std::int64_t>(&node.value);
+  return number != nullptr && *number >= least && *number <= most;
+}
+
+std::optional<std::uint8_t> ParseHex(std::string_view digits) {
+  std::uint8_t byte = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, byte, 16);
+  const bool isGood = error == std::errc{} && stop == end && digits.size() <= 2;
+  return isGood ? std::optional(byte) : std::nullopt;
+}
+
+std::optional<std::vector<std::uint8_t>> BytesIn(std::string digits) {
   std::erase(digits, ' ');
   std::vector<std::uint8_t> bytes;
   for (std::size_t i = 0; i < digits.size(); i += 2) {
     const std::string_view pair = std::string_view(digits).substr(i, 2);
-    if (pair.size() < 2 || !ParseByte(pair, bytes.emplace_back())) {
-      node.FailExpecting("bytes of two hexadecimal digits each, as in \"15\" or \"02 80\"");
-    }
+    const std::optional<std::uint8_t> byte = ParseHex(pair);
+    if (pair.size() < 2 || !byte) return std::nullopt;
+    bytes.push_back(*byte);
   }
   return bytes;
 }

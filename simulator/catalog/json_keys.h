@@ -1,21 +1,37 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "simulator/catalog/json_document.h"
+#include "simulator/catalog/value_kind.h"
 
 namespace simulator {
 
-// A key that an object may have, and what reads its value.
+// A key that an object may have, and what reads its value once it is known to be of its kind.
 template <class Target>
 struct KeyRow {
-  std::string_view key;
+  KeyText text;
   void (*read)(const JsonNode& value, Target& target);
+};
+
+// The keys of an object; KeyGroup has the words for it.
+template <class Target>
+struct KeyTable {
+  std::string_view object;
+  std::string_view noun;
+  std::span<const KeyRow<Target>> rows;
+
+  KeyGroup Group() const {
+    KeyGroup group{object, noun, {}};
+    for (const KeyRow<Target>& row : rows) group.keys.push_back(row.text);
+    return group;
+  }
 };
 
 // The members of an object, and the elements of a list. Throw ProfileError when it is none.
@@ -33,58 +49,56 @@ void RequireKnownKeys(const JsonNode& object, const std::vector<std::string_view
 [[noreturn]] void FailUnknownName(const JsonNode& text, std::string_view what,
                                   const std::vector<std::string_view>& known);
 
-// Plain values; each throws ProfileError that says what was expected.
-bool FlagOf(const JsonNode& node);
-std::uint32_t WholeOf(const JsonNode& node, std::uint32_t least, std::uint32_t most);
-double PositiveOf(const JsonNode& node);    // with or without a fraction
-std::uint8_t ByteOf(const JsonNode& node);  // 0 to 255, or a text of two digits: "0x38"
-const std::string& TextOf(const JsonNode& node);
-// Bytes in hexadecimal digits, with blanks between them as one likes.
-std::vector<std::uint8_t> BytesOf(const JsonNode& node);
-
-template <class Target>
-std::vector<std::string_view> KeysOf(std::span<const KeyRow<Target>> rows) {
-  std::vector<std::string_view> keys;
-  for (const KeyRow<Target>& row : rows) keys.push_back(row.key);
-  return keys;
+// Plain values that are known to be of their kinds.
+inline bool FlagOf(const JsonNode& node) {
+  return std::get<bool>(node.value);
 }
+inline std::uint32_t WholeOf(const JsonNode& node) {
+  return static_cast<std::uint32_t>(std::get<std::int64_t>(node.value));
+}
+double LengthOf(const JsonNode& node);
+std::uint8_t ByteOf(const JsonNode& node);
+std::uint32_t NumberOrLetterOf(const JsonNode& node);
+
+// A text; throws ProfileError when it is none.
+const std::string& TextOf(const JsonNode& node);
+
+bool IsWhole(const JsonNode& node, std::int64_t least, std::int64_t most);
+
+// A byte of one or two hexadecimal digits; bytes of two each, and blanks. Nothing for other texts.
+std::optional<std::uint8_t> ParseHex(std::string_view digits);
+std::optional<std::vector<std::uint8_t>> BytesIn(std::string digits);
 
 // Reads the keys of an object in the order of the rows, not in that of the file: later rows may
 // build upon earlier ones.
 template <class Target>
-void ReadObject(const JsonNode& node, std::span<const KeyRow<Target>> rows, Target& target) {
-  RequireKnownKeys(node, KeysOf(rows));
-  for (const KeyRow<Target>& row : rows) {
-    if (const JsonNode* const value = FindKey(node, row.key)) row.read(*value, target);
+void ReadObject(const JsonNode& node, const KeyTable<Target>& table, Target& target) {
+  RequireKeys(node, table.Group());
+  for (const KeyRow<Target>& row : table.rows) {
+    if (const JsonNode* const value = FindKey(node, row.text.key)) row.read(*value, target);
   }
 }
 
-// Readers of a member, for the rows.
-template <class Target, auto kMember, std::uint32_t kLeast = 0,
-          std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max()>
-void ReadWhole(const JsonNode& value, Target& target) {
-  target.*kMember = WholeOf(value, kLeast, kMost);
+// Reads a member, for the rows.
+template <class Target, auto kMember, auto kRead>
+void ReadMember(const JsonNode& value, Target& target) {
+  target.*kMember = kRead(value);
 }
 
-template <class Target, auto kMember>
-void ReadFlag(const JsonNode& value, Target& target) {
-  target.*kMember = FlagOf(value);
-}
-
-template <class Target, auto kMember>
-void ReadByte(const JsonNode& value, Target& target) {
-  target.*kMember = ByteOf(value);
-}
-
-template <class Target, auto kMember>
-void ReadText(const JsonNode& value, Target& target) {
-  target.*kMember = TextOf(value);
-}
-
-// Reads a text that nothing here needs.
+// Of a text that nothing here needs.
 template <class Target>
-void IgnoreText(const JsonNode& value, Target&) {
-  TextOf(value);
+void Ignore(const JsonNode&, Target&) {}
+
+// The row of a table by its name, which is there.
+template <class Rows>
+const auto& RowNamed(const Rows& rows, std::string_view name) {
+  return *std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.name == name; });
+}
+template <const auto& kRows>
+std::vector<std::string_view> NamesOf() {
+  std::vector<std::string_view> names;
+  for (const auto& row : kRows) names.push_back(row.name);
+  return names;
 }
 
 }  // namespace simulator

@@ -10,10 +10,6 @@
 namespace simulator {
 namespace {
 
-constexpr std::uint32_t kMostCopies = 1000;
-constexpr std::size_t kModelIdCharacters = 7;
-constexpr std::uint32_t kMostRefusals = 1000;
-
 // A file beside the profile, with the profile's folder in front.
 std::string PictureFile(const JsonNode& value) {
   const std::filesystem::path picture = PathOf(TextOf(value));
@@ -26,10 +22,13 @@ std::string PictureFile(const JsonNode& value) {
 }
 
 using P = Profile::Pages;
-constexpr std::array kPagesKeys{
-    KeyRow<P>{"file", [](const JsonNode& value, P& pages) { pages.file = PictureFile(value); }},
-    KeyRow<P>{"copies", &ReadWhole<P, &P::copies, 1, kMostCopies>},
+constexpr std::array kPagesRows{
+    KeyRow<P>{{"file", Text(), "A picture file beside the profile; without it the original."},
+              [](const JsonNode& value, P& pages) { pages.file = PictureFile(value); }},
+    KeyRow<P>{{"copies", Whole(1, 1000), "How many; without it one."},
+              &ReadMember<P, &P::copies, &WholeOf>},
 };
+constexpr KeyTable<P> kPages{"pages", "pages", kPagesRows};
 
 void ReadPages(const JsonNode& value, Profile& profile) {
   profile.pages.clear();
@@ -38,33 +37,47 @@ void ReadPages(const JsonNode& value, Profile& profile) {
     if (std::holds_alternative<std::string>(element.value)) {
       pages.file = PictureFile(element);
     } else {
-      ReadObject<P>(element, kPagesKeys, pages);
+      ReadObject(element, kPages, pages);
     }
   }
 }
 
-using E = ExtendedManners;
-constexpr std::array kExtendedMannersKeys{
-    KeyRow<E>{"refusedTransfers", &ReadWhole<E, &E::refusedTransfers, 0, kMostRefusals>},
-    KeyRow<E>{"focusFound", &ReadByte<E, &E::focusFound>},
-    KeyRow<E>{"focusFails", &ReadFlag<E, &E::focusFails>},
-    KeyRow<E>{"knowsExtendedCommands", &ReadFlag<E, &E::knowsExtendedCommands>},
-    KeyRow<E>{"emptyLastBlock", &ReadFlag<E, &E::emptyLastBlock>},
+// What both families have.
+template <class M>
+constexpr std::array kMannersRows{
+    KeyRow<M>{{"refusedTransfers", Whole(0, 1000),
+               "How many starts of a scan are refused before one is accepted."},
+              &ReadMember<M, &M::refusedTransfers, &WholeOf>},
+    KeyRow<M>{{"focusFound", kByte, "The position that automatic focus reports."},
+              &ReadMember<M, &M::focusFound, &ByteOf>},
+    KeyRow<M>{{"focusFails", kFlag, "Automatic focus reports that it found none."},
+              &ReadMember<M, &M::focusFails, &FlagOf>},
 };
 
-using M = Manners;
-constexpr std::array kStandardMannersKeys{
-    KeyRow<M>{"refusedTransfers", &ReadWhole<M, &M::refusedTransfers, 0, kMostRefusals>},
-    KeyRow<M>{"focusFound", &ReadByte<M, &M::focusFound>},
-    KeyRow<M>{"focusFails", &ReadFlag<M, &M::focusFails>},
+using E = ExtendedManners;
+constexpr std::array kExtendedMannersRows{
+    kMannersRows<E>[0],
+    kMannersRows<E>[1],
+    kMannersRows<E>[2],
+    KeyRow<E> {
+      {"knowsExtendedCommands", kFlag,
+       "The answer to ESC I tells that the scanner knows the extended commands."},
+          &ReadMember<E, &E::knowsExtendedCommands, &FlagOf>
+    },
+    KeyRow<E> {
+      {"emptyLastBlock", kFlag, "A page of whole blocks ends with a block of 0 bytes."},
+          &ReadMember<E, &E::emptyLastBlock, &FlagOf>
+    },
 };
+constexpr KeyTable<E> kExtendedManners{"extendedManners", "manners", kExtendedMannersRows};
+constexpr KeyTable<Manners> kStandardManners{"standardManners", "manners", kMannersRows<Manners>};
 
 void ReadManners(const JsonNode& node, ExtendedManners& manners) {
-  ReadObject<E>(node, kExtendedMannersKeys, manners);
+  ReadObject(node, kExtendedManners, manners);
 }
 
 void ReadManners(const JsonNode& node, Manners& manners) {
-  ReadObject<M>(node, kStandardMannersKeys, manners);
+  ReadObject(node, kStandardManners, manners);
 }
 
 struct OptionUnitRow {
@@ -75,46 +88,21 @@ constexpr std::array kOptionUnits{OptionUnitRow{"none", OptionUnit::kNone},
                                   OptionUnitRow{"feeder", OptionUnit::kFeeder},
                                   OptionUnitRow{"transparencyUnit", OptionUnit::kTransparencyUnit}};
 
-void ReadOptionUnit(const JsonNode& value, Profile& profile) {
-  std::vector<std::string_view> names;
-  for (const OptionUnitRow& row : kOptionUnits) {
-    if (row.name == TextOf(value)) {
-      EquipmentOf(profile.config).optionUnit = row.unit;
-      return;
-    }
-    names.push_back(row.name);
+KeyGroup DefectGroup() {
+  KeyGroup group{"defects", "defects", {}};
+  for (const DefectRow& row : DefectTable()) {
+    group.keys.push_back({row.name, row.IsFlag() ? kFlag : kNumberOrLetter, row.sentence});
   }
-  FailUnknownName(value, "an option unit", names);
-}
-
-std::vector<std::string_view> DefectNames() {
-  std::vector<std::string_view> names;
-  for (const DefectRow& row : DefectTable()) names.push_back(row.name);
-  return names;
-}
-
-std::uint32_t NumberOrLetter(const JsonNode& value) {
-  if (const auto* text = std::get_if<std::string>(&value.value); text && text->size() == 1) {
-    return static_cast<unsigned char>(text->front());
-  }
-  const auto* const number = std::get_if<std::int64_t>(&value.value);
-  if (number == nullptr || *number < 0 || *number > 0xFFFFFFFF) {
-    value.FailExpecting("a whole number, or the letter of a command in quotes");
-  }
-  return static_cast<std::uint32_t>(*number);
+  return group;
 }
 
 void ReadDefects(const JsonNode& node, Profile& profile) {
-  RequireKnownKeys(node, DefectNames());
-  Defects& defects = EquipmentOf(profile.config).defects;
+  RequireKeys(node, DefectGroup());
   for (const DefectRow& row : DefectTable()) {
     const JsonNode* const value = FindKey(node, row.name);
     if (value == nullptr) continue;
-    if (const auto* const flag = std::get_if<Defects::Flag Defects::*>(&row.member)) {
-      defects.** flag = FlagOf(*value);
-    } else {
-      defects.*std::get<Defects::Number Defects::*>(row.member) = NumberOrLetter(*value);
-    }
+    Set(EquipmentOf(profile.config).defects, row,
+        row.IsFlag() ? FlagOf(*value) : NumberOrLetterOf(*value));
   }
 }
 
@@ -129,45 +117,66 @@ void ReadBase(const JsonNode& value, Profile& profile) {
   if (colon != std::string::npos) profile.modelId = name.substr(colon + 1);
 }
 
-void ReadModelId(const JsonNode& value, Profile& profile) {
-  if (TextOf(value).size() > kModelIdCharacters) value.FailExpecting("at most 7 characters");
-  profile.modelId = TextOf(value);
-}
+constexpr ValueKind kBase{ValueKind::Shape::kOther,
+                          "the scanner it starts from, as in \"extended\" or \"standard:QM2700\"",
+                          R"({"type": "string", "pattern": "^(extended|standard)(:[A-Z0-9]+)?$"})"};
+constexpr ValueKind kFileOrPages{
+    ValueKind::Shape::kOther, "files or objects",
+    R"({"anyOf": [{"description": "A picture file.", "type": "string"}, {"$ref": "#/$defs/pages"}]})"};
+constexpr ValueKind kPageList{
+    ValueKind::Shape::kList, "files or objects", {}, nullptr, 0, 0, nullptr, &kFileOrPages};
 
 // The base comes first: all the others override what it says.
-constexpr std::array kProfileKeys{
-    KeyRow<Profile>{"$schema", &IgnoreText<Profile>},
-    KeyRow<Profile>{"description", &ReadText<Profile, &Profile::description>},
-    KeyRow<Profile>{"base", &ReadBase},
-    KeyRow<Profile>{"modelId", &ReadModelId},
-    KeyRow<Profile>{"identity",
+constexpr std::array kProfileRows{
+    KeyRow<Profile>{{"$schema", Text(), "The schema, for editors."}, &Ignore<Profile>},
+    KeyRow<Profile>{{"description", Text(), "For people."},
+                    &ReadMember<Profile, &Profile::description, &TextOf>},
+    KeyRow<Profile>{{"base", kBase,
+                     "The scanner of the catalog that all else overrides: a family, or family and "
+                     "model.",
+                     true},
+                    &ReadBase},
+    KeyRow<Profile>{{"modelId", Text(7),
+                     "The id under which the host was installed for the scanner; without it that "
+                     "of the base."},
+                    &ReadMember<Profile, &Profile::modelId, &TextOf>},
+    KeyRow<Profile>{{"identity", Object("{}"), "What the scanner says of itself."},
                     [](const JsonNode& value, Profile& profile) {
                       std::visit([&](auto& either) { ReadIdentity(value, either.identity); },
                                  profile.config);
                     }},
-    KeyRow<Profile>{"manners",
+    KeyRow<Profile>{{"manners", Object("{}"), "Habits of the firmware."},
                     [](const JsonNode& value, Profile& profile) {
                       std::visit([&](auto& either) { ReadManners(value, either.manners); },
                                  profile.config);
                     }},
-    KeyRow<Profile>{"optionUnit", &ReadOptionUnit},
+    KeyRow<Profile>{{"optionUnit", Name("an option unit", &NamesOf<kOptionUnits>),
+                     "What is fitted; without it that of the base."},
+                    [](const JsonNode& value, Profile& profile) {
+                      EquipmentOf(profile.config).optionUnit =
+                          RowNamed(kOptionUnits, TextOf(value)).unit;
+                    }},
     KeyRow<Profile>{
-        "original",
+        {"original", Text(),
+         "The picture file that lies on the bed and in the transparency unit; without it a test "
+         "page."},
         [](const JsonNode& value, Profile& profile) { profile.originalFile = PictureFile(value); }},
-    KeyRow<Profile>{"pages", &ReadPages},
-    KeyRow<Profile>{"defects", &ReadDefects},
-    KeyRow<Profile>{"faults", [](const JsonNode& value,
-                                 Profile& profile) { profile.faults = ReadFaults(value); }},
+    KeyRow<Profile>{{"pages", kPageList,
+                     "What lies in the feeder, the first sheet first; without it one copy of the "
+                     "original."},
+                    &ReadPages},
+    KeyRow<Profile>{{"defects", Object(R"({"$ref": "#/$defs/defects"})"),
+                     "What is wrong with the scanner; without it nothing."},
+                    &ReadDefects},
+    KeyRow<Profile>{
+        {"faults", kFaultList, kFaultListSentence},
+        [](const JsonNode& value, Profile& profile) { profile.faults = ReadFaults(value); }},
 };
+constexpr KeyTable<Profile> kProfile{"profile", "a profile", kProfileRows};
 
 Profile ProfileOf(const JsonNode& root) {
-  if (FindKey(root, "base") == nullptr) {
-    root.Fail(
-        "a profile needs the key \"base\": the scanner it starts from, as in \"extended\" or "
-        "\"standard:QM2700\"");
-  }
   Profile profile;
-  ReadObject<Profile>(root, kProfileKeys, profile);
+  ReadObject(root, kProfile, profile);
   const JsonNode* const pages = FindKey(root, "pages");
   if (pages != nullptr && EquipmentOf(profile.config).optionUnit != OptionUnit::kFeeder) {
     pages->Fail("the scanner has no feeder: add \"optionUnit\": \"feeder\", or drop the pages");
@@ -186,18 +195,11 @@ Profile ParseProfile(std::string_view text, const std::string& file) {
 }
 
 std::vector<KeyGroup> ProfileKeys() {
-  return {{"profile", KeysOf<Profile>(kProfileKeys)},
-          {"extendedIdentity", ExtendedIdentityKeys()},
-          {"standardIdentity", StandardIdentityKeys()},
-          {"area", AreaKeys()},
-          {"extendedManners", KeysOf<E>(kExtendedMannersKeys)},
-          {"standardManners", KeysOf<M>(kStandardMannersKeys)},
-          {"pages", KeysOf<P>(kPagesKeys)},
-          {"defects", DefectNames()},
-          {"faultScript", FaultScriptKeys()},
-          {"fault", FaultKeys()},
-          {"place", FaultPlaceKeys()},
-          {"action", FaultActionKeys()}};
+  std::vector<KeyGroup> groups{kProfile.Group(), kExtendedManners.Group(), kStandardManners.Group(),
+                               kPages.Group(), DefectGroup()};
+  for (KeyGroup& group : IdentityKeys()) groups.push_back(std::move(group));
+  for (KeyGroup& group : FaultKeys()) groups.push_back(std::move(group));
+  return groups;
 }
 
 }  // namespace simulator

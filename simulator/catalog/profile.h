@@ -9,6 +9,7 @@
 
 #include "simulator/catalog/catalog.h"
 #include "simulator/catalog/json_document.h"
+#include "simulator/catalog/value_kind.h"
 #include "simulator/faults/fault_script.h"
 
 namespace simulator {
@@ -41,14 +42,7 @@ using PictureReader = std::function<Picture(const std::string& file)>;
 std::unique_ptr<Scanner> MakeScanner(const Profile& profile, const PictureReader& read,
                                      Picture onBed);
 
-// The keys that an object of a profile may have.
-struct KeyGroup {
-  std::string_view object;
-  std::vector<std::string_view> keys;
-};
-
-// Of every object that a profile or fault script is made of, by the names that the schema has for
-// them.
+// The keys of every object that a profile or fault script is made of.
 std::vector<KeyGroup> ProfileKeys();
 
 }  // namespace simulator

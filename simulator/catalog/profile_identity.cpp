@@ -10,8 +10,9 @@
 namespace simulator {
 namespace {
 
-constexpr std::uint32_t kHighestResolution = 65535;
-constexpr std::size_t kMostResolutions = 1000;
+constexpr ValueKind kResolution = Whole(1, 65535);
+constexpr ValueKind kResolutionList{
+    ValueKind::Shape::kList, "resolutions", {}, nullptr, 1, 1000, nullptr, &kResolution};
 
 struct UnitRow {
   std::string_view name;
@@ -25,25 +26,18 @@ struct WrittenArea {
   const UnitRow* unit = kUnits.data();
 };
 
-void ReadUnit(const JsonNode& value, WrittenArea& area) {
-  std::vector<std::string_view> names;
-  for (const UnitRow& row : kUnits) {
-    if (row.name == TextOf(value)) {
-      area.unit = &row;
-      return;
-    }
-    names.push_back(row.name);
-  }
-  FailUnknownName(value, "a unit", names);
-}
-
-constexpr std::array kAreaKeys{
-    KeyRow<WrittenArea>{
-        "width", [](const JsonNode& value, WrittenArea& area) { area.width = PositiveOf(value); }},
-    KeyRow<WrittenArea>{"height", [](const JsonNode& value,
-                                     WrittenArea& area) { area.height = PositiveOf(value); }},
-    KeyRow<WrittenArea>{"unit", &ReadUnit},
+constexpr std::array kAreaRows{
+    KeyRow<WrittenArea>{{"width", kLength, "From left to right.", true},
+                        &ReadMember<WrittenArea, &WrittenArea::width, &LengthOf>},
+    KeyRow<WrittenArea>{{"height", kLength, "From top to bottom.", true},
+                        &ReadMember<WrittenArea, &WrittenArea::height, &LengthOf>},
+    KeyRow<WrittenArea>{{"unit", Name("a unit", &NamesOf<kUnits>), "Without it pixels."},
+                        [](const JsonNode& value, WrittenArea& area) {
+                          area.unit = &RowNamed(kUnits, TextOf(value));
+                        }},
 };
+constexpr KeyTable<WrittenArea> kArea{"area", "an area", kAreaRows};
+constexpr ValueKind kAreaObject = Object(R"({"$ref": "#/$defs/area"})");
 
 std::uint32_t PixelsOf(const JsonNode& node, const WrittenArea& area, double length,
                        std::uint32_t resolution) {
@@ -57,12 +51,7 @@ std::uint32_t PixelsOf(const JsonNode& node, const WrittenArea& area, double len
 
 PixelSize ReadArea(const JsonNode& node, std::uint32_t resolution) {
   WrittenArea area;
-  ReadObject<WrittenArea>(node, kAreaKeys, area);
-  for (const std::string_view needed : {"width", "height"}) {
-    if (FindKey(node, needed) == nullptr) {
-      node.Fail("an area needs the key \"" + std::string(needed) + "\"");
-    }
-  }
+  ReadObject(node, kArea, area);
   return {PixelsOf(node, area, area.width, resolution),
           PixelsOf(node, area, area.height, resolution)};
 }
@@ -78,40 +67,26 @@ void Rescale(Identity& identity, std::uint32_t from, std::uint32_t to) {
   }
 }
 
-template <class Identity>
-void ReadLevel(const JsonNode& value, Identity& identity) {
-  const std::string& text = TextOf(value);
+bool IsLevel(const JsonNode& value) {
+  const auto* const text = std::get_if<std::string>(&value.value);
   const auto printable = [](char letter) { return letter > ' ' && letter < 0x7F; };
-  if (text.size() != 2 || !std::all_of(text.begin(), text.end(), printable)) {
-    value.FailExpecting("two characters, as in \"B8\"");
-  }
-  identity.level = text;
+  return text != nullptr && text->size() == 2 && std::all_of(text->begin(), text->end(), printable);
 }
-
-template <class Identity>
-void ReadProductName(const JsonNode& value, Identity& identity) {
-  if (TextOf(value).size() > 16) value.FailExpecting("at most 16 characters");
-  identity.productName = TextOf(value);
-}
+constexpr ValueKind kLevel{ValueKind::Shape::kOther, "two characters, as in \"B8\"",
+                           R"({"type": "string", "pattern": "^[!-~]{2}$"})", &IsLevel};
 
 void ReadBasicResolution(const JsonNode& value, ExtendedIdentity& identity) {
-  const std::uint32_t resolution = WholeOf(value, 1, kHighestResolution);
-  Rescale(identity, identity.basicResolution, resolution);
-  identity.basicResolution = resolution;
+  Rescale(identity, identity.basicResolution, WholeOf(value));
+  identity.basicResolution = WholeOf(value);
 }
 
 void ReadResolutions(const JsonNode& value, StandardIdentity& identity) {
   std::vector<std::uint32_t> list;
   for (const JsonNode& element : ElementsOf(value)) {
-    const std::uint32_t resolution = WholeOf(element, 1, kHighestResolution);
-    if (!list.empty() && resolution <= list.back()) {
+    if (!list.empty() && WholeOf(element) <= list.back()) {
       element.FailExpecting("more than the " + std::to_string(list.back()) + " before it");
     }
-    list.push_back(resolution);
-  }
-  if (list.empty() || list.size() > kMostResolutions) {
-    value.Fail("expected 1 to " + std::to_string(kMostResolutions) + " resolutions, got " +
-               std::to_string(list.size()));
+    list.push_back(WholeOf(element));
   }
   Rescale(identity, identity.resolutions.back(), list.back());
   identity.resolutions = list;
@@ -129,52 +104,84 @@ void ReadAreaOf(const JsonNode& value, Identity& identity) {
   }
 }
 
+// What both families have alike.
+template <class Identity>
+constexpr std::array kNameRows{
+    KeyRow<Identity>{{"level", kLevel, "The command level."},
+                     &ReadMember<Identity, &Identity::level, &TextOf>},
+    KeyRow<Identity>{{"productName", Text(16), "What the scanner calls itself."},
+                     &ReadMember<Identity, &Identity::productName, &TextOf>},
+};
+
 // Resolutions come before the areas that are counted at them.
-constexpr std::array kExtendedKeys{
-    KeyRow<E>{"level", &ReadLevel<E>},
-    KeyRow<E>{"productName", &ReadProductName<E>},
-    KeyRow<E>{"basicResolution", &ReadBasicResolution},
-    KeyRow<E>{"minResolution", &ReadWhole<E, &E::minResolution, 1, kHighestResolution>},
-    KeyRow<E>{"maxResolution", &ReadWhole<E, &E::maxResolution, 1, kHighestResolution>},
-    KeyRow<E>{"flatbed", &ReadAreaOf<E, &E::flatbed>},
-    KeyRow<E>{"feeder", &ReadAreaOf<E, &E::feeder>},
-    KeyRow<E>{"transparencyUnit", &ReadAreaOf<E, &E::transparencyUnit>},
-    KeyRow<E>{"feederFlags", &ReadByte<E, &E::feederFlags>},
+constexpr std::array kExtendedRows{
+    kNameRows<E>[0],
+    kNameRows<E>[1],
+    KeyRow<E> {
+      {"basicResolution", kResolution, "Dots per inch at which areas are counted."},
+          &ReadBasicResolution
+    },
+    KeyRow<E> {
+      {"minResolution", kResolution, "Dots per inch; the driver doubles it."},
+          &ReadMember<E, &E::minResolution, &WholeOf>
+    },
+    KeyRow<E>{{"maxResolution", kResolution, "Dots per inch; the driver halves it."},
+              &ReadMember<E, &E::maxResolution, &WholeOf>},
+    KeyRow<E>{{"flatbed", kAreaObject, "The bed; in pixels at the basic resolution."},
+              &ReadAreaOf<E, &E::flatbed>},
+    KeyRow<E>{{"feeder", kAreaObject,
+               "What the document feeder takes; in pixels at the basic resolution."},
+              &ReadAreaOf<E, &E::feeder>},
+    KeyRow<E>{{"transparencyUnit", kAreaObject,
+               "What the transparency unit shows; in pixels at the basic resolution."},
+              &ReadAreaOf<E, &E::transparencyUnit>},
+    KeyRow<E>{{"feederFlags", kByte,
+               "0x20: the feeder takes option values above 1; 0x10 and 0x08: its second and third "
+               "capability."},
+              &ReadMember<E, &E::feederFlags, &ByteOf>},
 };
-constexpr std::array kStandardKeys{
-    KeyRow<S>{"level", &ReadLevel<S>},
-    KeyRow<S>{"productName", &ReadProductName<S>},
-    KeyRow<S>{"resolutions", &ReadResolutions},
-    KeyRow<S>{"listsHalf", &ReadFlag<S, &S::listsHalf>},
-    KeyRow<S>{"flatbed", &ReadAreaOf<S, &S::flatbed>},
-    KeyRow<S>{"feeder", &ReadAreaOf<S, &S::feeder>},
-    KeyRow<S>{"transparencyUnit", &ReadAreaOf<S, &S::transparencyUnit>},
-    KeyRow<S>{"feederFlags", &ReadByte<S, &S::feederFlags>},
+constexpr KeyTable<E> kExtended{"extendedIdentity", "an identity", kExtendedRows};
+constexpr std::array kStandardRows{
+    kNameRows<S>[0],
+    kNameRows<S>[1],
+    KeyRow<S> {
+      {"resolutions", kResolutionList,
+       "Dots per inch, ascending; areas are counted at the last one."},
+          &ReadResolutions
+    },
+    KeyRow<S> {
+      {"listsHalf", kFlag, "The scanner scans at up to twice the last resolution that it lists."},
+          &ReadMember<S, &S::listsHalf, &FlagOf>
+    },
+    KeyRow<S>{{"flatbed", kAreaObject, "The bed; in pixels at the last resolution."},
+              &ReadAreaOf<S, &S::flatbed>},
+    KeyRow<S>{{"feeder", kAreaObject,
+               "What the document feeder takes; in pixels at the last resolution."},
+              &ReadAreaOf<S, &S::feeder>},
+    KeyRow<S>{{"transparencyUnit", kAreaObject,
+               "What the transparency unit shows; in pixels at the last resolution."},
+              &ReadAreaOf<S, &S::transparencyUnit>},
+    KeyRow<S>{{"feederFlags", kByte,
+               "0x20: the feeder takes option values above 1; 0x10: its second capability."},
+              &ReadMember<S, &S::feederFlags, &ByteOf>},
 };
+constexpr KeyTable<S> kStandard{"standardIdentity", "an identity", kStandardRows};
 
 }  // namespace
 
 void ReadIdentity(const JsonNode& node, ExtendedIdentity& identity) {
-  ReadObject<E>(node, kExtendedKeys, identity);
+  ReadObject(node, kExtended, identity);
   if (identity.minResolution <= identity.maxResolution) return;
   node.Fail("minResolution " + std::to_string(identity.minResolution) + " is above maxResolution " +
             std::to_string(identity.maxResolution));
 }
 
 void ReadIdentity(const JsonNode& node, StandardIdentity& identity) {
-  ReadObject<S>(node, kStandardKeys, identity);
+  ReadObject(node, kStandard, identity);
 }
 
-std::vector<std::string_view> ExtendedIdentityKeys() {
-  return KeysOf<E>(kExtendedKeys);
-}
-
-std::vector<std::string_view> StandardIdentityKeys() {
-  return KeysOf<S>(kStandardKeys);
-}
-
-std::vector<std::string_view> AreaKeys() {
-  return KeysOf<WrittenArea>(kAreaKeys);
+std::vector<KeyGroup> IdentityKeys() {
+  return {kExtended.Group(), kStandard.Group(), kArea.Group()};
 }
 
 }  // namespace simulator

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string_view>
 #include <vector>
 
 #include "simulator/catalog/json_document.h"
+#include "simulator/catalog/value_kind.h"
 #include "simulator/extended/extended_scanner.h"
 #include "simulator/standard/standard_scanner.h"
 
@@ -14,8 +14,7 @@ namespace simulator {
 void ReadIdentity(const JsonNode& node, ExtendedIdentity& identity);
 void ReadIdentity(const JsonNode& node, StandardIdentity& identity);
 
-std::vector<std::string_view> ExtendedIdentityKeys();
-std::vector<std::string_view> StandardIdentityKeys();
-std::vector<std::string_view> AreaKeys();
+// The keys of either, and of an area.
+std::vector<KeyGroup> IdentityKeys();
 
 }  // namespace simulator

@@ -1,22 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "simulator/device/reply_queue.h"
-#include "simulator/faults/cable.h"
 #include "simulator/faults/defects.h"
-#include "transport/still_image_device.h"
+#include "transport/raw_device.h"
 
 namespace simulator {
 
 // The device side of the wire, for every family: it takes the driver's bytes, cuts them into
 // commands and parameter blocks, queues the scanner's answers, and judges what it was sent.
 // The families say which commands they know and what they answer.
-class Scanner : public pmddb832::StillImageDevice {
+class Scanner : public pmddb832::RawDevice {
  public:
   virtual ~Scanner() = default;
   Scanner(const Scanner&) = delete;
@@ -29,6 +30,9 @@ class Scanner : public pmddb832::StillImageDevice {
   // Why the scanner answered NAK or refused a transfer: a sentence each.
   const std::vector<std::string>& Refusals() const { return refusals_; }
 
+  // What is wrong with its cable; a FaultInjector before the scanner brings it about.
+  const std::map<std::string_view, Fault>& CableFaults() const { return defects.cable; }
+
   // Somebody disturbs the conversation on its way: until a reset nothing is a violation.
   void Disturb() { ExcuseOutOfStep(); }
 
@@ -40,27 +44,10 @@ class Scanner : public pmddb832::StillImageDevice {
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) final;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) final;
 
-  // The rest of the device interface: not implemented, and no reference is counted.
-  std::int32_t QueryInterface(const void* interfaceId, void** object) final;
-  std::uint32_t AddRef() final { return 1; }
-  std::uint32_t Release() final { return 1; }
-  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
-                          std::uint32_t mode) final;
-  std::int32_t GetCapabilities(void* capabilities) final;
-  std::int32_t GetStatus(void* status) final;
-  std::int32_t DeviceReset() final;
-  std::int32_t Diagnostic(void* buffer) final;
-  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
-                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) final;
-  std::int32_t GetLastError(std::uint32_t* error) final;
-  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) final;
-  std::int32_t UnLockDevice() final;
-
  protected:
   using Bytes = std::span<const std::uint8_t>;
 
-  explicit Scanner(const Defects& defectsOfThisOne)
-      : defects(defectsOfThisOne), cable_(defectsOfThisOne) {}
+  explicit Scanner(const Defects& defectsOfThisOne) : defects(defectsOfThisOne) {}
 
   // Bytes in the parameter block of a command, 0 when it has none; nothing for a command that the
   // scanner does not know.
@@ -115,7 +102,6 @@ class Scanner : public pmddb832::StillImageDevice {
   void ExecuteWithParameters();
   void Begin(const std::optional<std::uint32_t>& parameterBytes);
 
-  Cable cable_;
   std::vector<std::string> violations_;
   std::vector<std::string> refusals_;
   bool readingExcused_ = false;

@@ -70,11 +70,11 @@ constexpr std::array kTable{
     DefectRow{"jam-at-line", &D::jamAtLine,
         "A page of the document feeder jams at line N: its block reports an error, and the status "
         "query reports a jam until the page is out."},
-    DefectRow{"unplugged-at-byte", &D::unpluggedAtByte,
+    DefectRow{"unplugged-at-byte", CableFault{&FaultPlace::byte, FaultKind::kUnplug},
         "The cable is pulled out when N bytes have passed, both directions taken together."},
-    DefectRow{"unplugged-at-transfer", &D::unpluggedAtTransfer,
+    DefectRow{"unplugged-at-transfer", CableFault{&FaultPlace::transfer, FaultKind::kUnplug},
         "The cable is pulled out before transfer N."},
-    DefectRow{"short-read-at-transfer", &D::shortReadAtTransfer,
+    DefectRow{"short-read-at-transfer", CableFault{&FaultPlace::readFrom, FaultKind::kHalve},
         "The first read from transfer N on succeeds with half of its bytes; the rest is lost."},
 };
 // clang-format on
@@ -106,18 +106,29 @@ std::span<const DefectRow> DefectTable() {
   return kTable;
 }
 
+void Set(Defects& defects, const DefectRow& row, std::uint32_t value) {
+  if (row.IsFlag()) {
+    defects.*std::get<Defects::Flag Defects::*>(row.what) = value != 0;
+  } else if (const auto* const number = std::get_if<Defects::Number Defects::*>(&row.what)) {
+    defects.** number = value;
+  } else {
+    const CableFault& script = std::get<CableFault>(row.what);
+    Fault& fault = defects.cable[row.name];
+    fault.kind = script.kind;
+    fault.at.*script.at = value;
+  }
+}
+
 void SwitchOn(Defects& defects, std::string_view text) {
   const std::size_t equals = text.find('=');
   const std::string_view name = text.substr(0, equals);
   const DefectRow& row = FindRow(name);
   const bool hasValue = equals != std::string_view::npos;
-  if (const auto* flag = std::get_if<Defects::Flag Defects::*>(&row.member)) {
-    if (hasValue) throw std::invalid_argument("the defect " + std::string(name) + " has no value");
-    defects.** flag = true;
-    return;
+  if (row.IsFlag() && hasValue) {
+    throw std::invalid_argument("the defect " + std::string(name) + " has no value");
   }
-  defects.*std::get<Defects::Number Defects::*>(row.member) =
-      ParseValue(name, hasValue ? text.substr(equals + 1) : std::string_view{});
+  const std::string_view value = hasValue ? text.substr(equals + 1) : std::string_view{};
+  Set(defects, row, row.IsFlag() ? 1 : ParseValue(name, value));
 }
 
 }  // namespace simulator

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <variant>
+
+#include "simulator/faults/fault.h"
 
 namespace simulator {
 
@@ -44,10 +47,8 @@ struct Defects {
   Number jamAtLine;
   Flag lastBlockUnmarked = false;
 
-  // Cable.
-  Number unpluggedAtByte;
-  Number unpluggedAtTransfer;
-  Number shortReadAtTransfer;
+  // On the cable, by the names of the defects: for a FaultInjector before the scanner.
+  std::map<std::string_view, Fault> cable;
 
   // The driver may take the scanner for one of the other family.
   bool SpoilProbe() const {
@@ -67,15 +68,26 @@ struct Defects {
   }
 };
 
-// One defect by its name. Where the member is a number, the sentence calls its value N, or X where
-// it is a command letter.
+// A fault script of one line that is built in.
+struct CableFault {
+  Defects::Number FaultPlace::*at;
+  FaultKind kind;
+};
+
+// One defect by its name. Where it is a number, the sentence calls its value N, or X where it is a
+// command letter.
 struct DefectRow {
   std::string_view name;
-  std::variant<Defects::Flag Defects::*, Defects::Number Defects::*> member;
+  std::variant<Defects::Flag Defects::*, Defects::Number Defects::*, CableFault> what;
   std::string_view sentence;
+
+  bool IsFlag() const { return what.index() == 0; }
 };
 
 std::span<const DefectRow> DefectTable();
+
+// The value of a flag is 0 or 1.
+void Set(Defects& defects, const DefectRow& row, std::uint32_t value);
 
 // Switches a defect on from "name" or "name=value"; the value is a decimal number or a single
 // command letter. Throws std::invalid_argument that says what is wrong and, for an unknown name,

@@ -11,33 +11,45 @@
 namespace simulator {
 namespace {
 
-bool Matches(const FaultPlace& at, const ConversationPlace& place) {
-  if (at.transfer) return *at.transfer == place.transfer;
-  return at.command == place.command && (!at.occurrence || *at.occurrence == place.occurrence) &&
-         at.write == place.write && at.read == place.read;
+// Of so many bytes.
+std::uint32_t LeftBy(const Fault& fault, std::uint32_t count) {
+  if (fault.kind == FaultKind::kFail) return 0;
+  return fault.kind == FaultKind::kHalve ? count / 2 : std::min(count, fault.count);
 }
 
 }  // namespace
 
 FaultInjector::FaultInjector(Scanner& soundScanner, std::vector<Fault> scriptedFaults)
     : scanner_(soundScanner) {
+  for (const auto& [name, fault] : soundScanner.CableFaults()) faults_.push_back({fault});
   for (Fault& fault : scriptedFaults) faults_.push_back({std::move(fault)});
 }
 
 std::vector<std::string> FaultInjector::Unreached() const {
   std::vector<std::string> origins;
   for (const Scripted& scripted : faults_) {
-    if (!scripted.struck) origins.push_back(scripted.fault.origin);
+    if (!scripted.struck && !scripted.fault.origin.empty())
+      origins.push_back(scripted.fault.origin);
   }
   return origins;
 }
 
-const Fault* FaultInjector::Strike(const ConversationPlace& place) {
+bool FaultInjector::IsAt(const Scripted& scripted, const ConversationPlace& place,
+                         std::uint32_t count) const {
+  const FaultPlace& at = scripted.fault.at;
+  if (at.transfer) return *at.transfer == place.transfer;
+  if (at.readFrom) return !scripted.struck && place.read && *at.readFrom <= place.transfer;
+  if (at.byte) return !scripted.struck && *at.byte < passed_ + count;
+  return at.command == place.command && (!at.occurrence || *at.occurrence == place.occurrence) &&
+         at.write == place.write && at.read == place.read;
+}
+
+const Fault* FaultInjector::Strike(const ConversationPlace& place, std::uint32_t count) {
   for (Scripted& scripted : faults_) {
+    if (!IsAt(scripted, place, count)) continue;
     const Fault& fault = scripted.fault;
-    if (!Matches(fault.at, place)) continue;
     scripted.struck = true;
-    if (fault.kind == FaultKind::kUnplug) unplugged_ = true;
+    if (fault.kind == FaultKind::kUnplug) lastByte_ = fault.at.byte.value_or(passed_);
     if (fault.kind == FaultKind::kHold) busyPolls_ = fault.count;
     if (fault.kind != FaultKind::kHold) scanner_.Disturb();
     return &fault;
@@ -45,39 +57,44 @@ const Fault* FaultInjector::Strike(const ConversationPlace& place) {
   return nullptr;
 }
 
+std::uint32_t FaultInjector::Passing(std::uint32_t count) const {
+  if (!lastByte_) return count;
+  const std::uint64_t left = *lastByte_ - std::min(passed_, *lastByte_);
+  return static_cast<std::uint32_t>(std::min<std::uint64_t>(count, left));
+}
+
 std::int32_t FaultInjector::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
   auto* const bytes = static_cast<std::uint8_t*>(buffer);
-  const Fault* const fault = Strike(tracker_.Read());
-  std::int32_t result = device_results::kUnplugged;
-  if (unplugged_) {
-    *byteCount = 0;
-  } else {
-    result = ReadWith(fault, bytes, *byteCount);
-  }
+  const std::uint32_t wanted = *byteCount;
+  const Fault* const fault = Strike(tracker_.Read(), wanted);
+  *byteCount = Passing(wanted);
+  const bool isOut = *byteCount < wanted;
+  const std::int32_t result = ReadWith(isOut ? nullptr : fault, bytes, *byteCount);
   const std::span delivered(bytes, *byteCount);
   ReportBusy(delivered);
   tracker_.Delivered(delivered);
-  return result;
+  return isOut ? device_results::kUnplugged : result;
 }
 
 std::int32_t FaultInjector::ReadWith(const Fault* fault, std::uint8_t* bytes,
                                      std::uint32_t& count) {
   const auto is = [&](FaultKind kind) { return fault != nullptr && fault->kind == kind; };
   if (is(FaultKind::kAnswer)) answer_ = fault->bytes;
-  if (is(FaultKind::kFail)) return ReadLosing(bytes, count, 0, device_results::kTimeout);
+  if (is(FaultKind::kFail)) return ReadLosing(*fault, bytes, count);
   if (answer_) return ReadAnswer(bytes, count);
-  if (is(FaultKind::kCut)) return ReadLosing(bytes, count, fault->count, 0);
-  return scanner_.RawReadData(bytes, &count, nullptr);
+  if (is(FaultKind::kCut) || is(FaultKind::kHalve)) return ReadLosing(*fault, bytes, count);
+  return FromScanner(bytes, count);
 }
 
 // Of what the scanner says the driver gets the first bytes only, also in its buffer.
-std::int32_t FaultInjector::ReadLosing(std::uint8_t* bytes, std::uint32_t& count,
-                                       std::uint32_t most, std::int32_t result) {
+std::int32_t FaultInjector::ReadLosing(const Fault& fault, std::uint8_t* bytes,
+                                       std::uint32_t& count) {
   std::vector<std::uint8_t> said(count);
-  const std::int32_t soundResult = scanner_.RawReadData(said.data(), &count, nullptr);
-  count = std::min(count, most);
+  const std::int32_t soundResult = FromScanner(said.data(), count);
+  count = LeftBy(fault, count);
   std::copy_n(said.begin(), count, bytes);
-  return soundResult < 0 ? soundResult : result;
+  if (soundResult < 0) return soundResult;
+  return fault.kind == FaultKind::kFail ? device_results::kTimeout : 0;
 }
 
 std::int32_t FaultInjector::ReadAnswer(std::uint8_t* bytes, std::uint32_t& count) {
@@ -104,20 +121,35 @@ void FaultInjector::EndAnswer() {
 }
 
 std::int32_t FaultInjector::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
-  const std::span bytes(static_cast<const std::uint8_t*>(buffer), byteCount);
-  const Fault* const fault = Strike(tracker_.Write(bytes));
-  if (unplugged_) return device_results::kUnplugged;
+  const std::span bytes(static_cast<std::uint8_t*>(buffer), byteCount);
+  const Fault* const fault = Strike(tracker_.Write(bytes), byteCount);
+  const std::uint32_t passing = Passing(byteCount);
+  if (passing < byteCount) {
+    ToScanner(bytes.first(passing));
+    return device_results::kUnplugged;
+  }
   EndAnswer();
-  if (fault == nullptr) return scanner_.RawWriteData(buffer, byteCount, nullptr);
-  return WriteWith(*fault, {bytes.begin(), bytes.end()});
+  return fault == nullptr ? ToScanner(bytes) : WriteWith(*fault, bytes);
 }
 
-std::int32_t FaultInjector::WriteWith(const Fault& fault, std::vector<std::uint8_t> bytes) {
+std::int32_t FaultInjector::WriteWith(const Fault& fault, std::span<std::uint8_t> bytes) {
   if (fault.kind == FaultKind::kFail) return device_results::kTimeout;
-  if (fault.kind == FaultKind::kCut) {
-    bytes.resize(std::min<std::size_t>(bytes.size(), fault.count));
+  if (fault.kind == FaultKind::kHold) return ToScanner(bytes);
+  if (fault.kind != FaultKind::kAnswer) {
+    return ToScanner(bytes.first(LeftBy(fault, static_cast<std::uint32_t>(bytes.size()))));
   }
-  if (fault.kind == FaultKind::kAnswer) bytes = fault.bytes;
+  std::vector<std::uint8_t> others = fault.bytes;
+  return ToScanner(others);
+}
+
+std::int32_t FaultInjector::FromScanner(std::uint8_t* bytes, std::uint32_t& count) {
+  const std::int32_t result = scanner_.RawReadData(bytes, &count, nullptr);
+  passed_ += count;
+  return result;
+}
+
+std::int32_t FaultInjector::ToScanner(std::span<std::uint8_t> bytes) {
+  passed_ += bytes.size();
   return scanner_.RawWriteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()), nullptr);
 }
 

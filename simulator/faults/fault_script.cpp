@@ -28,6 +28,8 @@ constexpr std::array kParts{
     PartRow{"answer", 1, std::nullopt, true},
 };
 
+constexpr ValueKind kNumber = Whole(0, kMost);
+
 // A place as it is written; what belongs together is put together behind the last key.
 struct WrittenPlace {
   FaultPlace place;
@@ -36,86 +38,91 @@ struct WrittenPlace {
   const JsonNode* read = nullptr;
 };
 
-bool IsCommand(std::string_view name) {
-  if (name == "FF" || name == "EM" || name == "CAN") return true;
-  const std::size_t letter = name.starts_with("ESC ") ? 4 : 3;
-  const bool prefixed = letter == 4 || name.starts_with("FS ");
-  return prefixed && name.size() == letter + 1 && name[letter] > ' ' && name[letter] < 0x7F;
+bool IsCommand(const JsonNode& value) {
+  const auto* const text = std::get_if<std::string>(&value.value);
+  if (text == nullptr) return false;
+  if (*text == "FF" || *text == "EM" || *text == "CAN") return true;
+  const std::size_t letter = text->starts_with("ESC ") ? 4 : 3;
+  const bool prefixed = letter == 4 || text->starts_with("FS ");
+  return prefixed && text->size() == letter + 1 && (*text)[letter] > ' ' && (*text)[letter] < 0x7F;
 }
-
-void ReadCommand(const JsonNode& value, WrittenPlace& written) {
-  if (!IsCommand(TextOf(value))) {
-    value.FailExpecting("a command: FS or ESC, a blank and its letter, or FF, EM or CAN");
-  }
-  written.place.command = TextOf(value);
-}
+constexpr ValueKind kCommand{
+    ValueKind::Shape::kOther, "a command: FS or ESC, a blank and its letter, or FF, EM or CAN",
+    R"({"type": "string", "pattern": "^((FS|ESC) [!-~]|FF|EM|CAN)$"})", &IsCommand};
 
 void ReadOccurrence(const JsonNode& value, WrittenPlace& written) {
-  if (std::holds_alternative<std::int64_t>(value.value)) {
-    written.place.occurrence = WholeOf(value, 1, kMost);
-  } else if (const auto* text = std::get_if<std::string>(&value.value); text && *text == "every") {
-    written.place.occurrence.reset();
-  } else {
-    value.FailExpecting("a whole number from 1 on, or \"every\"");
-  }
+  written.place.occurrence.reset();
+  if (!IsWord(value, "every")) written.place.occurrence = WholeOf(value);
 }
 
-void ReadPart(const JsonNode& value, WrittenPlace& written) {
-  const std::string& name = TextOf(value);
-  for (const PartRow& row : kParts) {
-    if (row.name == name) written.part = &row;
-  }
-  if (written.part == nullptr) FailUnknownName(value, "a part of the command", FaultParts());
+using W = WrittenPlace;
+template <auto kMember>
+void ReadNumber(const JsonNode& value, W& written) {
+  written.place.*kMember = WholeOf(value);
 }
 
-constexpr std::array kPlaceKeys{
-    KeyRow<WrittenPlace>{"transfer",
-                         [](const JsonNode& value, WrittenPlace& written) {
-                           written.place.transfer = WholeOf(value, 0, kMost);
-                         }},
-    KeyRow<WrittenPlace>{"command", &ReadCommand},
-    KeyRow<WrittenPlace>{"occurrence", &ReadOccurrence},
-    KeyRow<WrittenPlace>{"part", &ReadPart},
-    KeyRow<WrittenPlace>{
-        "block", [](const JsonNode& value, WrittenPlace& written) { written.block = &value; }},
-    KeyRow<WrittenPlace>{
-        "read", [](const JsonNode& value, WrittenPlace& written) { written.read = &value; }},
+constexpr std::array kPlaceRows{
+    KeyRow<W>{{"transfer", kNumber, "Reads and writes together, counted from 0."},
+              &ReadNumber<&FaultPlace::transfer>},
+    KeyRow<W>{{"readFrom", kNumber, "The first read from that transfer on."},
+              &ReadNumber<&FaultPlace::readFrom>},
+    KeyRow<W>{{"byte", kNumber,
+               "The transfer that carries this byte, counted from 0 at the scanner's end, both "
+               "directions together."},
+              &ReadNumber<&FaultPlace::byte>},
+    KeyRow<W>{{"command", kCommand, "FF ejects the page, EM feeds one, CAN cancels."},
+              [](const JsonNode& value, W& written) { written.place.command = TextOf(value); }},
+    KeyRow<W>{{"occurrence", Whole(1, kMost, "every"),
+               "Which time the command is sent, counted from 1; without it the first."},
+              &ReadOccurrence},
+    KeyRow<W>{
+        {"part", Name("a part of the command", &NamesOf<kParts>),
+         "Which transfer of the command; without it reply, or block where block or read are "
+         "given."},
+        [](const JsonNode& value, W& written) { written.part = &RowNamed(kParts, TextOf(value)); }},
+    KeyRow<W>{{"block", kNumber,
+               "For the parts block and answer: which block of the image, counted from 0; without "
+               "it the first."},
+              [](const JsonNode& value, W& written) { written.block = &value; }},
+    KeyRow<W>{{"read", kNumber,
+               "For the part block: which of the driver's reads of the block, counted from 0; "
+               "without it the first."},
+              [](const JsonNode& value, W& written) { written.read = &value; }},
 };
-
-const PartRow& PartNamed(std::string_view name) {
-  return *std::find_if(kParts.begin(), kParts.end(),
-                       [&](const PartRow& row) { return row.name == name; });
-}
+constexpr KeyTable<W> kPlace{"place", "a place", kPlaceRows};
 
 // The first block of an extended scan comes behind the header that answers the command; on a
 // standard scanner that answer is the block's own header.
 void PlaceInBlocks(const WrittenPlace& written, const PartRow& part, FaultPlace& place) {
-  const std::uint32_t block = written.block == nullptr ? 0 : WholeOf(*written.block, 0, kMost);
+  const std::uint32_t block = written.block == nullptr ? 0 : WholeOf(*written.block);
   place.write += block;
   if (written.read != nullptr) {
     if (!part.read) written.read->Fail("the answer to a block is written, not read");
-    place.read = WholeOf(*written.read, 0, kMost);
+    place.read = WholeOf(*written.read);
   }
   if (place.read && place.command == "FS G" && block == 0) ++*place.read;
 }
 
 void RequireOneAddress(const JsonNode& node, const WrittenPlace& written) {
-  const bool hasNumber = written.place.transfer.has_value();
-  if (hasNumber && MembersOf(node).size() > 1) {
-    node.Fail("a transfer's number says it all: no other key can stand beside \"transfer\"");
+  for (const std::string_view key : {"transfer", "readFrom", "byte"}) {
+    if (FindKey(node, key) == nullptr) continue;
+    if (MembersOf(node).size() == 1) return;
+    node.Fail("its number says it all: no other key can stand beside \"" + std::string(key) + "\"");
   }
-  if (!hasNumber && written.place.command.empty()) {
-    node.Fail("expected \"transfer\" with a number, or \"command\" with a name");
+  if (written.place.command.empty()) {
+    node.Fail(
+        "expected \"transfer\", \"readFrom\" or \"byte\" with a number, or \"command\" with a "
+        "name");
   }
 }
 
 void ReadPlace(const JsonNode& node, Fault& fault) {
   WrittenPlace written;
-  ReadObject<WrittenPlace>(node, kPlaceKeys, written);
+  ReadObject(node, kPlace, written);
   RequireOneAddress(node, written);
   const bool inBlocks = written.block != nullptr || written.read != nullptr;
   const PartRow& part =
-      written.part != nullptr ? *written.part : PartNamed(inBlocks ? "block" : "reply");
+      written.part != nullptr ? *written.part : RowNamed(kParts, inBlocks ? "block" : "reply");
   written.place.write = part.write;
   written.place.read = part.read;
   if (part.ofBlock) {
@@ -128,98 +135,97 @@ void ReadPlace(const JsonNode& node, Fault& fault) {
 }
 
 void Cut(const JsonNode& value, Fault& fault) {
-  fault.kind = FaultKind::kCut;
-  fault.count = WholeOf(value, 0, kMost);
+  const bool isHalf = IsWord(value, "half");
+  fault.kind = isHalf ? FaultKind::kHalve : FaultKind::kCut;
+  fault.count = isHalf ? 0 : WholeOf(value);
 }
 
 void Answer(const JsonNode& value, Fault& fault) {
   fault.kind = FaultKind::kAnswer;
-  fault.bytes = BytesOf(value);
+  fault.bytes = *BytesIn(TextOf(value));
 }
 
 void Hold(const JsonNode& value, Fault& fault) {
   fault.kind = FaultKind::kHold;
-  fault.count = WholeOf(value, 1, kMost);
+  fault.count = WholeOf(value);
 }
 
-constexpr std::array kActionKeys{KeyRow<Fault>{"cut", &Cut}, KeyRow<Fault>{"answer", &Answer},
-                                 KeyRow<Fault>{"hold", &Hold}};
+constexpr std::array kActionRows{
+    KeyRow<Fault>{{"cut", Whole(0, kMost, "half"),
+                   "So many bytes pass, or half of them, with success; the rest is lost."},
+                  &Cut},
+    KeyRow<Fault>{{"answer", kHexDigits, "These bytes pass instead of those that were sent."},
+                  &Answer},
+    KeyRow<Fault>{
+        {"hold", Whole(1, kMost), "So many status replies report that the scanner is warming up."},
+        &Hold},
+};
+constexpr KeyTable<Fault> kAction{"action", "an action", kActionRows};
+
+bool IsAction(const JsonNode& value) {
+  return IsWord(value, "fail") || IsWord(value, "unplug") ||
+         !std::holds_alternative<std::string>(value.value);
+}
+constexpr ValueKind kActionKind{
+    ValueKind::Shape::kOther,
+    "\"fail\", \"unplug\", or an object with one of \"cut\", \"answer\" and \"hold\"",
+    R"({"anyOf": [{"enum": ["fail", "unplug"]}, {"$ref": "#/$defs/action"}]})", &IsAction};
 
 void ReadAction(const JsonNode& value, Fault& fault) {
-  if (const auto* const word = std::get_if<std::string>(&value.value)) {
-    if (*word != "fail" && *word != "unplug") {
-      value.FailExpecting(
-          "\"fail\", \"unplug\", or an object with one of \"cut\", \"answer\" and \"hold\"");
-    }
-    fault.kind = *word == "fail" ? FaultKind::kFail : FaultKind::kUnplug;
+  if (std::holds_alternative<std::string>(value.value)) {
+    fault.kind = IsWord(value, "fail") ? FaultKind::kFail : FaultKind::kUnplug;
     return;
   }
-  ReadObject<Fault>(value, kActionKeys, fault);
+  ReadObject(value, kAction, fault);
   if (MembersOf(value).size() != 1) {
     value.Fail("expected exactly one of \"cut\", \"answer\" and \"hold\"");
   }
 }
 
-constexpr std::array kFaultKeys{KeyRow<Fault>{"description", &IgnoreText<Fault>},
-                                KeyRow<Fault>{"at", &ReadPlace}, KeyRow<Fault>{"do", &ReadAction}};
-
-Fault ReadFault(const JsonNode& node) {
-  Fault fault;
-  fault.origin = node.file + ":" + std::to_string(node.line);
-  ReadObject<Fault>(node, kFaultKeys, fault);
-  for (const std::string_view needed : {"at", "do"}) {
-    if (FindKey(node, needed) == nullptr) {
-      node.Fail("a fault needs the key \"" + std::string(needed) + "\"");
-    }
-  }
-  return fault;
-}
-
-constexpr std::array kScriptKeys{
-    KeyRow<std::vector<Fault>>{"$schema", &IgnoreText<std::vector<Fault>>},
-    KeyRow<std::vector<Fault>>{"description", &IgnoreText<std::vector<Fault>>},
-    KeyRow<std::vector<Fault>>{
-        "faults",
-        [](const JsonNode& value, std::vector<Fault>& faults) { faults = ReadFaults(value); }},
+constexpr std::array kFaultRows{
+    KeyRow<Fault>{{"description", Text(), "For people."}, &Ignore<Fault>},
+    KeyRow<Fault>{{"at", Object(R"({"$ref": "#/$defs/place"})"),
+                   "A transfer, by its number or by its command.", true},
+                  &ReadPlace},
+    KeyRow<Fault>{{"do", kActionKind,
+                   "fail: the transfer fails and its bytes are lost. unplug: it and all behind it "
+                   "fail.",
+                   true},
+                  &ReadAction},
 };
+constexpr KeyTable<Fault> kFault{"fault", "a fault", kFaultRows};
+
+using Faults = std::vector<Fault>;
+constexpr std::array kScriptRows{
+    KeyRow<Faults>{
+        {"$schema", Text(), "The schema, for editors, with #/$defs/faultScript behind it."},
+        &Ignore<Faults>},
+    KeyRow<Faults>{{"description", Text(), "For people."}, &Ignore<Faults>},
+    KeyRow<Faults>{{"faults", kFaultList, kFaultListSentence, true},
+                   [](const JsonNode& value, Faults& faults) { faults = ReadFaults(value); }},
+};
+constexpr KeyTable<Faults> kScript{"faultScript", "a fault script", kScriptRows};
 
 }  // namespace
 
 std::vector<Fault> ReadFaults(const JsonNode& list) {
   std::vector<Fault> faults;
-  for (const JsonNode& element : ElementsOf(list)) faults.push_back(ReadFault(element));
+  for (const JsonNode& element : ElementsOf(list)) {
+    Fault& fault = faults.emplace_back();
+    fault.origin = element.file + ":" + std::to_string(element.line);
+    ReadObject(element, kFault, fault);
+  }
   return faults;
 }
 
 std::vector<Fault> ReadFaultScript(const std::string& file) {
-  const JsonNode script = ReadJson(file);
   std::vector<Fault> faults;
-  ReadObject<std::vector<Fault>>(script, kScriptKeys, faults);
-  if (FindKey(script, "faults") == nullptr) script.Fail("a fault script needs the key \"faults\"");
+  ReadObject(ReadJson(file), kScript, faults);
   return faults;
 }
 
-std::vector<std::string_view> FaultScriptKeys() {
-  return KeysOf<std::vector<Fault>>(kScriptKeys);
-}
-
-std::vector<std::string_view> FaultKeys() {
-  return KeysOf<Fault>(kFaultKeys);
-}
-
-std::vector<std::string_view> FaultPlaceKeys() {
-  return KeysOf<WrittenPlace>(kPlaceKeys);
-}
-
-std::vector<std::string_view> FaultActionKeys() {
-  return KeysOf<Fault>(kActionKeys);
-}
-
-std::vector<std::string_view> FaultParts() {
-  std::vector<std::string_view> names;
-  names.reserve(kParts.size());
-  for (const PartRow& row : kParts) names.push_back(row.name);
-  return names;
+std::vector<KeyGroup> FaultKeys() {
+  return {kScript.Group(), kFault.Group(), kPlace.Group(), kAction.Group()};
 }
 
 }  // namespace simulator

@@ -2,7 +2,7 @@
 
 #include "capture/file/capture_writer.h"
 #include "capture/record/recording_device.h"
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace {
 
@@ -10,7 +10,7 @@ using namespace capture;
 using Bytes = std::vector<std::uint8_t>;
 
 // Answers every read with as many bytes of its answer as there are.
-class AnsweringDevice final : public pmddb832::tests::RawTransferDevice {
+class AnsweringDevice final : public pmddb832::RawDevice {
  public:
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void*) override {
     *byteCount = static_cast<std::uint32_t>(answer.size());

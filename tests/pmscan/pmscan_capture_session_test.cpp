@@ -7,13 +7,13 @@
 #include "pmscan/captures/capture_session.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace {
 
 using pmscan::Failure;
 
-class SilentDevice final : public pmddb832::tests::RawTransferDevice {
+class SilentDevice final : public pmddb832::RawDevice {
  public:
   std::int32_t RawReadData(void*, std::uint32_t* byteCount, void*) override {
     *byteCount = 0;

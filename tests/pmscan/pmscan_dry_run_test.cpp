@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "pmscan/captures/dry_run.h"
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
 // Takes everything, and answers with ACK.
-struct Acknowledging : pmddb832::tests::RawTransferDevice {
+struct Acknowledging : pmddb832::RawDevice {
   std::int32_t RawReadData(void* buffer, std::uint32_t* count, void*) override {
     std::fill_n(static_cast<std::uint8_t*>(buffer), *count, std::uint8_t{6});
     return 0;

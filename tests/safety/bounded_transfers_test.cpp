@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "simulator/catalog/catalog.h"
-#include "tests/scans/raw_transfer_device.h"
 #include "tests/scans/whole_scan.h"
+#include "transport/raw_device.h"
 
 // Scanners that never come to an end: every call gives up after as many transfers as follow from
 // what it was asked for.
@@ -24,7 +24,7 @@ constexpr std::size_t kLineTransfers = 3;
 
 // Passes transfers on to a scanner until it is stuck. From then on it acknowledges everything and
 // answers for ever: STX, and behind it the same byte over and over.
-class StuckDevice final : public RawTransferDevice {
+class StuckDevice final : public RawDevice {
  public:
   explicit StuckDevice(StillImageDevice& sound) : sound_(sound) {}
 

@@ -70,7 +70,7 @@ class LineCollector final : public pmscan::PictureTaker {
 
 }  // namespace
 
-capture::Capture RecordScan(simulator::Scanner& scanner, bool keepsImageData) {
+capture::Capture RecordScan(StillImageDevice& scanner, bool keepsImageData) {
   capture::Capture capture;
   std::uint64_t now = 0;
   capture::Recorder recorder(

@@ -6,13 +6,13 @@
 
 #include "capture/file/capture.h"
 #include "capture/replay/difference.h"
-#include "simulator/device/scanner.h"
+#include "transport/still_image_device.h"
 
 namespace pmddb832::tests {
 
 // Scans 40 x 30 pixels in colour at 300 dpi, and records it. A scan that fails is recorded up to
 // its end. The times are 1 microsecond apart.
-capture::Capture RecordScan(simulator::Scanner& scanner, bool keepsImageData);
+capture::Capture RecordScan(StillImageDevice& scanner, bool keepsImageData);
 
 // What a replay against the module under test brought.
 struct ReplayOutcome {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace pmddb832::tests {
 
@@ -26,7 +26,7 @@ struct Fault {
 };
 
 // Passes transfers on to another device, and brings one fault into them.
-class FaultyDevice final : public RawTransferDevice {
+class FaultyDevice final : public RawDevice {
  public:
   FaultyDevice(StillImageDevice& sound, std::optional<Fault> fault)
       : sound_(sound), fault_(fault) {}

@@ -7,6 +7,7 @@
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
 #include "simulator/catalog/catalog.h"
+#include "simulator/faults/fault_injector.h"
 #include "tests/scans/captured_scan.h"
 #include "tests/scans/whole_scan.h"
 
@@ -21,7 +22,8 @@ constexpr std::array kCaptures{
 
 capture::Capture Record(const std::string& scannerName, bool keepsImageData = true) {
   const auto scanner = simulator::MakeScanner(scannerName, ColourPicture(64, 48));
-  return RecordScan(*scanner, keepsImageData);
+  simulator::FaultInjector cable(*scanner, {});
+  return RecordScan(cable, keepsImageData);
 }
 
 // The first entry of a text that begins so.

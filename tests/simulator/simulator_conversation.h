@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -56,6 +57,17 @@ simulator::ExtendedScannerConfig SmallFlatbed();
 
 // The same with a document feeder of 100 x 150 pixels and so many pages of that size.
 simulator::ExtendedScannerConfig SmallFeeder(std::size_t pages);
+
+// A scanner with defects, as in "late-nak=W" or "fatal-error+warm-up=3".
+template <class Config>
+Config Spoiled(Config config, std::string_view defects) {
+  while (!defects.empty()) {
+    const std::size_t plus = std::min(defects.find('+'), defects.size());
+    SwitchOn(config.defects, defects.substr(0, plus));
+    defects.remove_prefix(std::min(plus + 1, defects.size()));
+  }
+  return config;
+}
 
 // FS G and all the blocks it announces, acknowledged; returns the image data without status bytes.
 Bytes ScanAll(Conversation& talk, std::uint32_t lineBytes);

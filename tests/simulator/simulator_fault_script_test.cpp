@@ -48,6 +48,16 @@ TEST_CASE("fault script: a transfer by its number") {
   CHECK_FALSE(Place("\"command\": \"FS W\"").transfer.has_value());
 }
 
+TEST_CASE("fault script: the first read from a transfer on, and the transfer that carries a byte") {
+  CHECK(Place("\"readFrom\": 5").readFrom == 5);
+  CHECK(Place("\"byte\": 1000").byte == 1000);
+  CHECK_FALSE(Place("\"byte\": 1000").transfer.has_value());
+}
+
+TEST_CASE("fault script: half of a transfer is cut off") {
+  CHECK(Read("\"transfer\": 1", "{\"cut\": \"half\"}").kind == FaultKind::kHalve);
+}
+
 TEST_CASE("fault script: a command's first time, a later one, or every one") {
   CHECK(Place("\"command\": \"FS W\"").command == "FS W");
   CHECK(Place("\"command\": \"FS W\"").occurrence == 1);
@@ -93,7 +103,9 @@ TEST_CASE("fault script: a fault knows where it is written") {
 }
 
 TEST_CASE("fault script: a place needs exactly one address") {
-  CheckPlaceFails("", "f.json:1: [0].at: expected \"transfer\" with a number, or \"command\"");
+  CheckPlaceFails("",
+                  "f.json:1: [0].at: expected \"transfer\", \"readFrom\" or \"byte\" with a "
+                  "number, or \"command\"");
   CheckPlaceFails("\"transfer\": 1, \"command\": \"FS W\"",
                   "no other key can stand beside \"transfer\"");
   CheckPlaceFails("\"transfer\": -1", "expected a whole number from 0 to 2147483647, got -1");

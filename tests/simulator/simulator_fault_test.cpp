@@ -2,6 +2,7 @@
 
 #include "simulator/extended/extended_scanner.h"
 #include "simulator/faults/fault_injector.h"
+#include "simulator/faults/fault_script.h"
 #include "tests/simulator/simulator_standard_conversation.h"
 
 // Faults on the cable: each kind, at each kind of place.
@@ -27,6 +28,10 @@ std::vector<Fault> One(const std::string& at, const std::string& action) {
 struct Desk {
   Desk(const std::string& at, const std::string& action)
       : scanner(SmallFlatbed()), cable(scanner, One(at, action)), talk(cable) {}
+
+  // Without a script, but with defects.
+  explicit Desk(std::string_view defects)
+      : scanner(Spoiled(SmallFlatbed(), defects)), cable(scanner, {}), talk(cable) {}
 
   std::int32_t TryRead(std::uint32_t count) {
     got.assign(count, 0xEE);
@@ -245,19 +250,71 @@ TEST_CASE("fault: one that was not reached is told") {
   CHECK(desk.cable.Unreached().empty());
 }
 
-TEST_CASE("fault: the rest of the device interface is the scanner's") {
-  Desk desk("\"transfer\": 0", "\"fail\"");
-  constexpr std::int32_t kNotImplemented = static_cast<std::int32_t>(0x80004001);
-  CHECK(desk.cable.QueryInterface(nullptr, nullptr) == static_cast<std::int32_t>(0x80004002));
-  CHECK(desk.cable.AddRef() == 1);
-  CHECK(desk.cable.Release() == 1);
-  CHECK(desk.cable.Initialize(nullptr, nullptr, 0, 0) == kNotImplemented);
-  CHECK(desk.cable.GetCapabilities(nullptr) == kNotImplemented);
-  CHECK(desk.cable.GetStatus(nullptr) == kNotImplemented);
-  CHECK(desk.cable.DeviceReset() == kNotImplemented);
-  CHECK(desk.cable.Diagnostic(nullptr) == kNotImplemented);
-  CHECK(desk.cable.Escape(0, nullptr, 0, nullptr, 0, nullptr) == kNotImplemented);
-  CHECK(desk.cable.GetLastError(nullptr) == kNotImplemented);
-  CHECK(desk.cable.LockDevice(0) == kNotImplemented);
-  CHECK(desk.cable.UnLockDevice() == kNotImplemented);
+TEST_CASE("fault: unplugged-at-byte lets the bytes before it pass") {
+  Desk desk("unplugged-at-byte=10");
+  desk.talk.Send("1C 49");
+  CHECK(desk.TryRead(80) == kUnplugged);
+  CHECK(desk.delivered == 8);
+  CHECK(Bytes(desk.got.begin(), desk.got.begin() + 8) == FromHex("42 38 00 00 64 00 00 00"));
+  CHECK(desk.TrySend("06") == kUnplugged);
+  CheckNoViolations(desk.scanner);
+}
+
+TEST_CASE("fault: a cable pulled out within a write brings the scanner a part of it") {
+  Desk desk("unplugged-at-byte=4");
+  desk.talk.Send("1B 65");
+  desk.talk.Expect("06");
+  CHECK(desk.TrySend("00 1C 46") == kUnplugged);
+  Conversation(desk.scanner).Expect("06");  // the parameter came, the status query did not
+  CHECK(desk.TryRead(1) == kUnplugged);
+}
+
+TEST_CASE("fault: unplugged-at-transfer fails that transfer and all later ones") {
+  Desk desk("unplugged-at-transfer=2");
+  desk.talk.Send("1B 40");
+  desk.talk.Expect("06");
+  CHECK(desk.TrySend("1B") == kUnplugged);
+  CHECK(desk.TryRead(1) == kUnplugged);
+  CHECK(desk.delivered == 0);
+  CheckNoViolations(desk.scanner);
+}
+
+TEST_CASE("fault: short-read-at-transfer succeeds once with half of the bytes") {
+  Desk desk("short-read-at-transfer=0");
+  desk.talk.Send("1C 46");
+  CHECK(desk.TryRead(16) == 0);
+  CHECK(desk.delivered == 8);
+  desk.talk.Send("1C 46");
+  desk.talk.Expect("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  CheckNoViolations(desk.scanner);
+}
+
+TEST_CASE("fault: what a short read lost is not held against the driver until a reset") {
+  Desk desk("short-read-at-transfer=0");
+  desk.talk.Send("1B 65");
+  CHECK(desk.TryRead(1) == 0);
+  CHECK(desk.delivered == 0);
+  desk.talk.Send("1C 46");
+  desk.talk.Expect("15");  // FS is taken for the parameter of ESC e
+  CheckNoViolations(desk.scanner);
+}
+
+TEST_CASE("fault: the standard scanner's cable may be pulled out") {
+  StandardScanner scanner(Spoiled(SmallStandard(), "unplugged-at-byte=4"));
+  FaultInjector cable(scanner, {});
+  Conversation talk(cable);
+  talk.Send("1B 46");
+  CHECK(talk.ReadInVain(4) == FromHex("02 00"));
+}
+
+TEST_CASE("fault: of a defect named twice the last value counts") {
+  Desk desk("unplugged-at-byte=1+unplugged-at-byte=4");
+  desk.talk.Send("1B 40");
+  desk.talk.Expect("06");
+  CHECK(desk.TrySend("1B 40") == kUnplugged);
+}
+
+TEST_CASE("fault: a cable's own fault that does not strike is not told") {
+  Desk desk("unplugged-at-byte=1000");
+  CHECK(desk.cable.Unreached().empty());
 }

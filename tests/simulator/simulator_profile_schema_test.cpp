@@ -1,100 +1,86 @@
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
+#include <set>
 
-#include "simulator/catalog/json_keys.h"
 #include "simulator/catalog/profile.h"
 
-// Schema and document know what the reader of profiles knows, and nothing else.
+// Schema and document say what the reader of profiles knows, and nothing else.
 
-using simulator::FindKey;
-using simulator::JsonMember;
-using simulator::JsonNode;
 using simulator::KeyGroup;
+using simulator::KeyText;
+using Json = nlohmann::json;
 
 namespace {
 
-using Names = std::vector<std::string>;
-
-const JsonNode& Schema() {
-  static const JsonNode schema = simulator::ReadJson(PMDDB832_PROFILES "/schema.json");
-  return schema;
-}
-
-Names SortedKeys(const JsonNode& object) {
-  Names keys;
-  for (const JsonMember& member : simulator::MembersOf(object)) keys.push_back(member.key);
-  std::sort(keys.begin(), keys.end());
-  return keys;
-}
-
-Names Sorted(const std::vector<std::string_view>& names) {
-  Names sorted(names.begin(), names.end());
-  std::sort(sorted.begin(), sorted.end());
-  return sorted;
-}
-
-// $defs/NAME/properties
-const JsonNode& Properties(std::string_view definition) {
-  const JsonNode* const found = FindKey(*FindKey(Schema(), "$defs"), definition);
-  REQUIRE(found != nullptr);
-  return *FindKey(*found, "properties");
-}
-
-std::string ReadDocument() {
-  std::ifstream stream(PMDDB832_PROFILE_DOCUMENT, std::ios::binary);
+std::string ReadText(const char* file) {
+  std::ifstream stream(file, std::ios::binary);
   REQUIRE(stream);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+Json Definitions() {
+  return Json::parse(ReadText(PMDDB832_PROFILES "/schema.json"))["$defs"];
+}
+
+Json PropertiesOf(const KeyGroup& group) {
+  Json properties = Json::object();
+  for (const KeyText& row : group.keys) {
+    properties[std::string(row.key)] = Json::parse(SchemaOf(row.kind));
+    properties[std::string(row.key)]["description"] = row.sentence;
+  }
+  return properties;
+}
+
+Json RequiredOf(const KeyGroup& group) {
+  Json required;
+  for (const KeyText& row : group.keys) {
+    if (row.isNeeded) required.push_back(row.key);
+  }
+  return required;
+}
+
+// The rows of an object's table; all defects are numbers or flags, and say so in their sentences.
+std::string TableOf(const KeyGroup& group) {
+  std::string table;
+  for (const KeyText& row : group.keys) {
+    table += "| `" + std::string(row.key) + "` | ";
+    if (group.object != "defects") table += WordsOf(row.kind) + " | ";
+    table += std::string(row.sentence) + (row.isNeeded ? " Required." : "") + " |\n";
+  }
+  return table;
+}
+
 }  // namespace
 
-TEST_CASE("profile schema: every object has the keys that the reader knows") {
+TEST_CASE("profile schema: every object has the keys, kinds and ranges that the reader checks") {
+  const Json definitions = Definitions();
   for (const KeyGroup& group : simulator::ProfileKeys()) {
     CAPTURE(group.object);
-    CHECK(SortedKeys(Properties(group.object)) == Sorted(group.keys));
+    const Json& described = definitions.at(std::string(group.object));
+    CHECK(Json::diff(described["properties"], PropertiesOf(group)).dump() == "[]");
+    CHECK(described.value("required", Json()) == RequiredOf(group));
+    CHECK(described["additionalProperties"] == false);
   }
 }
 
 TEST_CASE("profile schema: every object with properties is one that the reader knows") {
-  Names described;
-  for (const JsonMember& member : simulator::MembersOf(*FindKey(Schema(), "$defs"))) {
-    if (FindKey(member.value, "properties") != nullptr) described.push_back(member.key);
+  std::set<std::string> described;
+  const Json definitions = Definitions();
+  for (const auto& [name, definition] : definitions.items()) {
+    if (definition.contains("properties")) described.insert(name);
   }
-  std::vector<std::string_view> known;
-  for (const KeyGroup& group : simulator::ProfileKeys()) known.push_back(group.object);
-  std::sort(described.begin(), described.end());
-  CHECK(described == Sorted(known));
+  std::set<std::string> known;
+  for (const KeyGroup& group : simulator::ProfileKeys()) known.emplace(group.object);
+  CHECK(described == known);
 }
 
-TEST_CASE("profile schema: the parts of a command are those that the reader knows") {
-  Names parts;
-  for (const JsonNode& part :
-       simulator::ElementsOf(*FindKey(*FindKey(Properties("place"), "part"), "enum"))) {
-    parts.push_back(simulator::TextOf(part));
-  }
-  std::sort(parts.begin(), parts.end());
-  CHECK(parts == Sorted(simulator::FaultParts()));
-}
-
-TEST_CASE("profile document: every key is in it") {
-  const std::string document = ReadDocument();
+TEST_CASE("profile document: every object has its table of keys") {
+  const std::string document = ReadText(PMDDB832_PROFILE_DOCUMENT);
   for (const KeyGroup& group : simulator::ProfileKeys()) {
-    for (const std::string_view key : group.keys) {
-      CAPTURE(group.object);
-      CAPTURE(key);
-      CHECK(document.find("`" + std::string(key) + "`") != std::string::npos);
-    }
-  }
-}
-
-TEST_CASE("profile document: every defect has its sentence") {
-  const std::string document = ReadDocument();
-  for (const simulator::DefectRow& row : simulator::DefectTable()) {
-    CAPTURE(row.name);
-    const std::string line = "| `" + std::string(row.name) + "` | " + std::string(row.sentence);
-    CHECK(document.find(line) != std::string::npos);
+    CHECK_MESSAGE(document.find("|\n" + TableOf(group) + "\n") != std::string::npos,
+                  "expected this table of ", group.object, ":\n", TableOf(group));
   }
 }

@@ -215,10 +215,3 @@ TEST_CASE("simulator: error-at-block is a header without lines, fatal-at-block s
   SendAndExpect(fatal, "1B 46", "02 80 00 00");
   CheckNoViolations(fatal);
 }
-
-TEST_CASE("simulator: the standard scanner's cable may be pulled out") {
-  auto scanner = With([](Defects& d) { d.unpluggedAtByte = 4; });
-  Conversation talk(scanner);
-  talk.Send("1B 46");
-  CHECK(talk.ReadInVain(4) == FromHex("02 00"));
-}

@@ -1,12 +1,14 @@
 #include <doctest/doctest.h>
 
 #include "simulator/extended/extended_scanner.h"
+#include "simulator/faults/fault_injector.h"
 #include "tests/simulator/simulator_conversation.h"
 
 // The extended scanner's commands, one conversation each.
 
 using namespace simulator_test;
 using simulator::ExtendedScanner;
+using simulator::FaultInjector;
 using simulator::OptionUnit;
 
 TEST_CASE("simulator: ESC I answers STX, the extended bit, the level and its resolutions") {
@@ -159,17 +161,22 @@ TEST_CASE("simulator: bytes may come and go in any portions") {
 }
 
 TEST_CASE("simulator: the rest of the device interface is not implemented") {
+  constexpr auto kNotImplemented = static_cast<std::int32_t>(0x80004001);
   ExtendedScanner scanner(SmallFlatbed());
-  CHECK(scanner.QueryInterface(nullptr, nullptr) < 0);
-  CHECK(scanner.AddRef() == 1);
-  CHECK(scanner.Release() == 1);
-  CHECK(scanner.Initialize(nullptr, nullptr, 0, 0) < 0);
-  CHECK(scanner.GetCapabilities(nullptr) < 0);
-  CHECK(scanner.GetStatus(nullptr) < 0);
-  CHECK(scanner.DeviceReset() < 0);
-  CHECK(scanner.Diagnostic(nullptr) < 0);
-  CHECK(scanner.Escape(0, nullptr, 0, nullptr, 0, nullptr) < 0);
-  CHECK(scanner.GetLastError(nullptr) < 0);
-  CHECK(scanner.LockDevice(0) < 0);
-  CHECK(scanner.UnLockDevice() < 0);
+  FaultInjector cable(scanner, {});
+  pmddb832::StillImageDevice* const devices[] = {&scanner, &cable};
+  for (pmddb832::StillImageDevice* const device : devices) {
+    CHECK(device->QueryInterface(nullptr, nullptr) == static_cast<std::int32_t>(0x80004002));
+    CHECK(device->AddRef() == 1);
+    CHECK(device->Release() == 1);
+    CHECK(device->Initialize(nullptr, nullptr, 0, 0) == kNotImplemented);
+    CHECK(device->GetCapabilities(nullptr) == kNotImplemented);
+    CHECK(device->GetStatus(nullptr) == kNotImplemented);
+    CHECK(device->DeviceReset() == kNotImplemented);
+    CHECK(device->Diagnostic(nullptr) == kNotImplemented);
+    CHECK(device->Escape(0, nullptr, 0, nullptr, 0, nullptr) == kNotImplemented);
+    CHECK(device->GetLastError(nullptr) == kNotImplemented);
+    CHECK(device->LockDevice(0) == kNotImplemented);
+    CHECK(device->UnLockDevice() == kNotImplemented);
+  }
 }

@@ -153,44 +153,4 @@ std::string ScriptedDevice::Describe(const Step& step) const {
   return {};
 }
 
-std::int32_t ScriptedDevice::QueryInterface(const void*, void**) {
-  return Complain("QueryInterface");
-}
-std::uint32_t ScriptedDevice::AddRef() {
-  Complain("AddRef");
-  return 0;
-}
-std::uint32_t ScriptedDevice::Release() {
-  Complain("Release");
-  return 0;
-}
-std::int32_t ScriptedDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
-  return Complain("Initialize");
-}
-std::int32_t ScriptedDevice::GetCapabilities(void*) {
-  return Complain("GetCapabilities");
-}
-std::int32_t ScriptedDevice::GetStatus(void*) {
-  return Complain("GetStatus");
-}
-std::int32_t ScriptedDevice::DeviceReset() {
-  return Complain("DeviceReset");
-}
-std::int32_t ScriptedDevice::Diagnostic(void*) {
-  return Complain("Diagnostic");
-}
-std::int32_t ScriptedDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*, std::uint32_t,
-                                    std::uint32_t*) {
-  return Complain("Escape");
-}
-std::int32_t ScriptedDevice::GetLastError(std::uint32_t*) {
-  return Complain("GetLastError");
-}
-std::int32_t ScriptedDevice::LockDevice(std::uint32_t) {
-  return Complain("LockDevice");
-}
-std::int32_t ScriptedDevice::UnLockDevice() {
-  return Complain("UnLockDevice");
-}
-
 }  // namespace pmddb832::tests
