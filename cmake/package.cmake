@@ -6,7 +6,7 @@ set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 install(TARGETS Pmddb832 RUNTIME DESTINATION . ARCHIVE DESTINATION lib)
 install(TARGETS pmscan RUNTIME DESTINATION .)
 install(FILES interface/pmddb832.def DESTINATION lib)
-install(FILES "${CMAKE_BINARY_DIR}/include/pmddb832.h" DESTINATION include)
+install(FILES interface/pmddb832.h DESTINATION include)
 install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.debug" "${CMAKE_BINARY_DIR}/pmscan.debug"
   DESTINATION symbols)
 install(DIRECTORY simulator/profiles DESTINATION .)

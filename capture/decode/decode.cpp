@@ -7,7 +7,6 @@
 #include "capture/decode/decode_narrator.h"
 #include "capture/decode/decode_page.h"
 #include "capture/decode/decode_replies.h"
-#include "wire/parameter_block.h"
 
 namespace capture {
 namespace {
@@ -92,8 +91,8 @@ std::string Decode(const Capture& capture) {
 }
 
 std::string DescribeWrite(Bytes bytes) {
-  if (const CommandRow* const row = FindCommand(bytes); row != nullptr) {
-    return Letters(*row) + " " + std::string(row->name);
+  if (const pmddb832::CommandShape* const row = pmddb832::FindCommand(bytes); row != nullptr) {
+    return NameOf(*row);
   }
   if (bytes.size() == 1) {
     if (const auto name = ControlName(bytes[0]); name.has_value()) return *name;
@@ -105,7 +104,7 @@ std::string DescribeWrite(Bytes bytes) {
 }
 
 std::string DescribeWrite(Bytes command, Bytes bytes) {
-  const CommandRow* const row = FindCommand(command);
+  const pmddb832::CommandShape* const row = pmddb832::FindCommand(command);
   const bool fits =
       row != nullptr && row->parameterBytes != 0 && bytes.size() == row->parameterBytes;
   if (!fits) return DescribeWrite(bytes);
@@ -115,7 +114,7 @@ std::string DescribeWrite(Bytes command, Bytes bytes) {
 }
 
 std::string DescribeReply(Bytes command, Bytes reply) {
-  const CommandRow* const row = FindCommand(command);
+  const pmddb832::CommandShape* const row = pmddb832::FindCommand(command);
   const std::string fields = row == nullptr ? "" : Joined(DescribeReply(row->reply, reply));
   return fields.empty() ? BytesText(reply) : fields;
 }

@@ -1,53 +1,25 @@
 #include "capture/decode/decode_calls.h"
 
-#include <array>
 #include <span>
 #include <string_view>
 
+#include "capture/calls/export_table.h"
 #include "capture/file/settings_text.h"
-#include "wire/value_names.h"
 
 namespace capture {
 namespace {
 
 using pmddb832::ValueName;
-namespace names = pmddb832::names;
 
-constexpr std::array kOpenResults{ValueName{0, "failed", true}, ValueName{1, "open"}};
-constexpr std::array kAnswers{ValueName{0, "not acknowledged", true}, ValueName{1, "acknowledged"}};
-constexpr std::array kAcquisition{ValueName{1, "go on"}, ValueName{2, "failed", true}};
-constexpr std::array kFreshBuffer{ValueName{3, "fresh buffer"}};
-constexpr std::array kFocusModes{ValueName{0, "manual"}, ValueName{1, "automatic"}};
+// One without values for a call that the module does not have.
+ExportRow RowOf(std::string_view call) {
+  const ExportRow* const row = ExportOf(call);
+  return row == nullptr ? ExportRow{} : *row;
+}
 
-// Values of a call that have names: arguments and results apart.
-struct NamedValue {
-  std::string_view call;
-  std::string_view value;
-  std::span<const ValueName> names;
-};
-
-constexpr std::array kNamedArguments{
-    NamedValue{"PMAcquireImage", "status", kFreshBuffer},
-    NamedValue{"PMGetOptionStatus", "option", names::kDocumentSources},
-    NamedValue{"PMGetScanPaperSize", "option", names::kDocumentSources},
-    NamedValue{"PMSetFocus", "mode", kFocusModes},
-};
-
-constexpr std::array kNamedResults{
-    NamedValue{"PMOpenScanner", "result", kOpenResults},
-    NamedValue{"PMInitAcquire", "status", kAcquisition},
-    NamedValue{"PMAcquireImage", "status", kAcquisition},
-    NamedValue{"PMGetOptionStatus", "result", names::kErrorCodes},
-    NamedValue{"PMGetScanPaperSize", "result", names::kErrorCodes},
-    NamedValue{"PMGetScanError", "result", names::kErrorCodes},
-    NamedValue{"PMReset", "result", kAnswers},
-    NamedValue{"PMEnableOption", "result", kAnswers},
-};
-
-std::span<const ValueName> NamesOf(std::span<const NamedValue> table, std::string_view call,
-                                   std::string_view value) {
-  for (const NamedValue& row : table) {
-    if (row.call == call && row.value == value) return row.names;
+std::span<const ValueName> NamesOf(std::span<const CallValue> values, std::string_view name) {
+  for (const CallValue& value : values) {
+    if (value.name == name) return value.names;
   }
   return {};
 }
@@ -75,18 +47,20 @@ std::string ChangeText(const RecordChange& change) {
 }  // namespace
 
 std::string DescribeArguments(const CallBegin& call) {
+  const ExportRow row = RowOf(call.name);
   std::string text;
   for (const Value& value : call.arguments) {
     text.append(text.empty() ? "" : ", ");
-    text.append(Describe(value, NamesOf(kNamedArguments, call.name, value.name)).OneLine());
+    text.append(Describe(value, NamesOf(row.arguments, value.name)).OneLine());
   }
   return text;
 }
 
 std::vector<FieldRow> DescribeResults(const CallEnd& call) {
+  const ExportRow row = RowOf(call.name);
   std::vector<FieldRow> rows;
   for (const Value& value : call.results) {
-    rows.push_back(Describe(value, NamesOf(kNamedResults, call.name, value.name)));
+    rows.push_back(Describe(value, NamesOf(row.results, value.name)));
   }
   return rows;
 }

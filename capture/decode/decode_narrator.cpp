@@ -5,8 +5,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "capture/conversation/captured_conversation.h"
+#include "capture/decode/decode_commands.h"
 #include "capture/decode/decode_replies.h"
-#include "wire/protocol_bytes.h"
 
 namespace capture {
 namespace {
@@ -37,10 +38,6 @@ bool HasTrouble(const std::vector<FieldRow>& rows) {
   return std::any_of(rows.begin(), rows.end(), [](const FieldRow& row) { return row.isTrouble; });
 }
 
-bool IsAnswerToBlock(std::uint8_t byte) {
-  return byte == pmddb832::kAck || byte == pmddb832::kCan;
-}
-
 }  // namespace
 
 void Narrator::Take(const Transfer& transfer, std::uint32_t line) {
@@ -64,9 +61,9 @@ void Narrator::Begin(std::string title) {
   current_->title = std::move(title);
 }
 
-void Narrator::BeginBlock() {
-  Begin(blocks_->Title());
-  current_->block = blocks_->Number();
+void Narrator::BeginBlock(const PictureBlock& block) {
+  Begin(DescribePlace(block));
+  current_->block = block.number;
 }
 
 void Narrator::Add(const FieldRow& row) {
@@ -91,7 +88,7 @@ void Narrator::AddFields(const std::vector<FieldRow>& rows, std::size_t blockByt
     return;
   }
   AddPart(Counted(blockBytes, "byte"));
-  std::vector<FieldRow>& before = told_[command_];
+  std::vector<FieldRow>& before = told_[conversation_.Command()];
   if (rows == before && !HasTrouble(rows)) {
     AddPart("the same as before");
     return;
@@ -109,99 +106,48 @@ void Narrator::NoteWait(const Transfer& transfer) {
 
 void Narrator::TakeWrite(const Transfer& transfer) {
   const std::vector<std::uint8_t> bytes = transfer.bytes.value_or(std::vector<std::uint8_t>{});
-  const bool isBlock =
-      expected_ == Expected::kParameters && bytes.size() == command_->parameterBytes;
-  if (isBlock) {
-    TakeParameters(bytes);
-  } else if (const CommandRow* const row = FindCommand(bytes); row != nullptr) {
-    BeginCommand(*row);
-  } else if (bytes.size() == 1) {
-    TakeControl(bytes[0]);
+  // Once it is answered, the next block is the one under way.
+  const std::optional<PictureBlocks> picture = conversation_.Picture();
+  const Part part = Follow(conversation_, transfer);
+  if (part == Part::kParameters && conversation_.IsWhole()) {
+    AddFields(DescribeParameters(*conversation_.Command(), bytes), bytes.size());
+  } else if (part == Part::kCommand) {
+    Begin(NameOf(*conversation_.Command()));
+  } else if (part == Part::kBlockAnswer) {
+    TellBlockAnswer(bytes[0], picture->Block());
+  } else if (part == Part::kControl) {
+    Begin(*ControlName(bytes[0]));
   } else {
-    TakeStrayWrite(bytes);
+    TellStrayWrite(bytes);
   }
-  if (transfer.result < 0) {
-    AddTrouble("the write failed (" + ResultText(transfer.result) + ")");
-    expected_ = Expected::kNothing;
-  }
+  if (transfer.result < 0) AddTrouble("the write failed (" + ResultText(transfer.result) + ")");
 }
 
-void Narrator::BeginCommand(const CommandRow& row) {
-  command_ = &row;
-  Begin(Letters(row) + " " + std::string(row.name));
-  reply_.clear();
-  blocks_.reset();
-  expected_ =
-      row.reply == ReplyKind::kAcknowledge ? Expected::kCommandAcknowledge : Expected::kReply;
-  if (row.reply == ReplyKind::kAcknowledge && row.parameterBytes == 0) {
-    expected_ = Expected::kAcknowledge;
-    plan_ = {};
-  }
-  if (row.reply == ReplyKind::kBlockHeader && plan_.startIsRepeated && !plan_.linesAtOnce) {
-    blocks_ = MakeStandardBlocks(plan_, {});
-    expected_ = Expected::kNothing;
-  }
+void Narrator::TellBlockAnswer(std::uint8_t byte, const PictureBlock& block) {
+  if (!current_.has_value()) BeginBlock(block);
+  AddPart(*ControlName(byte));
 }
 
-void Narrator::TakeParameters(Bytes block) {
-  plan_.Note(*command_, block);
-  const std::vector<FieldRow> rows = DescribeParameters(*command_, block);
-  AddFields(rows, block.size());
-  expected_ = Expected::kAcknowledge;
-}
-
-void Narrator::TakeControl(std::uint8_t byte) {
-  const std::optional<std::string> name = ControlName(byte);
-  const bool awaitsAnswer =
-      blocks_ != nullptr && blocks_->Expected() == BlockSequence::Next::kAnswer;
-  if (awaitsAnswer && IsAnswerToBlock(byte)) {
-    if (!current_.has_value()) BeginBlock();
-    AddPart(*name);
-    if (byte == pmddb832::kAck) {
-      blocks_->TakeAnswer();
-      return;
-    }
-    blocks_.reset();
-    expected_ = Expected::kAcknowledge;
-  } else if (byte == pmddb832::kEm || byte == pmddb832::kFf) {
-    Begin(*name);
-    expected_ = Expected::kAcknowledge;
-  } else {
-    TakeStrayWrite(std::span(&byte, 1));
-  }
-}
-
-void Narrator::TakeStrayWrite(Bytes bytes) {
+// The module sends parameters at once: a piece of them is not what was asked for.
+void Narrator::TellStrayWrite(Bytes bytes) {
   const std::optional<std::string> name = bytes.size() == 1 ? ControlName(bytes[0]) : std::nullopt;
   Begin("sent " + name.value_or(Counted(bytes.size(), "byte") + ", " + HexText(bytes)));
   AddTrouble("nothing asked for it");
-  expected_ = Expected::kNothing;
+  conversation_.Break();
 }
 
+// What a call left unread belongs to no exchange of the next one.
 void Narrator::TakeRead(const Transfer& transfer) {
-  if (AwaitsBlock()) {
-    TakeImage(transfer);
-    return;
-  }
-  if (!current_.has_value() || expected_ == Expected::kNothing ||
-      expected_ == Expected::kParameters) {
-    TakeStrayRead(transfer);
-    return;
-  }
+  if (conversation_.AwaitsPicture()) return TakePicture(transfer);
+  const Part part = current_.has_value() ? Follow(conversation_, transfer) : Part::kStray;
+  if (part == Part::kStray) return TellStrayRead(transfer);
   NoteWait(transfer);
   if (!NoteReadFailure(transfer)) return;
-  const Bytes bytes = *transfer.bytes;
-  if (expected_ == Expected::kReply || expected_ == Expected::kReplyData) {
-    TakeReply(bytes);
+  if (part == Part::kReply) {
+    TellReply();
   } else {
-    TakeAcknowledge(bytes);
+    Add(DescribeAcknowledge(transfer.bytes->front()));
   }
-}
-
-bool Narrator::AwaitsBlock() const {
-  if (blocks_ == nullptr || expected_ != Expected::kNothing) return false;
-  const BlockSequence::Next next = blocks_->Expected();
-  return next == BlockSequence::Next::kHeader || next == BlockSequence::Next::kBlock;
 }
 
 // True when there are bytes to look at.
@@ -210,72 +156,35 @@ bool Narrator::NoteReadFailure(const Transfer& transfer) {
       std::to_string(transfer.delivered) + " of " + Counted(transfer.requested, "byte") + " came";
   if (transfer.result < 0) {
     AddTrouble("the read failed (" + ResultText(transfer.result) + "), " + came);
-    expected_ = Expected::kNothing;
     return false;
   }
   if (transfer.delivered < transfer.requested) AddTrouble("only " + came);
-  const bool hasBytes = transfer.delivered > 0 && transfer.bytes.has_value();
-  if (!hasBytes) expected_ = Expected::kNothing;
-  return hasBytes;
+  return transfer.delivered > 0 && transfer.bytes.has_value();
 }
 
-void Narrator::TakeAcknowledge(Bytes bytes) {
-  const FieldRow answer = DescribeAcknowledge(bytes[0]);
-  Add(answer);
-  const bool wasLetter =
-      std::exchange(expected_, Expected::kNothing) == Expected::kCommandAcknowledge;
-  if (wasLetter && !answer.isTrouble) expected_ = Expected::kParameters;
+void Narrator::TellReply() {
+  if (!conversation_.IsWhole()) return;
+  const std::vector<std::uint8_t>& reply = conversation_.Message();
+  AddFields(DescribeReply(conversation_.Command()->reply, reply), reply.size());
 }
 
-void Narrator::TakeReply(Bytes bytes) {
-  reply_.insert(reply_.end(), bytes.begin(), bytes.end());
-  const bool wasHeader = expected_ == Expected::kReply;
-  if (wasHeader && DeclaredDataBytes(command_->reply, reply_) > 0) {
-    expected_ = Expected::kReplyData;
-    return;
-  }
-  expected_ = Expected::kNothing;
-  FinishReply();
-}
-
-void Narrator::FinishReply() {
-  const std::vector<FieldRow> rows = DescribeReply(command_->reply, reply_);
-  AddFields(rows, reply_.size());
-  BeginImage();
-}
-
-void Narrator::BeginImage() {
-  if (command_->reply == ReplyKind::kTransferHeader) {
-    blocks_ = MakeExtendedBlocks(plan_, reply_);
-  } else if (command_->reply == ReplyKind::kBlockHeader) {
-    blocks_ = MakeStandardBlocks(plan_, reply_);
-    plan_.startIsRepeated = blocks_->Expected() == BlockSequence::Next::kNothing;
-  }
-}
-
-void Narrator::TakeImage(const Transfer& transfer) {
-  const bool isHeader = blocks_->Expected() == BlockSequence::Next::kHeader;
-  const bool isBegun = current_.has_value() && current_->block == blocks_->Number();
-  if (!isBegun) BeginBlock();
+void Narrator::TakePicture(const Transfer& transfer) {
+  const Part part = Follow(conversation_, transfer);
+  const PictureBlocks& picture = *conversation_.Picture();
+  const bool isBegun = current_.has_value() && current_->block == picture.Block().number;
+  if (!isBegun) BeginBlock(picture.Block());
   NoteWait(transfer);
-  std::vector<FieldRow> rows;
-  if (transfer.result < 0 || transfer.delivered == 0) {
-    NoteReadFailure(transfer);
-    blocks_.reset();
-    return;
+  const bool hasFailed = transfer.result < 0;
+  if (hasFailed || transfer.delivered < transfer.requested) NoteReadFailure(transfer);
+  if (hasFailed || transfer.delivered == 0) return;
+  if (part == Part::kBlock) {
+    for (const FieldRow& row : DescribeBlock(picture.Block())) Add(row);
+  } else if (picture.Expected() == PictureBlocks::Next::kNothing) {
+    AddTrouble(DescribeBadHeader(transfer.bytes.value_or(std::vector<std::uint8_t>{})));
   }
-  if (transfer.delivered < transfer.requested) NoteReadFailure(transfer);
-  if (isHeader) {
-    rows = blocks_->TakeHeader(transfer.bytes.value_or(std::vector<std::uint8_t>{}));
-  } else {
-    rows =
-        blocks_->TakeBlock(transfer.delivered,
-                           transfer.bytes.has_value() ? transfer.bytes->back() : transfer.lastByte);
-  }
-  for (const FieldRow& row : rows) Add(row);
 }
 
-void Narrator::TakeStrayRead(const Transfer& transfer) {
+void Narrator::TellStrayRead(const Transfer& transfer) {
   Begin("read " + Counted(transfer.delivered, "byte"));
   if (transfer.bytes.has_value()) AddPart(HexText(*transfer.bytes));
   AddTrouble("nothing was to be read");

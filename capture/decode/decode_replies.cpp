@@ -1,63 +1,16 @@
 #include "capture/decode/decode_replies.h"
 
-#include <algorithm>
-#include <array>
-
-#include "wire/block_header.h"
-#include "wire/focus_reply.h"
-#include "wire/identity_block.h"
+#include "capture/decode/decode_commands.h"
 #include "wire/identity_reply.h"
-#include "wire/product_reply.h"
-#include "wire/protocol_bytes.h"
-#include "wire/status_block.h"
-#include "wire/status_reply.h"
-#include "wire/transfer_header.h"
+#include "wire/reply_shapes.h"
 
 namespace capture {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 using Fields = std::span<const pmddb832::NamedField>;
-
-constexpr std::size_t kHeaderBytes = sizeof(pmddb832::ReplyHeader);
-constexpr std::array kLevelStatusNames{
-    pmddb832::ValueName{0x02, "knows the extended commands"},
-};
-constexpr std::array kLevelFields{
-    pmddb832::NamedFlags("header status", pmddb832::kReplyStatus, kLevelStatusNames),
-};
-
-struct ReplyRow {
-  ReplyKind kind;
-  std::size_t firstRead;
-  bool isInformation;  // a header that declares the data behind it
-  bool startsWithStx;
-  Fields fields;
-};
-
-// clang-format off
-constexpr std::array kReplies{
-    ReplyRow{ReplyKind::kAcknowledge, 1, false, false, {}},
-    ReplyRow{ReplyKind::kLevel, kHeaderBytes, true, true, kLevelFields},
-    ReplyRow{ReplyKind::kProduct, kHeaderBytes, true, true, pmddb832::product_reply::kFields},
-    ReplyRow{ReplyKind::kStatusReply, kHeaderBytes, true, true, pmddb832::status_reply::kFields},
-    ReplyRow{ReplyKind::kFocus, kHeaderBytes, true, true, pmddb832::focus_reply::kFields},
-    ReplyRow{ReplyKind::kHeaderOnly, kHeaderBytes, false, true, {}},
-    ReplyRow{ReplyKind::kIdentityBlock, sizeof(pmddb832::IdentityBlock), false, false,
-             pmddb832::identity::kFields},
-    ReplyRow{ReplyKind::kStatusBlock, sizeof(pmddb832::StatusBlock), false, false,
-             pmddb832::status::kFields},
-    ReplyRow{ReplyKind::kTransferHeader, sizeof(pmddb832::TransferHeader), false, true,
-             pmddb832::transfer::kFields},
-    ReplyRow{ReplyKind::kBlockHeader, sizeof(pmddb832::BlockHeader), false, true,
-             pmddb832::block::kFields},
-};
-// clang-format on
-
-const ReplyRow& RowOf(ReplyKind kind) {
-  return *std::find_if(kReplies.begin(), kReplies.end(),
-                       [kind](const ReplyRow& row) { return row.kind == kind; });
-}
+using pmddb832::ReplyKind;
+using pmddb832::ReplyShape;
 
 bool IsStartByte(const pmddb832::NamedField& field) {
   return field.names.data() == pmddb832::names::kStx.data();
@@ -85,7 +38,7 @@ void DescribeLevel(Bytes data, std::vector<FieldRow>& rows) {
 }
 
 // The start byte is worth a word only where it is wrong.
-std::vector<FieldRow> FieldsBehindStart(const ReplyRow& row, Bytes reply) {
+std::vector<FieldRow> FieldsBehindStart(const ReplyShape& row, Bytes reply) {
   std::vector<FieldRow> rows;
   const bool isSpoiled = row.startsWithStx && !reply.empty() && reply[0] != pmddb832::kStx;
   if (isSpoiled) {
@@ -96,6 +49,16 @@ std::vector<FieldRow> FieldsBehindStart(const ReplyRow& row, Bytes reply) {
   const std::vector<FieldRow> described = DescribeFields(fields, reply);
   rows.insert(rows.end(), described.begin(), described.end());
   return rows;
+}
+
+// "status ok", "status ok, last block", "status error (0x80)".
+FieldRow StatusRow(std::uint8_t status, std::span<const pmddb832::ValueName> names) {
+  if (status == 0) return {"status", "status ok"};
+  const pmddb832::NamedField field =
+      pmddb832::NamedFlags("status", pmddb832::Field<std::uint8_t, 0>{}, names);
+  FieldRow row = DescribeFields(std::span(&field, 1), std::span(&status, 1)).front();
+  row.value = (row.isTrouble ? "status " : "status ok, ") + row.value;
+  return row;
 }
 
 }  // namespace
@@ -112,29 +75,37 @@ std::vector<FieldRow> DescribeReply(ReplyKind kind, Bytes reply) {
     if (reply.empty()) return {};
     return {DescribeAcknowledge(reply[0])};
   }
-  const ReplyRow& row = RowOf(kind);
+  const ReplyShape& row = pmddb832::ReplyShapeOf(kind);
   std::vector<FieldRow> rows = FieldsBehindStart(row, reply);
   if (kind == ReplyKind::kHeaderOnly && reply.size() > 1) {
     rows.push_back({"header status", HexNumber(reply[1])});
   }
-  if (kind == ReplyKind::kLevel && reply.size() > kHeaderBytes) {
-    DescribeLevel(reply.subspan(kHeaderBytes), rows);
+  if (kind == ReplyKind::kLevel && reply.size() > sizeof(pmddb832::ReplyHeader)) {
+    DescribeLevel(reply.subspan(sizeof(pmddb832::ReplyHeader)), rows);
   }
   return rows;
 }
 
-Fields ReplyFields(ReplyKind kind) {
-  return RowOf(kind).fields;
+std::string DescribePlace(const PictureBlock& block) {
+  const std::string of = block.count == 0 ? "" : " of " + std::to_string(block.count);
+  return "block " + std::to_string(block.number) + of;
 }
 
-std::size_t FirstReadBytes(ReplyKind kind) {
-  return RowOf(kind).firstRead;
+std::vector<FieldRow> DescribeBlock(const PictureBlock& block) {
+  std::vector<FieldRow> rows;
+  if (block.lines != 0) rows.push_back({"lines", Counted(block.lines, "line")});
+  rows.push_back({"bytes", Counted(block.bytes, "byte")});
+  rows.push_back(StatusRow(block.status, block.statusNames));
+  if (block.bytes != block.announcedBytes) {
+    rows.push_back(
+        {"length", "the header announced " + Counted(block.announcedBytes, "byte"), true});
+  }
+  return rows;
 }
 
-std::size_t DeclaredDataBytes(ReplyKind kind, Bytes header) {
-  if (!RowOf(kind).isInformation || header.size() < kHeaderBytes) return 0;
-  if (header[0] != pmddb832::kStx) return 0;
-  return pmddb832::GetLittleEndian<std::uint16_t>(header.subspan<2, 2>());
+std::string DescribeBadHeader(Bytes header) {
+  const bool hasStx = !header.empty() && header[0] == pmddb832::kStx;
+  return hasStx ? "header that announces no lines" : "header " + HexText(header) + " without STX";
 }
 
 }  // namespace capture

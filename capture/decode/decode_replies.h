@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "capture/decode/decode_commands.h"
+#include "capture/conversation/picture_blocks.h"
 #include "capture/decode/decode_fields.h"
+#include "wire/command_table.h"
 
 namespace capture {
 
@@ -15,15 +16,15 @@ FieldRow DescribeAcknowledge(std::uint8_t byte);
 
 // The fields of a whole reply to a command, the header of an information reply included. Where it
 // is not what the command asks for, a row says so.
-std::vector<FieldRow> DescribeReply(ReplyKind kind, std::span<const std::uint8_t> reply);
+std::vector<FieldRow> DescribeReply(pmddb832::ReplyKind kind, std::span<const std::uint8_t> reply);
 
-// The fields of a reply at fixed places, the header of an information reply included.
-std::span<const pmddb832::NamedField> ReplyFields(ReplyKind kind);
+// "block 3 of 12".
+std::string DescribePlace(const PictureBlock& block);
 
-// Bytes of a reply that has always the same size, and of the header where its size varies.
-std::size_t FirstReadBytes(ReplyKind kind);
+// What came with a block: "16 lines", "65280 bytes", "status ok".
+std::vector<FieldRow> DescribeBlock(const PictureBlock& block);
 
-// Bytes behind the header that an information reply declares; 0 for a reply without data.
-std::size_t DeclaredDataBytes(ReplyKind kind, std::span<const std::uint8_t> header);
+// What is wrong with a block's header behind which no block follows.
+std::string DescribeBadHeader(std::span<const std::uint8_t> header);
 
 }  // namespace capture

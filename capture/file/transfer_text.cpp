@@ -9,6 +9,8 @@ namespace capture {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
+using pmddb832::CommandShape;
+using pmddb832::FindCommand;
 
 constexpr std::size_t kMostRows = 8;
 constexpr std::string_view kRowStart = "\n    ";
@@ -20,12 +22,12 @@ Bytes BytesOf(const Transfer& transfer) {
 // "FS W set parameters", "ACK"; empty for bytes that have no name.
 std::string NameOf(Bytes bytes) {
   if (bytes.size() == 1) return ControlName(bytes[0]).value_or("");
-  const CommandRow* const command = FindCommand(bytes);
-  return command == nullptr ? "" : Letters(*command) + " " + std::string(command->name);
+  const CommandShape* const command = FindCommand(bytes);
+  return command == nullptr ? "" : capture::NameOf(*command);
 }
 
 // The command whose parameters stand at the entry; null when none is in front of it.
-const CommandRow* CommandBefore(const Capture& capture, std::size_t entry) {
+const CommandShape* CommandBefore(const Capture& capture, std::size_t entry) {
   for (std::size_t i = std::min(entry, capture.entries.size()); i-- > 0;) {
     const auto* const transfer = std::get_if<Transfer>(&capture.entries[i]);
     if (transfer == nullptr || transfer->direction != Direction::kToScanner) continue;
@@ -34,7 +36,7 @@ const CommandRow* CommandBefore(const Capture& capture, std::size_t entry) {
   return nullptr;
 }
 
-std::string DifferentFields(const CommandRow& command, Bytes expected, Bytes came) {
+std::string DifferentFields(const CommandShape& command, Bytes expected, Bytes came) {
   const std::vector<FieldRow> before = DescribeParameters(command, expected);
   const std::vector<FieldRow> after = DescribeParameters(command, came);
   std::string text;
@@ -81,7 +83,7 @@ std::string ExplainWrites(const Capture& capture, std::size_t entry, const Trans
   const Bytes wanted = expectsWrite ? BytesOf(*expected) : Bytes();
   std::string names = Meaning("expected: ", wanted) + Meaning("came: ", came);
   if (!names.empty()) return names;
-  const CommandRow* const command = CommandBefore(capture, entry);
+  const CommandShape* const command = CommandBefore(capture, entry);
   if (command != nullptr && command->parameterBytes == came.size()) {
     std::string fields = DifferentFields(*command, wanted, came);
     if (!fields.empty()) return fields;

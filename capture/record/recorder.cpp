@@ -2,14 +2,11 @@
 
 #include <utility>
 
+#include "capture/calls/export_table.h"
 #include "capture/file/crc32.h"
 #include "capture/file/settings_text.h"
 
 namespace capture {
-
-bool FetchesImage(std::string_view call) {
-  return call == "PMAcquireImage" || call == "PMAbortScan";
-}
 
 Recorder::Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData)
     : sink_(std::move(entrySink)), clock_(std::move(captureClock)), keepsImageData_(keepsAllData) {}
@@ -47,7 +44,8 @@ void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> de
   transfer.result = result;
   transfer.microseconds = clock_();
   transfer.checksum = Crc32(delivered);
-  transfer.isImage = FetchesImage(openCall_) && delivered.size() > kLongestReply;
+  const ExportRow* const call = ExportOf(openCall_);
+  transfer.isImage = call != nullptr && call->fetchesImage && delivered.size() > kLongestReply;
   if (transfer.isImage) transfer.lastByte = delivered.back();
   if (!transfer.isImage || keepsImageData_) {
     transfer.bytes.emplace(delivered.begin(), delivered.end());

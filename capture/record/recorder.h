@@ -5,7 +5,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "capture/file/capture.h"
@@ -16,10 +15,6 @@ namespace capture {
 // Image data is what a read delivers within one of the calls that fetch the picture when it is
 // longer than this. Every reply of the protocol is shorter.
 inline constexpr std::uint32_t kLongestReply = 128;
-
-// Whether a call of that name fetches blocks of the picture: PMAcquireImage, and PMAbortScan, which
-// may take what is on the way.
-bool FetchesImage(std::string_view call);
 
 // Makes entries of what happens between host, module and device, in its order. What it is told
 // while no call is open is recorded all the same.

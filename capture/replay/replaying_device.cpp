@@ -1,26 +1,17 @@
 #include "capture/replay/replaying_device.h"
 
 #include <algorithm>
-#include <array>
 
-#include "capture/file/crc32.h"
 #include "capture/file/transfer_text.h"
+#include "wire/protocol_bytes.h"
 
 namespace capture {
 namespace {
 
 constexpr auto kTimeout = static_cast<std::int32_t>(0x80070079);
 
-constexpr std::uint8_t kAck = 0x06;
-constexpr std::uint8_t kEsc = 0x1B;
-constexpr std::uint8_t kFs = 0x1C;
-
 // How many transfers may be missing in front of one that comes too early.
 constexpr int kFarthestAhead = 8;
-
-bool IsCommand(std::span<const std::uint8_t> bytes) {
-  return bytes.size() == 2 && (bytes[0] == kEsc || bytes[0] == kFs);
-}
 
 bool IsRead(const Transfer* transfer) {
   return transfer != nullptr && transfer->direction == Direction::kFromScanner;
@@ -92,7 +83,11 @@ std::int32_t ReplayingDevice::RawReadData(void* buffer, std::uint32_t* byteCount
   *byteCount = 0;
   if (log_.IsOver() || IsBehindTheCapture()) return kTimeout;
   ++transfers_;
-  return Read({static_cast<std::uint8_t*>(buffer), wanted}, *byteCount);
+  const std::span read(static_cast<std::uint8_t*>(buffer), wanted);
+  const std::int32_t result = Read(read, *byteCount);
+  const std::uint8_t lastByte = *byteCount == 0 ? std::uint8_t{0} : read[*byteCount - 1];
+  conversation_.Read({read.first(*byteCount), *byteCount, lastByte, result < 0});
+  return result;
 }
 
 std::int32_t ReplayingDevice::RawWriteData(void* buffer, std::uint32_t byteCount, void*) {
@@ -130,7 +125,7 @@ std::int32_t ReplayingDevice::ReadOutOfTurn(std::span<std::uint8_t> buffer,
   const bool hasAnswer = *outOfTurn_ < capture_.entries.size() || !rest_.empty();
   if (hasAnswer) return FillFrom(*outOfTurn_, capture_.entries.size(), buffer, delivered);
   if (buffer.size() != 1) return kTimeout;
-  buffer[0] = kAck;
+  buffer[0] = pmddb832::kAck;
   delivered = 1;
   return 0;
 }
@@ -184,22 +179,24 @@ std::vector<std::uint8_t> ReplayingDevice::Delivered(const Transfer& read) {
 std::int32_t ReplayingDevice::Write(Bytes bytes) {
   rest_.clear();
   outOfTurn_.reset();
+  const Part part = conversation_.Write(bytes);
   const Transfer* const next = Next();
   if (next != nullptr && IsWriteOf(*next, bytes)) {
     ++cursor_;
     return next->result;
   }
   Report(next, WriteOf(bytes));
-  return log_.IsOver() ? kTimeout : WriteInAnotherWay(bytes);
+  return log_.IsOver() ? kTimeout : WriteInAnotherWay(bytes, part);
 }
 
-std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes) {
+std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes, Part part) {
   if (const std::optional<std::size_t> ahead = FindWriteAhead(bytes)) {
     cursor_ = *ahead + 1;
     return TransferAt(*ahead)->result;
   }
+  const bool isCommand = part == Part::kCommand || part == Part::kUnknown;
   const Transfer* const next = Next();
-  if (IsWrite(next) && next->requested == bytes.size() && !IsCommand(bytes)) {
+  if (IsWrite(next) && next->requested == bytes.size() && !isCommand) {
     ++cursor_;
     return next->result;
   }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "capture/conversation/conversation.h"
 #include "capture/file/capture.h"
 #include "capture/replay/difference.h"
 #include "transport/raw_device.h"
@@ -57,13 +58,14 @@ class ReplayingDevice final : public pmddb832::RawDevice {
   std::vector<std::uint8_t> Delivered(const Transfer& read);
 
   std::int32_t Write(Bytes bytes);
-  std::int32_t WriteInAnotherWay(Bytes bytes);
+  std::int32_t WriteInAnotherWay(Bytes bytes, Part part);
   bool IsWriteOf(const Transfer& transfer, Bytes bytes) const;
   std::optional<std::size_t> FindWriteAhead(Bytes bytes) const;
   std::optional<std::size_t> FindWriteAnywhere(Bytes bytes) const;
 
   const Capture& capture_;
   DifferenceLog& log_;
+  Conversation conversation_;  // as the module leads it
   std::string call_;
   std::size_t cursor_ = 0;
   std::size_t end_ = 0;

@@ -2,29 +2,25 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
-#include "capture/decode/decode_commands.h"
+#include "capture/conversation/conversation.h"
+#include "capture/file/capture.h"
+#include "capture/record/recorder.h"
 #include "pmscan/report/json_report.h"
 #include "transport/raw_device.h"
 
 namespace pmscan {
 
-// What the module sent: a command with its parameters, or bytes that are none.
-struct SentCommand {
-  std::vector<std::uint8_t> bytes;
-  std::vector<std::uint8_t> parameters;
-  const capture::CommandRow* row = nullptr;  // null for bytes that are no command
-};
-
-// Stands before a scanner, keeps what is sent to it, and lets no scan start: the command that would
-// start one is kept, not passed on, and fails; so does all that comes after it.
+// Stands before a scanner, records what is said to it, and lets no scan start: the command that
+// would start one is recorded, not passed on, and fails; so does all that comes after it,
+// unrecorded.
 class DryRunDevice final : public pmddb832::RawDevice {
  public:
   // `passedDevice` outlives this.
-  explicit DryRunDevice(pmddb832::StillImageDevice& passedDevice) : device_(passedDevice) {}
+  explicit DryRunDevice(pmddb832::StillImageDevice& passedDevice);
 
-  const std::vector<SentCommand>& Sent() const { return sent_; }
+  // Its transfers, outside any call.
+  const capture::Capture& Recording() const { return recording_; }
   // Whether all was sent that comes before a scan, and its start.
   bool HasReachedStart() const { return hasStarted_; }
 
@@ -33,18 +29,14 @@ class DryRunDevice final : public pmddb832::RawDevice {
 
  private:
   pmddb832::StillImageDevice& device_;
-  std::vector<SentCommand> sent_;
+  capture::Capture recording_;
+  capture::Recorder recorder_;
+  capture::Conversation conversation_;
   bool hasStarted_ = false;
 };
 
-// Every command by its name with its bytes, and its parameters one by one.
-std::string DryRunReport(const std::vector<SentCommand>& commands);
-Json DryRunJson(const std::vector<SentCommand>& commands);
-
-// "ESC C colour mode"; the control byte's name, or "bytes" for what is no command.
-std::string NameOf(const SentCommand& command);
-
-// "1B 49 0A".
-std::string AllHex(const std::vector<std::uint8_t>& bytes);
+// Every command that was sent, by its name with its bytes, and its parameters one by one.
+std::string DryRunReport(const capture::Capture& recording);
+Json DryRunJson(const capture::Capture& recording);
 
 }  // namespace pmscan

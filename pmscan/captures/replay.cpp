@@ -80,9 +80,9 @@ std::size_t Replay::EndOfCall(std::size_t begin) const {
 
 void Replay::MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end) {
   const auto& call = std::get<CallBegin>(capture_.entries[begin]);
-  const ModuleCall& known = KnownCall(call, begin);
+  const capture::ExportRow& known = KnownCall(call, begin);
   device_.BeginCall(call.name, begin + 1, end);
-  const CallOutcome outcome = known.run(host, call.arguments);
+  const CallOutcome outcome = CallModule(known, host, call.arguments);
   device_.EndCall();
   ++calls_;
   if (log_.IsOver()) return;
@@ -93,15 +93,15 @@ void Replay::MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end
   TakePicture(host, call, outcome);
 }
 
-const ModuleCall& Replay::KnownCall(const CallBegin& call, std::size_t entry) const {
+const capture::ExportRow& Replay::KnownCall(const CallBegin& call, std::size_t entry) const {
   const std::string place = file_ + ", line " + std::to_string(LineOf(capture_, entry)) + ": ";
-  const ModuleCall* const known = FindModuleCall(call.name);
+  const capture::ExportRow* const known = capture::ExportOf(call.name);
   if (known == nullptr) {
     throw Failure(kCaptureUnreadable, place + "the module has no export " + call.name + ".");
   }
   for (const capture::Value& argument : call.arguments) {
-    const auto& names = known->arguments;
-    if (std::find(names.begin(), names.end(), argument.name) != names.end()) continue;
+    const auto isIt = [&](const capture::CallValue& one) { return one.name == argument.name; };
+    if (std::any_of(known->arguments.begin(), known->arguments.end(), isIt)) continue;
     throw Failure(kCaptureUnreadable,
                   place + call.name + " has no argument " + argument.name + ".");
   }

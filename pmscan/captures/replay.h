@@ -56,7 +56,7 @@ class Replay {
  private:
   std::size_t EndOfCall(std::size_t begin) const;
   void MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end);
-  const ModuleCall& KnownCall(const capture::CallBegin& call, std::size_t entry) const;
+  const capture::ExportRow& KnownCall(const capture::CallBegin& call, std::size_t entry) const;
   void Compare(const CallOutcome& outcome, std::size_t entry);
   void CompareResults(const capture::CallEnd& expected, const CallOutcome& outcome,
                       std::size_t entry);

@@ -61,9 +61,9 @@ void RunDry(const Options& options, const ModuleExports& module,
   }
   settings.deviceInterface = &scanner;
   if (options.isJson) {
-    report = DryRunJson(device.Sent());
+    report = DryRunJson(device.Recording());
   } else {
-    std::cout << DryRunReport(device.Sent());
+    std::cout << DryRunReport(device.Recording());
   }
   if (failure) throw Failure(*failure);
 }

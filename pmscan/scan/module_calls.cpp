@@ -1,131 +1,90 @@
 #include "pmscan/scan/module_calls.h"
 
-#include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "pmscan/captures/call_values.h"
 
 namespace pmscan {
 namespace {
 
-using Values = std::vector<capture::Value>;
-
 // Stands for the host's progress routine where the capture's host had one.
 void IgnoreProgress(std::uint32_t) {}
 
-CallOutcome Result(std::uint32_t result) {
-  return {{{"result", result}}, std::nullopt};
-}
+// The numbers of a capture's call in the order of its parameters.
+class Numbers {
+ public:
+  Numbers(const capture::ExportRow& row, const std::vector<capture::Value>& values)
+      : row_(row), values_(values) {}
+  std::uint32_t Next() { return ValueOf(values_, row_.arguments[next_++].name); }
+  std::uint32_t Of(std::string_view name) const { return ValueOf(values_, name); }
 
-CallOutcome OpenScanner(CallSurroundings& host, const Values&) {
-  return Result(host.module.openScanner(&host.settings));
-}
-
-CallOutcome SetScannerHardware(CallSurroundings& host, const Values&) {
-  host.module.setScannerHardware(&host.settings);
-  return {};
-}
-
-CallOutcome InitAcquire(CallSurroundings& host, const Values& arguments) {
-  pmddb832::AcquisitionSetup setup{};
-  setup.status = ValueOf(arguments, "status");
-  setup.lineBytes = ValueOf(arguments, "lineBytes");
-  setup.widthPixels = ValueOf(arguments, "widthPixels");
-  setup.heightLines = ValueOf(arguments, "heightLines");
-  host.module.initAcquire(ValueOf(arguments, "outputFormat"),
-                          ValueOf(arguments, "progress") != 0 ? &IgnoreProgress : nullptr, &setup);
-  return {ValuesOf(setup), std::nullopt};
-}
-
-CallOutcome AcquireImage(CallSurroundings& host, const Values& arguments) {
-  const std::uint32_t bytes = std::min(ValueOf(arguments, "bufferBytes"), kMostBufferBytes);
-  pmddb832::AcquisitionBand band{};
-  band.status = ValueOf(arguments, "status");
-  band.done = ValueOf(arguments, "done");
-  band.lines = ValueOf(arguments, "lines");
-  band.bytes = ValueOf(arguments, "bytes");
-  host.rows.assign(bytes, 0);
-  host.module.acquireImage(host.rows.data(), bytes, &band);
-  return {ValuesOf(band), LinesChecksum(host.rows.data(), bytes, band)};
-}
-
-CallOutcome AbortScan(CallSurroundings& host, const Values&) {
-  host.module.abortScan();
-  return {};
-}
-
-CallOutcome CloseScanner(CallSurroundings& host, const Values&) {
-  host.module.closeScanner();
-  return {};
-}
-
-CallOutcome GetOptionStatus(CallSurroundings& host, const Values& arguments) {
-  return Result(host.module.getOptionStatus(ValueOf(arguments, "option")));
-}
-
-CallOutcome Eject(CallSurroundings& host, const Values&) {
-  host.module.eject(nullptr);
-  return {};
-}
-
-CallOutcome Feed(CallSurroundings& host, const Values&) {
-  host.module.feed(nullptr);
-  return {};
-}
-
-CallOutcome Reset(CallSurroundings& host, const Values&) {
-  return Result(host.module.reset());
-}
-
-CallOutcome SetFocus(CallSurroundings& host, const Values& arguments) {
-  const auto position = static_cast<std::uint8_t>(ValueOf(arguments, "position"));
-  return Result(host.module.setFocus(ValueOf(arguments, "mode"), position));
-}
-
-CallOutcome EnableOption(CallSurroundings& host, const Values& arguments) {
-  return Result(host.module.enableOption(ValueOf(arguments, "value")));
-}
-
-CallOutcome GetScanPaperSize(CallSurroundings& host, const Values& arguments) {
-  std::uint32_t width = ValueOf(arguments, "widthPixels");
-  std::uint32_t height = ValueOf(arguments, "heightPixels");
-  const std::uint32_t result =
-      host.module.getScanPaperSize(ValueOf(arguments, "option"), &width, &height);
-  return {{{"result", result}, {"widthPixels", width}, {"heightPixels", height}}, std::nullopt};
-}
-
-CallOutcome GetScanError(CallSurroundings& host, const Values&) {
-  return Result(host.module.getScanError());
-}
-
-// clang-format off
-const std::array kModuleCalls{
-    ModuleCall{"PMOpenScanner", {}, &OpenScanner},
-    ModuleCall{"PMSetScannerHardware", {}, &SetScannerHardware},
-    ModuleCall{"PMInitAcquire",
-               {"outputFormat", "progress", "status", "lineBytes", "widthPixels", "heightLines"},
-               &InitAcquire},
-    ModuleCall{"PMAcquireImage", {"bufferBytes", "status", "done", "lines", "bytes"}, &AcquireImage},
-    ModuleCall{"PMAbortScan", {}, &AbortScan},
-    ModuleCall{"PMCloseScanner", {}, &CloseScanner},
-    ModuleCall{"PMGetOptionStatus", {"option"}, &GetOptionStatus},
-    ModuleCall{"PMEject", {}, &Eject},
-    ModuleCall{"PMFeed", {}, &Feed},
-    ModuleCall{"PMReset", {}, &Reset},
-    ModuleCall{"PMSetFocus", {"mode", "position"}, &SetFocus},
-    ModuleCall{"PMEnableOption", {"value"}, &EnableOption},
-    ModuleCall{"PMGetScanPaperSize", {"option", "widthPixels", "heightPixels"}, &GetScanPaperSize},
-    ModuleCall{"PMGetScanError", {}, &GetScanError},
+ private:
+  const capture::ExportRow& row_;
+  const std::vector<capture::Value>& values_;
+  std::size_t next_ = 0;
 };
-// clang-format on
+
+// What the host hands over for a parameter.
+template <class Parameter>
+struct HandedOver {
+  HandedOver(CallSurroundings& host, Numbers& numbers) {
+    if constexpr (std::integral<Parameter>) {
+      parameter = static_cast<Parameter>(numbers.Next());
+    } else if constexpr (std::same_as<Parameter, pmddb832::ProgressCallback>) {
+      parameter = numbers.Next() != 0 ? &IgnoreProgress : nullptr;
+    } else if constexpr (std::same_as<Parameter, pmddb832::ScannerSettings*>) {
+      parameter = &host.settings;
+    } else if constexpr (std::same_as<Parameter, std::uint8_t*>) {
+      host.rows.assign(numbers.Of("bufferBytes"), 0);
+      parameter = host.rows.data();
+    }
+  }
+  Parameter Get() { return parameter; }
+
+  Parameter parameter{};
+};
+
+template <Filled Parameter>
+struct HandedOver<Parameter> {
+  HandedOver(CallSurroundings&, Numbers& numbers) {
+    for (std::uint32_t* member : Members(record)) *member = numbers.Next();
+  }
+  Parameter Get() { return &record; }
+
+  std::remove_pointer_t<Parameter> record{};
+};
+
+template <class Result, class... Parameter>
+CallOutcome Call(Result (*function)(Parameter...), const capture::ExportRow& row,
+                 CallSurroundings& host, const std::vector<capture::Value>& arguments) {
+  Numbers numbers(row, arguments);
+  std::tuple<HandedOver<Parameter>...> handedOver{HandedOver<Parameter>(host, numbers)...};
+  NamedNumbers results(row.results);
+  return std::apply(
+      [&](auto&... one) -> CallOutcome {
+        if constexpr (std::is_void_v<Result>) {
+          function(one.Get()...);
+        } else {
+          results.Add(function(one.Get()...), true);
+        }
+        (results.AddFilled(one.Get()), ...);
+        return {results.Values(), LinesChecksum(one.Get()...)};
+      },
+      handedOver);
+}
 
 }  // namespace
 
-const ModuleCall* FindModuleCall(std::string_view name) {
-  for (const ModuleCall& call : kModuleCalls) {
-    if (call.name == name) return &call;
-  }
-  return nullptr;
+CallOutcome CallModule(const capture::ExportRow& row, CallSurroundings& host,
+                       const std::vector<capture::Value>& arguments) {
+  CallOutcome outcome;
+  const auto callIfNamed = [&](const auto& exported) {
+    if (row.name != exported.name) return;
+    outcome = Call(host.module.*exported.member, row, host, arguments);
+  };
+  std::apply([&](const auto&... exported) { (callIfNamed(exported), ...); }, kModuleExports);
+  return outcome;
 }
 
 }  // namespace pmscan

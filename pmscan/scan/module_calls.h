@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 #include <vector>
 
+#include "capture/calls/export_table.h"
 #include "capture/file/capture.h"
 #include "interface/scanner_settings.h"
 #include "pmscan/scan/module_exports.h"
@@ -24,17 +24,12 @@ struct CallOutcome {
   std::optional<std::uint32_t> imageChecksum;
 };
 
-// A call of an export with the arguments of a capture; those that are missing are 0.
-struct ModuleCall {
-  std::string_view name;
-  std::vector<std::string_view> arguments;
-  CallOutcome (*run)(CallSurroundings& surroundings, const std::vector<capture::Value>& arguments);
-};
-
 // The longest buffer that a call gets.
 inline constexpr std::uint32_t kMostBufferBytes = 256 * 1024 * 1024;
 
-// Null when there is no such export.
-const ModuleCall* FindModuleCall(std::string_view name);
+// Calls an export with the arguments of a capture, of which those that are missing are 0, and
+// `bufferBytes` is at most kMostBufferBytes.
+CallOutcome CallModule(const capture::ExportRow& row, CallSurroundings& host,
+                       const std::vector<capture::Value>& arguments);
 
 }  // namespace pmscan

@@ -20,20 +20,8 @@ void Bind(const FindExport& find, const char* name, Function& function) {
 
 ModuleExports BindExports(const FindExport& find) {
   ModuleExports module;
-  Bind(find, "PMOpenScanner", module.openScanner);
-  Bind(find, "PMCloseScanner", module.closeScanner);
-  Bind(find, "PMInitAcquire", module.initAcquire);
-  Bind(find, "PMAcquireImage", module.acquireImage);
-  Bind(find, "PMAbortScan", module.abortScan);
-  Bind(find, "PMGetOptionStatus", module.getOptionStatus);
-  Bind(find, "PMEnableOption", module.enableOption);
-  Bind(find, "PMGetScanPaperSize", module.getScanPaperSize);
-  Bind(find, "PMGetScanError", module.getScanError);
-  Bind(find, "PMSetScannerHardware", module.setScannerHardware);
-  Bind(find, "PMEject", module.eject);
-  Bind(find, "PMFeed", module.feed);
-  Bind(find, "PMReset", module.reset);
-  Bind(find, "PMSetFocus", module.setFocus);
+  std::apply([&](const auto&... row) { (Bind(find, row.name, module.*row.member), ...); },
+             kModuleExports);
   return module;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <tuple>
 
 #include "interface/exports.h"
 
@@ -22,6 +23,33 @@ struct ModuleExports {
   decltype(&PMFeed) feed = nullptr;
   decltype(&PMReset) reset = nullptr;
   decltype(&PMSetFocus) setFocus = nullptr;
+};
+
+// A function of the module under its name.
+template <class Function>
+struct NamedExport {
+  constexpr NamedExport(const char* exportName, Function ModuleExports::*exported)
+      : name(exportName), member(exported) {}
+
+  const char* name;
+  Function ModuleExports::*member;
+};
+
+inline constexpr std::tuple kModuleExports{
+    NamedExport{"PMOpenScanner", &ModuleExports::openScanner},
+    NamedExport{"PMCloseScanner", &ModuleExports::closeScanner},
+    NamedExport{"PMInitAcquire", &ModuleExports::initAcquire},
+    NamedExport{"PMAcquireImage", &ModuleExports::acquireImage},
+    NamedExport{"PMAbortScan", &ModuleExports::abortScan},
+    NamedExport{"PMGetOptionStatus", &ModuleExports::getOptionStatus},
+    NamedExport{"PMEnableOption", &ModuleExports::enableOption},
+    NamedExport{"PMGetScanPaperSize", &ModuleExports::getScanPaperSize},
+    NamedExport{"PMGetScanError", &ModuleExports::getScanError},
+    NamedExport{"PMSetScannerHardware", &ModuleExports::setScannerHardware},
+    NamedExport{"PMEject", &ModuleExports::eject},
+    NamedExport{"PMFeed", &ModuleExports::feed},
+    NamedExport{"PMReset", &ModuleExports::reset},
+    NamedExport{"PMSetFocus", &ModuleExports::setFocus},
 };
 
 // Address of an export by its name, null when there is none.

@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "capture/conversation/conversation.h"
+
 namespace simulator {
 
 // One transfer's place in the conversation. The command is the last one that was sent, by its name
@@ -18,8 +20,7 @@ struct ConversationPlace {
   std::optional<std::uint32_t> read;
 };
 
-// Follows a conversation from the cable, in either command set. A driver writes a command's prefix
-// and letter at once.
+// Counts, from the cable, what is said in a conversation.
 class ConversationTracker {
  public:
   using Bytes = std::span<const std::uint8_t>;
@@ -36,14 +37,11 @@ class ConversationTracker {
   std::optional<std::size_t> MainStatusAmong(std::size_t count) const;
 
  private:
-  bool IsCommand(Bytes bytes) const;
-  std::uint32_t NextTransfer() { return transfers_++; }
-
+  capture::Conversation conversation_;
   ConversationPlace place_;
   std::uint32_t transfers_ = 0;
-  std::uint32_t reads_ = 0;        // since the last write
-  std::size_t replyBytes_ = 0;     // that the driver got since the last write
-  bool awaitsParameters_ = false;  // the letters were acknowledged, and no result was read yet
+  std::uint32_t reads_ = 0;     // since the last write
+  std::size_t replyBytes_ = 0;  // that the driver got since the last write
   std::map<std::string, std::uint32_t> occurrences_;
 };
 

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "capture/calls/export_table.h"
 #include "capture/file/capture_reader.h"
 #include "capture/file/capture_writer.h"
 #include "capture/file/crc32.h"
@@ -188,6 +189,27 @@ TEST_CASE("capture: the document's example is one") {
   }
   std::istringstream stream(example);
   CHECK(ReadCapture(stream, "capture-format.md").entries.size() > 10);
+}
+
+// A cell of the document's table, with the blank in front of it.
+std::string Cell(std::span<const CallValue> values) {
+  std::string text;
+  for (const CallValue& value : values) text += " `" + std::string(value.name) + "`";
+  return text + " |";
+}
+
+TEST_CASE("capture: the document's table of calls has every export, argument and result") {
+  std::string expected;
+  for (const ExportRow& row : kExports) {
+    expected += "| `" + std::string(row.name) + "` |" + Cell(row.arguments) + Cell(row.results);
+    expected += "\n";
+  }
+  std::ifstream document(PMDDB832_CAPTURE_DOCUMENT);
+  std::string table;
+  for (std::string line; std::getline(document, line);) {
+    if (line.starts_with("| `PM")) table += line + "\n";
+  }
+  CHECK(table == expected);
 }
 
 }  // namespace

@@ -78,4 +78,11 @@ TEST_CASE("what is told in rows is marked where the trouble is") {
                 "jam (0xCE)"));
 }
 
+TEST_CASE("of an identity that no module takes whole only the bytes count that it takes") {
+  SampleConversation sample;
+  sample.Write({0x1B, 'I'}).Read({0x02, 0x00, 0xA0, 0x00});
+  sample.Read(Joined({'B', '8'}, Repeated(158, 'R')));
+  CHECK(HasLine(Told(sample), "         largest area                  21074 x 21074 pixels"));
+}
+
 }  // namespace

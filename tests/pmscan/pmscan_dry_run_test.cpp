@@ -29,6 +29,12 @@ struct Fixture {
   std::int32_t Write(Bytes bytes) {
     return dryRun.RawWriteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()), nullptr);
   }
+  // The letters of a command that has parameters, and the scanner's answer to them.
+  void Begin(const Bytes& letters) {
+    std::uint32_t count = 0;
+    REQUIRE(Write(letters) == 0);
+    REQUIRE(ReadOne(count) == 0);
+  }
   std::int32_t ReadOne(std::uint32_t& count) {
     std::uint8_t byte = 0;
     count = 1;
@@ -64,23 +70,23 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: after its start a dry run lets nothing throu
   CHECK(Write({0x1B, 0x49}) < 0);
   CHECK(ReadOne(count) < 0);
   CHECK(count == 0);
-  CHECK(dryRun.Sent().size() == 1);
+  CHECK(dryRun.Recording().entries.size() == 1);
   CHECK(scanner.written.empty());
 }
 
 TEST_CASE_FIXTURE(Fixture, "pmscan: parameters that look like a start are not one") {
-  Write({0x1B, 0x52});
+  Begin({0x1B, 0x52});
   CHECK(Write({0x1B, 0x47, 0x1C, 0x47}) == 0);
   CHECK(!dryRun.HasReachedStart());
 }
 
 TEST_CASE_FIXTURE(Fixture, "pmscan: a dry run tells commands, bytes and parameters") {
   Write({0x1B, 0x49});
-  Write({0x1B, 0x52});
+  Begin({0x1B, 0x52});
   Write({0x2C, 0x01});
   Write({0x58, 0x02});
   Write({0x18});
-  CHECK(DryRunReport(dryRun.Sent()) ==
+  CHECK(pmscan::DryRunReport(dryRun.Recording()) ==
         "1B 49  ESC I level and identity\n"
         "1B 52  ESC R resolution\n"
         "  2C 01 58 02\n"
@@ -90,9 +96,9 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a dry run tells commands, bytes and paramete
 }
 
 TEST_CASE_FIXTURE(Fixture, "pmscan: the JSON of a dry run has the same") {
-  Write({0x1B, 0x52});
+  Begin({0x1B, 0x52});
   Write({0x2C, 0x01, 0x58, 0x02});
-  CHECK(DryRunJson(dryRun.Sent()) == pmscan::Json::parse(R"({"commands": [
+  CHECK(pmscan::DryRunJson(dryRun.Recording()) == pmscan::Json::parse(R"({"commands": [
     {"name": "ESC R resolution", "bytes": "1B 52", "parameters": "2C 01 58 02",
      "fields": {"main resolution": "300 dpi", "sub resolution": "600 dpi"}}]})"));
 }
