@@ -90,8 +90,8 @@ bool ExtBlockStream::ReceiveBlock(GeneralCmd& scanner, Call& call) {
   } else if (!AnswerBlock(scanner, call)) {
     return scanner.Fail(kTransferFailed);
   }
-  // The host may have set another scan up out of its device.
-  if (setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
+  // The host may have closed the scanner, or set another scan up, out of its device.
+  if (!HasBuffer() || setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
   ++blocksRead_;
   return true;
 }

@@ -12,6 +12,7 @@
 #include "wire/parameter_block.h"
 #include "wire/status_block.h"
 #include "wire/transfer_header.h"
+#include "wire/wire_block.h"
 
 namespace pmddb832 {
 
@@ -73,6 +74,7 @@ class ExtScanCmd final : public GeneralCmd {
   std::unique_ptr<std::uint16_t[]> colorOrder_;  // 1 to 8
   std::unique_ptr<std::uint8_t[]> spare6_;
   WorkAreas work_;
+  ReplyBuffer replyBuffer_{};
   ExtScannerFacts facts_;
   ExtScanPlan plan_;
   ExtBlockStream stream_;

@@ -92,7 +92,7 @@ std::uint8_t ExtScanCmd::ExeSetFocusPos(Call& call, std::uint32_t mode, std::uin
   }
   Extcmd::SendESCOneParam(*this, call, esc::kFocusPosition, kFocusAutomatic);
   platform::SleepMilliseconds(kFocusMilliseconds);
-  return ReadFocusPosition(*this, call);
+  return ReadFocusPosition(*this, call, replyBuffer_);
 }
 
 }  // namespace pmddb832

@@ -87,7 +87,7 @@ std::uint8_t StdScanCmd::ExeSetFocusPos(Call& call, std::uint32_t mode, std::uin
   Scmdnt::UpdateSettings(*this, call, facts_, plan_);
   Scmdnt::SendParam2(*this, call, esc::kFocusPosition, kFocusAutomatic);
   platform::SleepMilliseconds(kFocusMilliseconds);
-  return ReadFocusPosition(*this, call);
+  return ReadFocusPosition(*this, call, replyBuffer_);
 }
 
 }  // namespace pmddb832

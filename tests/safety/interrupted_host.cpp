@@ -12,6 +12,8 @@
 namespace pmddb832::tests {
 namespace {
 
+constexpr std::int32_t kFailure = -1;
+
 constexpr std::uint32_t kWidth = 1100;
 constexpr std::uint32_t kHeight = 20;
 constexpr std::uint8_t kNoFocusPosition = 156;

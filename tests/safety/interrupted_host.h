@@ -10,7 +10,7 @@
 #include "simulator/device/scanner.h"
 #include "tests/safety/progress_window.h"
 #include "tests/scans/module_under_test.h"
-#include "tests/scans/raw_transfer_device.h"
+#include "transport/raw_device.h"
 
 namespace pmddb832::tests {
 
@@ -77,7 +77,7 @@ class InterruptedHost {
 
  private:
   // Passes transfers on to a scanner, and tells of each one before.
-  struct Device final : RawTransferDevice {
+  struct Device final : RawDevice {
     explicit Device(InterruptedHost& owner) : host(owner) {}
     std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
     std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
