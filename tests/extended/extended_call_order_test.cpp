@@ -220,21 +220,6 @@ TEST_CASE_FIXTURE(StartingScanner, "a close during progress fails the band with 
   CHECK(PMGetScanError() == 9);
 }
 
-TEST_CASE_FIXTURE(StartingScanner, "settings taken away during progress fail the band with 9") {
-  duringProgress = [] { PMSetScannerHardware(nullptr); };
-  CheckAcquireFails(64, 9);
-  PMSetScannerHardware(&settings);
-}
-
-TEST_CASE_FIXTURE(StartingScanner,
-                  "settings taken away at the end of a page fail the band with 9") {
-  atPercent = 100;
-  duringProgress = [] { PMSetScannerHardware(nullptr); };
-  SendLines();
-  CheckAcquireFails(64, 9);
-  PMSetScannerHardware(&settings);
-}
-
 TEST_CASE_FIXTURE(StartingScanner,
                   "a set-up of a wider scan during progress leaves the band's rows") {
   duringProgress = [this] {
@@ -298,15 +283,6 @@ TEST_CASE_FIXTURE(StartingScanner,
   };
   CHECK(Acquire(64).Rows(16) == "01 02 03 04");
   CHECK(ScanPage().record.done == 1);
-}
-
-TEST_CASE_FIXTURE(StartingScanner, "another record during progress is the one that goes on") {
-  const auto other = std::make_unique<ScannerSettings>(settings);
-  other->previewMode = 1;
-  duringProgress = [&other] { PMSetScannerHardware(other.get()); };
-  SendLastBlock(Fill(64, 0xFF));
-  CHECK(Acquire(64).Rows(16) == "EA EA EA EA");
-  PMExit();
 }
 
 }  // namespace

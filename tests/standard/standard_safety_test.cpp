@@ -210,18 +210,6 @@ TEST_CASE_FIXTURE(OpenA5,
   CHECK(Acquire(64).record.status == kFailed);
 }
 
-TEST_CASE("standard: settings that are taken away in the progress routine end the call") {
-  for (const std::uint32_t at : {0u, 100u}) {
-    StandardScanner scanner("B4");
-    scanner.StartScan(BlockHeader(0x20, 16, 4));
-    if (at == 100) scanner.device.Reply(Ramp(0, 64));
-    StandardScanner::atPercent = at;
-    StandardScanner::duringProgress = [] { PMSetScannerHardware(nullptr); };
-    scanner.CheckAcquireFails(64, 9);
-    PMSetScannerHardware(&scanner.settings);
-  }
-}
-
 TEST_CASE_FIXTURE(OpenB4,
                   "standard: a set-up in the progress routine does not move the rows of the call") {
   StartScan(BlockHeader(0x20, 16, 4));

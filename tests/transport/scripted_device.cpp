@@ -6,7 +6,6 @@
 namespace pmddb832::tests {
 namespace {
 
-constexpr std::int32_t kFailure = -1;
 constexpr std::uint8_t kAck = 0x06;
 constexpr std::size_t kShownBytes = 80;
 
@@ -151,46 +150,6 @@ std::string ScriptedDevice::Describe(const Step& step) const {
       return "no answer any more";
   }
   return {};
-}
-
-std::int32_t ScriptedDevice::QueryInterface(const void*, void**) {
-  return Complain("QueryInterface");
-}
-std::uint32_t ScriptedDevice::AddRef() {
-  Complain("AddRef");
-  return 0;
-}
-std::uint32_t ScriptedDevice::Release() {
-  Complain("Release");
-  return 0;
-}
-std::int32_t ScriptedDevice::Initialize(void*, const wchar_t*, std::uint32_t, std::uint32_t) {
-  return Complain("Initialize");
-}
-std::int32_t ScriptedDevice::GetCapabilities(void*) {
-  return Complain("GetCapabilities");
-}
-std::int32_t ScriptedDevice::GetStatus(void*) {
-  return Complain("GetStatus");
-}
-std::int32_t ScriptedDevice::DeviceReset() {
-  return Complain("DeviceReset");
-}
-std::int32_t ScriptedDevice::Diagnostic(void*) {
-  return Complain("Diagnostic");
-}
-std::int32_t ScriptedDevice::Escape(std::uint32_t, const void*, std::uint32_t, void*, std::uint32_t,
-                                    std::uint32_t*) {
-  return Complain("Escape");
-}
-std::int32_t ScriptedDevice::GetLastError(std::uint32_t*) {
-  return Complain("GetLastError");
-}
-std::int32_t ScriptedDevice::LockDevice(std::uint32_t) {
-  return Complain("LockDevice");
-}
-std::int32_t ScriptedDevice::UnLockDevice() {
-  return Complain("UnLockDevice");
 }
 
 }  // namespace pmddb832::tests

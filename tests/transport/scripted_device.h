@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "transport/still_image_device.h"
+#include "tests/scans/raw_transfer_device.h"
 
 namespace pmddb832::tests {
 
@@ -24,7 +24,7 @@ std::string Hex(const Bytes& bytes);
 //   device.Expect({0x1C, 0x46}).Reply(Fill(16, 0));
 //   ... call the driver ...
 //   CHECK(device.Verdict() == "as scripted");
-class ScriptedDevice final : public StillImageDevice {
+class ScriptedDevice final : public RawTransferDevice {
  public:
   // The driver writes exactly these bytes in one transfer.
   ScriptedDevice& Expect(Bytes bytes);
@@ -52,22 +52,6 @@ class ScriptedDevice final : public StillImageDevice {
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 
-  // Not for the driver: each call is a complaint.
-  std::int32_t QueryInterface(const void* interfaceId, void** object) override;
-  std::uint32_t AddRef() override;
-  std::uint32_t Release() override;
-  std::int32_t Initialize(void* instance, const wchar_t* deviceName, std::uint32_t version,
-                          std::uint32_t mode) override;
-  std::int32_t GetCapabilities(void* capabilities) override;
-  std::int32_t GetStatus(void* status) override;
-  std::int32_t DeviceReset() override;
-  std::int32_t Diagnostic(void* buffer) override;
-  std::int32_t Escape(std::uint32_t function, const void* input, std::uint32_t inputBytes,
-                      void* output, std::uint32_t outputBytes, std::uint32_t* outputUsed) override;
-  std::int32_t GetLastError(std::uint32_t* error) override;
-  std::int32_t LockDevice(std::uint32_t timeoutMilliseconds) override;
-  std::int32_t UnLockDevice() override;
-
  private:
   enum class Kind { kWrite, kAnyWrite, kRead, kFailingWrite, kFailingRead, kUnplugged };
   struct Step {
@@ -76,6 +60,8 @@ class ScriptedDevice final : public StillImageDevice {
     Bytes bytes;
   };
 
+  // Any other entry is not for the driver: a call of it is a complaint.
+  std::int32_t Refuse(const char* entry) override { return Complain(entry); }
   bool IsUnplugged() const;
   static bool Takes(const Step& step, const Bytes& written);
   ScriptedDevice& Add(Kind kind, std::size_t length, Bytes bytes);
