@@ -55,41 +55,35 @@ Bytes operator+(Bytes left, const Bytes& right) {
   return left;
 }
 
+Bytes Words(std::initializer_list<std::uint16_t> words) {
+  Bytes bytes;
+  for (const std::uint16_t word : words) {
+    bytes.push_back(static_cast<std::uint8_t>(word));
+    bytes.push_back(static_cast<std::uint8_t>(word >> 8));
+  }
+  return bytes;
+}
+
 // 41 x 20 pixels from (8, 5) at 300 dpi, as ApplyScanChoices reads it.
 Bytes Choices(const Scan& scan) {
-  Bytes choices{scan.pixelType,
-                41,
-                0,
-                20,
-                0,
-                8,
-                0,
-                5,
-                0,
-                2,
-                0,
-                1,
-                0,
-                44,
-                1,
-                100,
-                0,
-                255,
-                255,
-                100,
-                0,
-                scan.flags,
-                0,
-                scan.source,
-                0,
-                1,
-                1,
-                0,
-                0,
-                0,
-                0};
+  Bytes choices = Bytes{scan.pixelType} + Words({41, 20, 8, 5, 2, 1, 300, 100, 0xFFFF, 100}) +
+                  Bytes{scan.flags, 0, scan.source, 0, 1, 1};
   choices.resize(fuzz::kScanChoiceBytes);
   return choices;
+}
+
+Bytes RecordOf(const ScannerSettings& settings) {
+  Bytes record(sizeof settings);
+  std::memcpy(record.data(), &settings, record.size());
+  return record;
+}
+
+// Calls of calls_fuzzer behind their count, room for twelve of four bytes.
+Bytes Counted(const Bytes& calls) {
+  Bytes counted{12};
+  counted.insert(counted.end(), calls.begin(), calls.end());
+  counted.resize(1 + 4 * 12);
+  return counted;
 }
 
 void Acquire(ScannerSettings& settings, const Scan& scan) {
@@ -149,16 +143,12 @@ void AddScan(const std::string& scanner, const Scan& scan, Corpora& corpora) {
   const Bytes answers = Answers(scanner, &scan, settings);
   const Bytes front{scan.outputFormat, kRows};
   corpora.Add("scan_fuzzer", front + Choices(scan) + answers);
-  Bytes record(sizeof(settings));
-  std::memcpy(record.data(), &settings, sizeof(settings));
-  corpora.Add("record_fuzzer", front + record + answers);
+  corpora.Add("record_fuzzer", front + RecordOf(settings) + answers);
+  const Bytes setUp = Bytes{1, 0, 12} + Choices(scan) + Bytes{scan.outputFormat, 2};
   // open; choose; set up; acquire twice; abort; close
-  const Bytes calls =
-      Bytes{1, 0, 12} + Choices(scan) + Bytes{scan.outputFormat, 2, kRows, 3, kRows, 3, 0, 1, 0, 0};
-  Bytes counted(1 + 4 * 12);
-  counted[0] = 12;
-  std::copy(calls.begin(), calls.end(), counted.begin() + 1);
-  corpora.Add("calls_fuzzer", counted + answers);
+  corpora.Add("calls_fuzzer", Counted(setUp + Bytes{kRows, 3, kRows, 3, 0, 1, 0, 0}) + answers);
+  // open; choose; set up; acquire, and close within the 20th transfer
+  corpora.Add("calls_fuzzer", Counted(setUp + Bytes{20, 16, kRows, 3, 0, 0}) + answers);
 }
 
 // What a capture holds of the inputs of a fuzz target.
@@ -191,9 +181,8 @@ void AddCapture(const std::filesystem::path& file, Corpora& corpora) {
     std::visit(input, entry);
   }
   corpora.Add("open_fuzzer", input.opening);
-  Bytes record(sizeof(input.settings));
-  std::memcpy(record.data(), &input.settings, sizeof(input.settings));
-  corpora.Add("record_fuzzer", Bytes{input.outputFormat, kRows} + record + input.answers);
+  corpora.Add("record_fuzzer",
+              Bytes{input.outputFormat, kRows} + RecordOf(input.settings) + input.answers);
 }
 
 // In the order of their names, so that the seeds have the same names every time.

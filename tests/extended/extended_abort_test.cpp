@@ -156,15 +156,13 @@ TEST_CASE_FIXTURE(HalfwayScanner, "an abort during progress cancels the block th
   CHECK(band.Rows(kLine) == "02 02 02 02 02 02");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an abort behind the last line of a scan sends nothing") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an abort behind the last line of a scan sends nothing") {
   ScanPage();
   PMAbortScan();
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an abort without a transfer sends nothing and is 9") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an abort without a transfer sends nothing and is 9") {
   PMAbortScan();
   CHECK(PMGetScanError() == 9);
   InitAcquire();
@@ -172,8 +170,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "an abort without a transfer sends nothing an
   CHECK(PMGetScanError() == 9);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an abort between set-up and transfer cancels the first block") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an abort between set-up and transfer cancels the first block") {
   const Bytes parameters = AskForWideLines(4);
   InitAcquire();
   PMAbortScan();
@@ -183,8 +180,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "an abort between set-up and transfer cancels
   CHECK(Acquire(4 * kLine).record.done == 1);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an abort while warming up sends nothing and is 9") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an abort while warming up sends nothing and is 9") {
   InitAcquire();
   AcceptParameters();
   AnswerStatus(Status(0x02));

@@ -3,22 +3,19 @@
 namespace pmddb832::tests::extended {
 namespace {
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the band record gets status, done flag, lines and bytes") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the band record gets status, done flag, lines and bytes") {
   CHECK(ScanPage().recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 04 00 00 00 40 00 00 00");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a buffer smaller than a line fails at once, without a code") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a buffer smaller than a line fails at once, without a code") {
   InitAcquire();
   const Band band = Acquire(15);
-  CHECK(band.recordBytes == "02 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5");
+  CHECK(band.recordBytes == kUnwrittenBand);
   CHECK(PMGetScanError() == 0);
   CHECK(band.image == Fill(15, 0xA5));
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an acquisition clears the code of a refused set-up") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an acquisition clears the code of a refused set-up") {
   settings.areaWidthPx = 32753;
   InitAcquire();
   REQUIRE(PMGetScanError() == 35);
@@ -26,16 +23,13 @@ TEST_CASE_FIXTURE(ExtendedScanner, "an acquisition clears the code of a refused 
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a failed start writes the status alone") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a failed start writes the status alone") {
   InitAcquire();
   device.Expect({0x1C, 0x57}).Reply({kNak});
-  CHECK(Acquire(64).recordBytes == "02 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5");
+  CHECK(Acquire(64).recordBytes == kUnwrittenBand);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
-                  "a buffer holds whole lines only, and what is left is untouched") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a buffer holds whole lines only, and what is left is untouched") {
   StartScan(ParameterBlock(), Header(0, 0, 64));
   SendLastBlock(Ramp(0, 64));
   const Band band = Acquire(47);
@@ -49,8 +43,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
 TEST_CASE("rows go from the top for the host's types 1, 3, 5 and 6, else from the band's bottom") {
   for (std::uint32_t hostPixelType = 0; hostPixelType < 10; ++hostPixelType) {
     CAPTURE(hostPixelType);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.StartScan(ParameterBlock(), Header(0, 0, 64), hostPixelType);
     scanner.SendLastBlock(Fill(16, 1) + Fill(16, 2) + Fill(16, 3) + Fill(16, 4));
     const bool topDown =
@@ -60,8 +53,7 @@ TEST_CASE("rows go from the top for the host's types 1, 3, 5 and 6, else from th
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "lines that fit are counted in 16 bits") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "lines that fit are counted in 16 bits") {
   settings.areaWidthPx = 4;
   settings.areaHeightPx = 70000;
   const Bytes block = With(ParameterBlock(), 16, Word(4) + Word(1400));
@@ -73,9 +65,8 @@ TEST_CASE_FIXTURE(ExtendedScanner, "lines that fit are counted in 16 bits") {
   CHECK(Acquire(65537 * 4).record.lines == 1);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "progress is told at every fifth line of a band, and 100 at the end") {
-  REQUIRE(Open() == 1);
   settings.areaHeightPx = 12;
   StartScan(With(ParameterBlock(), 20, Word(12)), Header(0, 0, 192));
   SendLastBlock(Fill(192, 1));
@@ -85,16 +76,14 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(progress == std::vector<std::uint32_t>{0, 41, 58, 100});
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "progress is told before the block of its line is read") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "progress is told before the block of its line is read") {
   StartScan(ParameterBlock(), Header(0, 0, 64));
   device.FailNextRead();
   Acquire(64);
   CHECK(progress == std::vector<std::uint32_t>{0});
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a call behind the end delivers no line and is done again") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a call behind the end delivers no line and is done again") {
   ScanPage();
   const Band band = Acquire(64);
   CHECK(band.recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
@@ -102,33 +91,29 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a call behind the end delivers no line and i
   CHECK(progress == std::vector<std::uint32_t>{0, 100, 100});
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a scan of no lines starts the transfer and is done") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a scan of no lines starts the transfer and is done") {
   settings.areaHeightPx = 0;
   StartScan(With(ParameterBlock(), 20, Word(0)), Header(0, 0, 0));
   CHECK(Acquire(64).recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
   CHECK(progress == std::vector<std::uint32_t>{100});
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "lines below the area are white") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "lines below the area are white") {
   settings.originY = 1398;
   StartScan(With(ParameterBlock(), 12, Word(1398) + Word(16) + Word(2)), Header(0, 0, 32));
   SendLastBlock(Fill(16, 1) + Fill(16, 2));
   CHECK(Acquire(64).Rows(16) == "FF FF 02 01");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "lines below the area replace what the scanner sends all the same") {
-  REQUIRE(Open() == 1);
   settings.originY = 1398;
   StartScan(With(ParameterBlock(), 12, Word(1398) + Word(16) + Word(2)), Header(0, 0, 64));
   SendLastBlock(Fill(64, 1));
   CHECK(Acquire(64).Rows(16) == "FF FF 01 01");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "white lines are white before they are converted") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "white lines are white before they are converted") {
   settings.originY = 1400;
   settings.previewMode = 1;
   StartScan(With(ParameterBlock(), 12, Word(1400) + Word(16) + Word(0)), Header(0, 0, 0));
@@ -236,8 +221,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(Acquire(64).record.status == kFailed);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a started scan allows a feed and an eject again") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a started scan allows a feed and an eject again") {
   device.Expect({0x19}).Reply({0x06});
   PMFeed(nullptr);
   ScanPage();

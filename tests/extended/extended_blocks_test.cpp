@@ -81,16 +81,14 @@ TEST_CASE("a block with an error whose cause cannot be read is 7") {
     scanner.device.Reply(Lines({1, 2, 3, 4}) + Bytes{0xFF});
     if (write) scanner.device.FailNextWrite();
     if (!write) scanner.device.Expect({0x1C, 0x46}).FailNextRead();
-    CHECK(scanner.Acquire(4 * kLine).record.status == kFailed);
-    CHECK(PMGetScanError() == 7);
+    scanner.CheckAcquireFails(4 * kLine, 7);
   }
 }
 
 TEST_CASE_FIXTURE(BlockScanner,
                   "a full block that cannot be read is 9, and is read by the next call") {
   device.FailNextRead();
-  CHECK(Acquire(10 * kLine).record.status == kFailed);
-  CHECK(PMGetScanError() == 9);
+  CheckAcquireFails(10 * kLine, 9);
   SendBlock(Lines({1, 2, 3, 4}));
   CHECK(Acquire(4 * kLine).Rows(kLine) == "01 02 03 04");
   CHECK(PMGetScanError() == 0);
@@ -99,8 +97,7 @@ TEST_CASE_FIXTURE(BlockScanner,
 TEST_CASE_FIXTURE(BlockScanner,
                   "an ACK that cannot be written is 9, and the block does not count") {
   device.Reply(Lines({1, 2, 3, 4}) + Bytes{0x00}).FailNextWrite();
-  CHECK(Acquire(10 * kLine).record.status == kFailed);
-  CHECK(PMGetScanError() == 9);
+  CheckAcquireFails(10 * kLine, 9);
   SendBlock(Lines({1, 2, 3, 4}));
   SendBlock(Lines({5, 6, 7, 8}));
   SendLastBlock(Lines({9, 10}));
@@ -110,8 +107,7 @@ TEST_CASE_FIXTURE(BlockScanner,
 TEST_CASE("a last block that cannot be read is 9, and is read by the next call") {
   BlockScanner scanner(4, Header(64000, 0, 64000));
   scanner.device.FailNextRead();
-  CHECK(scanner.Acquire(4 * kLine).record.status == kFailed);
-  CHECK(PMGetScanError() == 9);
+  scanner.CheckAcquireFails(4 * kLine, 9);
   scanner.SendLastBlock(Lines({1, 2, 3, 4}));
   CHECK(scanner.Acquire(4 * kLine).Rows(kLine) == "01 02 03 04");
 }

@@ -210,8 +210,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(PMGetScanError() == 0);
   CHECK(currentChannel->opened == 1);
   InitAcquire();
-  CHECK(Acquire(64).record.status == kFailed);
-  CHECK(PMGetScanError() == 9);
+  CheckAcquireFails(64, 9);
   system.heapAllocationsLeft.reset();
   AnswerReset();
   AnswerIdentity();

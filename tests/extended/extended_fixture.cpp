@@ -1,51 +1,13 @@
 #include "tests/extended/extended_fixture.h"
 
-#include <algorithm>
-#include <cstring>
-#include <memory>
 #include <utility>
 
 namespace pmddb832::tests::extended {
 namespace {
 
-constexpr std::uint8_t kFill = 0xA5;
 constexpr std::size_t kWidePixels = 16000;
 
 }  // namespace
-
-Bytes FromHex(std::string_view hex) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  Bytes bytes;
-  bool isHigh = true;
-  for (const char c : hex) {
-    if (c == ' ') continue;
-    const auto digit = static_cast<std::uint8_t>(kDigits.find(c));
-    if (isHigh) bytes.push_back(0);
-    bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16 + digit);
-    isHigh = !isHigh;
-  }
-  return bytes;
-}
-
-Bytes Ramp(std::uint8_t first, std::size_t count) {
-  Bytes bytes(count);
-  for (std::uint8_t& byte : bytes) byte = first++;
-  return bytes;
-}
-
-Bytes Word(std::uint32_t value) {
-  Bytes bytes;
-  for (int shift = 0; shift < 32; shift += 8) {
-    bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-  }
-  return bytes;
-}
-
-Bytes With(Bytes block, std::size_t offset, const Bytes& bytes) {
-  REQUIRE(offset + bytes.size() <= block.size());
-  std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
-  return block;
-}
 
 Bytes Identity() {
   return FromHex(
@@ -75,39 +37,8 @@ Bytes WideLine(std::uint8_t value) {
   return Fill(kWidePixels, value);
 }
 
-std::string Band::Rows(std::size_t rowBytes) const {
-  std::string text;
-  for (std::size_t start = 0; start + rowBytes <= image.size(); start += rowBytes) {
-    const auto row = image.begin() + static_cast<std::ptrdiff_t>(start);
-    const auto same = std::count(row, row + static_cast<std::ptrdiff_t>(rowBytes), *row);
-    if (!text.empty()) text += ' ';
-    text += static_cast<std::size_t>(same) == rowBytes ? tests::Hex({*row}) : "mixed";
-  }
-  return text;
-}
-
-ExtendedScanner::ExtendedScanner() {
-  progress.clear();
-  duringProgress = nullptr;
-  settings.pixelType = 2;
-  settings.resolution = 100;
-  settings.zoom = 100;
-  settings.areaWidthPx = 16;
-  settings.areaHeightPx = 4;
-  settings.gamma = 220;
-  settings.thresholdT = 0xFFFF;
-}
-
-ExtendedScanner::~ExtendedScanner() {
-  CHECK(device.Verdict() == "as scripted");
-}
-
 void ExtendedScanner::AnswerProbe() {
   device.Expect({0x1B, 0x49}).Reply({0x02, 0x02, 0x02, 0x00}).Reply(Text("B8"));
-}
-
-void ExtendedScanner::AnswerReset() {
-  device.Expect({0x1B, 0x40}).Reply({0x06});
 }
 
 void ExtendedScanner::AnswerIdentity(Bytes identity) {
@@ -135,10 +66,6 @@ void ExtendedScanner::SendLastBlock(Bytes data) {
   device.Reply(std::move(data) + Bytes{0x00});
 }
 
-void ExtendedScanner::ExpectEject() {
-  device.Expect({0x0C}).Reply({0x06});
-}
-
 std::uint32_t ExtendedScanner::Open(Bytes identity, Bytes status) {
   AnswerProbe();
   AnswerReset();
@@ -150,28 +77,6 @@ std::uint32_t ExtendedScanner::Open(Bytes identity, Bytes status) {
 void ExtendedScanner::OpenFeeder(std::uint8_t feederFlags) {
   REQUIRE(Open(With(Identity(), 44, {feederFlags}), Status(0, 0x80)) == 1);
   settings.scanSource = 1;
-}
-
-std::string ExtendedScanner::InitAcquire(std::uint32_t hostPixelType, ProgressCallback callback) {
-  const auto record = std::make_unique<AcquisitionSetup>();
-  std::memset(record.get(), kFill, sizeof *record);
-  PMInitAcquire(hostPixelType, callback, record.get());
-  setup = *record;
-  Bytes bytes(sizeof *record);
-  std::memcpy(bytes.data(), record.get(), bytes.size());
-  return Hex(bytes);
-}
-
-Band ExtendedScanner::Acquire(std::size_t bufferBytes) {
-  Band band{{}, {}, Fill(bufferBytes, kFill)};
-  const auto record = std::make_unique<AcquisitionBand>();
-  std::memset(record.get(), kFill, sizeof *record);
-  PMAcquireImage(band.image.data(), static_cast<std::uint32_t>(bufferBytes), record.get());
-  band.record = *record;
-  Bytes bytes(sizeof *record);
-  std::memcpy(bytes.data(), record.get(), bytes.size());
-  band.recordBytes = Hex(bytes);
-  return band;
 }
 
 void ExtendedScanner::StartScan(Bytes parameters, Bytes header, std::uint32_t hostPixelType) {
@@ -192,11 +97,6 @@ Bytes ExtendedScanner::AskForWideLines(std::uint8_t lines) {
   settings.areaHeightPx = lines;
   const Bytes block = With(ParameterBlock(), 0, FromHex("40 06 00 00 40 06 00 00"));
   return With(With(block, 16, {0x80, 0x3E, 0x00, 0x00, lines}), 28, {0x04});
-}
-
-void ExtendedScanner::NoteProgress(std::uint32_t percent) {
-  progress.push_back(percent);
-  if (const auto action = std::exchange(duringProgress, nullptr)) action();
 }
 
 }  // namespace pmddb832::tests::extended

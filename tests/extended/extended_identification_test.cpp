@@ -1,42 +1,22 @@
 #include <cstring>
-#include <memory>
 
 #include "tests/extended/extended_fixture.h"
 
 namespace pmddb832::tests::extended {
 namespace {
 
-Bytes Record(const ScannerSettings& settings) {
-  Bytes bytes(sizeof settings);
-  std::memcpy(bytes.data(), &settings, bytes.size());
-  return bytes;
-}
-
-// A record that the host filled with A5 but for the members that the open reads.
-std::unique_ptr<ScannerSettings> FilledRecord(const ScannerSettings& model) {
-  auto record = std::make_unique<ScannerSettings>();
-  std::memset(record.get(), 0xA5, sizeof *record);
-  record->deviceInterface = model.deviceInterface;
-  record->useDeviceInterface = 1;
-  std::memcpy(record->modelId, "QM8700\0\xA5", 8);
-  return record;
-}
-
-// What an open makes of that record. Its size is exact: no byte behind it may be touched.
+// What an open makes of the record that the host filled with A5.
 Bytes RecordAfterOpen(ExtendedScanner& scanner, const Bytes& identity, const Bytes& status) {
-  const auto record = FilledRecord(scanner.settings);
   scanner.AnswerProbe();
   scanner.AnswerReset();
   scanner.AnswerIdentity(identity);
   scanner.AnswerStatus(status);
-  CHECK(PMOpenScanner(record.get()) == 1);
-  PMExit();
-  return Record(*record);
+  return FilledRecordAfterOpen(scanner.settings);
 }
 
 // That record with what an open writes whatever the option unit is, for level B8.
 Bytes IdentifiedRecord(const ScannerSettings& model) {
-  Bytes record = Record(*FilledRecord(model));
+  Bytes record = FilledRecord(model);
   record = With(std::move(record), 0, FromHex("08 00 00 00 42 38 00") + Bytes{0xA5});
   record = With(std::move(record), 8, Text("QM8700") + Bytes{0x00, 0xA5});
   record = With(std::move(record), 28, Word(1000) + Word(1400));
@@ -193,10 +173,10 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   AnswerProbe();
   AnswerReset();
   device.Expect({0x1C, 0x49}).FailNextRead();
-  const Bytes before = Record(settings);
+  const Bytes before = BytesOf(settings);
   CHECK(PMOpenScanner(&settings) == 0);
   CHECK(PMGetScanError() == 0);
-  CHECK(Record(settings) == before);
+  CHECK(BytesOf(settings) == before);
   CHECK(currentChannel->opened == 1);
 }
 
@@ -228,8 +208,7 @@ TEST_CASE("a reset that fails ends the open without a code") {
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "close gives the data buffer and the channel back, once") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "close gives the data buffer and the channel back, once") {
   CHECK(system.heapBlocks == 1);
   PMCloseScanner();
   CHECK(system.heapBlocks == 0);
@@ -239,8 +218,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "close gives the data buffer and the channel 
   CHECK(currentChannel->opened == 1);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an open set does not identify again, a closed one does") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an open set does not identify again, a closed one does") {
   CHECK(currentCommandSet->Open() == 1);
   CHECK(system.heapBlocks == 1);
   PMCloseScanner();

@@ -117,8 +117,7 @@ struct PlacedScanner : ExtendedScanner {
 
   void CheckRefused() {
     InitAcquire(settings.pixelType);
-    CHECK(Acquire(0x20000).record.status == kFailed);
-    CHECK(PMGetScanError() == 22);
+    CheckAcquireFails(0x20000, 22);
   }
 };
 

@@ -8,8 +8,7 @@ TEST_CASE("a block that does not fit the data buffer with its status byte is not
     for (const bool last : {false, true}) {
       CAPTURE(size);
       CAPTURE(last);
-      ExtendedScanner scanner;
-      REQUIRE(scanner.Open() == 1);
+      OpenExtended scanner;
       scanner.StartScan(ParameterBlock(), last ? Header(0, 0, size) : Header(size, 1, 64));
       const Band band = scanner.Acquire(64);
       CHECK(band.record.status == kFailed);
@@ -19,15 +18,13 @@ TEST_CASE("a block that does not fit the data buffer with its status byte is not
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the largest block that fits is read") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the largest block that fits is read") {
   StartScan(ParameterBlock(), Header(65279, 1, 0));
   SendBlock(Fill(65279, 1));
   CHECK(Acquire(64).Rows(16) == "01 01 01 01");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an abort does not read a block that does not fit either") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an abort does not read a block that does not fit either") {
   StartScan(ParameterBlock(), Header(0xFFFFFFFF, 1, 64));
   Acquire(64);
   PMAbortScan();
@@ -43,9 +40,8 @@ TEST_CASE_FIXTURE(ExtendedScanner, "an identity without a basic resolution fails
   CHECK(settings.scanInfoVariant == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "a paper size without a basic resolution is 7; scans go on as before") {
-  REQUIRE(Open() == 1);
   AnswerIdentity(Fill(80, 0));
   std::uint32_t width = kUnwritten;
   std::uint32_t height = kUnwritten;
@@ -55,9 +51,8 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(ScanPage().record.done == 1);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "a paper size without a basic resolution leaves the last error as it was") {
-  REQUIRE(Open() == 1);
   PMAbortScan();
   AnswerIdentity(Fill(80, 0));
   std::uint32_t width = kUnwritten;
@@ -66,8 +61,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(PMGetScanError() == 9);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "blocks without data give white rows, one block for its lines") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "blocks without data give white rows, one block for its lines") {
   const Bytes parameters = AskForWideLines(10);
   StartScan(parameters, Header(0, 0xFFFFFFFF, 0));
   for (int block = 0; block < 3; ++block) SendBlock({});
@@ -76,16 +70,14 @@ TEST_CASE_FIXTURE(ExtendedScanner, "blocks without data give white rows, one blo
   CHECK(band.Rows(16000) == "FF FF FF FF FF FF FF FF FF FF");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a last block with fewer lines than announced ends in white") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a last block with fewer lines than announced ends in white") {
   StartScan(ParameterBlock(), Header(0, 0, 20), 1);
   SendLastBlock(Ramp(1, 20));
   const Bytes lines = Ramp(1, 20) + Fill(12, 0xFF) + Fill(32, 0xFF);
   CHECK(Acquire(64).image == lines);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a full block with fewer lines than announced ends in white") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a full block with fewer lines than announced ends in white") {
   const Bytes parameters = AskForWideLines(8);
   StartScan(parameters, Header(40000, 1, 64000), 1);
   SendBlock(Fill(40000, 1));
@@ -94,8 +86,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a full block with fewer lines than announced
   CHECK(band.Rows(8000) == "01 01 01 01 01 FF FF FF 02 02 02 02 02 02 02 02");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "what an earlier, longer block left is not delivered") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "what an earlier, longer block left is not delivered") {
   StartScan(ParameterBlock(), Header(0, 0, 64));
   SendLastBlock(Fill(64, 0x77));
   Acquire(64);
@@ -104,9 +95,8 @@ TEST_CASE_FIXTURE(ExtendedScanner, "what an earlier, longer block left is not de
   CHECK(Acquire(64).Rows(16) == "FF FF FF 01");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "deep grey in preview fills a buffer of exactly the announced size") {
-  REQUIRE(Open() == 1);
   settings.pixelType = 8;
   settings.previewMode = 1;
   StartScan(With(ParameterBlock(), 25, {0x0C}), Header(0, 0, 64), 1);
@@ -116,9 +106,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(band.image == Ramp(0, 64));
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
-                  "deep grey in preview takes whole samples of what was received") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "deep grey in preview takes whole samples of what was received") {
   settings.pixelType = 8;
   settings.previewMode = 1;
   settings.areaWidthPx = 5;
@@ -140,8 +128,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "deep colour in preview, 8160 wide, reads wha
   CHECK(Acquire(48960).Rows(12240) == "11 22 22 FF");
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "one channel received for a colour type ends in white") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "one channel received for a colour type ends in white") {
   settings.pixelType = 5;
   settings.monoScan = 1;
   settings.dropoutChannel = 1;
@@ -166,8 +153,7 @@ TEST_CASE("mirrored line art of any width stays in its row, its pad rounded up t
         MirroredLine{0, 8, 0, 8, 4, 1, 0}, MirroredLine{990, 100, 984, 16, 16, 2, 0}}) {
     CAPTURE(line.left);
     CAPTURE(line.width);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.pixelType = 0;
     scanner.settings.mirrorImage = 1;
     scanner.settings.originX = line.left;

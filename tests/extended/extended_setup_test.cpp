@@ -3,16 +3,14 @@
 namespace pmddb832::tests::extended {
 namespace {
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the set-up record gets status, line bytes, width and height") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the set-up record gets status, line bytes, width and height") {
   settings.areaWidthPx = 301;
   settings.areaHeightPx = 70000;
   CHECK(InitAcquire() == "01 00 00 00 A5 A5 A5 A5 30 01 00 00 A5 A5 A5 A5 2D 01 00 00 70 11 01 00");
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a refused set-up fills the record all the same") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a refused set-up fills the record all the same") {
   settings.areaWidthPx = 32753;
   CHECK(InitAcquire() == "02 00 00 00 A5 A5 A5 A5 F4 7F 00 00 A5 A5 A5 A5 F1 7F 00 00 04 00 00 00");
   CHECK(PMGetScanError() == 35);
@@ -50,8 +48,7 @@ TEST_CASE("a line has the bytes of its pixels, rounded up to a multiple of 4") {
     CAPTURE(row.pixelType);
     CAPTURE(row.hostPixelType);
     CAPTURE(row.width);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.pixelType = row.pixelType;
     scanner.settings.previewMode = row.previewMode;
     scanner.settings.areaWidthPx = row.width;
@@ -62,8 +59,7 @@ TEST_CASE("a line has the bytes of its pixels, rounded up to a multiple of 4") {
 TEST_CASE("an unlisted pixel type leaves the format of the last one") {
   for (const std::uint32_t unlisted : {1u, 3u, 4u, 9u, 0xFFFFFFFFu}) {
     CAPTURE(unlisted);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.pixelType = 7;
     scanner.InitAcquire(7);
     scanner.settings.pixelType = unlisted;
@@ -71,8 +67,7 @@ TEST_CASE("an unlisted pixel type leaves the format of the last one") {
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an unlisted pixel type before any listed one counts bytes") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an unlisted pixel type before any listed one counts bytes") {
   settings.pixelType = 9;
   CHECK(InitAcquire(9).substr(24, 11) == "10 00 00 00");
 }
@@ -92,8 +87,7 @@ TEST_CASE("a line is refused beyond 32752 pixels, beyond the data buffer, and em
         LimitRow{5, 21760, 0}, LimitRow{5, 21761, 16}, LimitRow{2, 0, 1}, LimitRow{0, 0, 1}}) {
     CAPTURE(row.pixelType);
     CAPTURE(row.width);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.pixelType = row.pixelType;
     scanner.settings.areaWidthPx = row.width;
     const std::string status = row.code == 0 ? "01 00 00 00" : "02 00 00 00";
@@ -102,8 +96,7 @@ TEST_CASE("a line is refused beyond 32752 pixels, beyond the data buffer, and em
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "an accepted set-up keeps the code of an earlier refusal") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "an accepted set-up keeps the code of an earlier refusal") {
   settings.areaWidthPx = 32753;
   InitAcquire();
   settings.areaWidthPx = 16;
@@ -111,8 +104,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "an accepted set-up keeps the code of an earl
   CHECK(PMGetScanError() == 35);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a set-up without a progress routine scans without reports") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a set-up without a progress routine scans without reports") {
   InitAcquire(2, nullptr);
   AcceptParameters();
   AnswerStart(Header(0, 0, 64));
@@ -120,8 +112,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a set-up without a progress routine scans wi
   CHECK(Acquire(64).record.done == 1);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a new set-up starts over with parameters and transfer") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a new set-up starts over with parameters and transfer") {
   for (int page = 0; page < 2; ++page) {
     const Band band = ScanPage();
     CHECK(band.record.done == 1);
@@ -129,16 +120,14 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a new set-up starts over with parameters and
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a set-up in the middle of a scan forgets the lines delivered") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a set-up in the middle of a scan forgets the lines delivered") {
   StartScan(ParameterBlock(), Header(0, 0, 64));
   SendLastBlock(Ramp(0, 64));
   CHECK(Acquire(32).record.lines == 2);
   CHECK(ScanPage().record.lines == 4);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the area of a scan is the one at its set-up") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the area of a scan is the one at its set-up") {
   InitAcquire();
   settings.areaWidthPx = 8;
   settings.areaHeightPx = 2;

@@ -40,16 +40,14 @@ TEST_CASE("the option status is the first condition in the order of their weight
        }) {
     CAPTURE(row.source);
     CAPTURE(Hex({row.main, row.feeder, row.transparencyUnit}));
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.AnswerStatus(Status(row.main, row.feeder, row.transparencyUnit));
     CHECK(PMGetOptionStatus(row.source) == row.code);
     CHECK(PMGetScanError() == 0);
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "a status that is not accepted or not delivered answers 7") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "a status that is not accepted or not delivered answers 7") {
   device.FailNextWrite();
   CHECK(PMGetOptionStatus(2) == 7);
   device.Expect({0x1C, 0x46}).FailNextRead();
@@ -57,8 +55,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a status that is not accepted or not deliver
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the option status clears the last error") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the option status clears the last error") {
   settings.areaWidthPx = 32753;
   InitAcquire();
   REQUIRE(PMGetScanError() == 35);
@@ -67,8 +64,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "the option status clears the last error") {
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the main status byte is delivered where it was asked for") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the main status byte is delivered where it was asked for") {
   std::uint8_t main = 0xA5;
   AnswerStatus(Status(0xC7));
   CHECK(currentCommandSet->GetOptionStatus(&main, 2) == 31);
@@ -90,24 +86,21 @@ TEST_CASE("paper sizes are in pixels at half the maximum resolution") {
         Row{7, 1, {0, 16000, 22400}}, Row{0, 2, {0, 12800, 20800}}}) {
     CAPTURE(row.source);
     CAPTURE(row.scanSource);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.scanSource = row.scanSource;
     scanner.AnswerIdentity();
     CHECK(AskPaperSize(row.source) == row.size);
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "paper sizes wrap at 32 bits, halve, and then divide") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "paper sizes wrap at 32 bits, halve, and then divide") {
   settings.scanSource = 1;
   // 65537 * 65537 = 131073 beyond 32 bits; 3 * 65537 = 196611, halved 98305
   AnswerIdentity(With(With(Identity(), 12, Word(65537)), 28, Word(65537) + Word(3)));
   CHECK(AskPaperSize(0) == PaperSize{0, 655, 983});
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "the flatbed's paper size keeps the area of the open") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "the flatbed's paper size keeps the area of the open") {
   const Bytes larger = With(Identity(), 20, Word(9999) + Word(9999));
   AnswerIdentity(With(larger, 4, Word(200)));
   CHECK(AskPaperSize(2) == PaperSize{0, 8000, 11200});
@@ -116,8 +109,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "the flatbed's paper size keeps the area of t
 TEST_CASE("a paper size whose identity cannot be read is 7 and leaves the sizes alone") {
   for (const bool write : {true, false}) {
     CAPTURE(write);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     if (write) scanner.device.FailNextWrite();
     if (!write) scanner.device.Expect({0x1C, 0x49}).FailNextRead();
     CHECK(AskPaperSize(2) == PaperSize{7});
@@ -125,8 +117,7 @@ TEST_CASE("a paper size whose identity cannot be read is 7 and leaves the sizes 
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "bytes that a short identity does not bring stay as they were") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "bytes that a short identity does not bring stay as they were") {
   settings.scanSource = 1;
   device.Expect({0x1C, 0x49}).ShortReply(80, FromHex("42 38 00 00 C8 00 00 00"));
   CHECK(AskPaperSize(0) == PaperSize{0, 6400, 10400});
@@ -168,8 +159,7 @@ TEST_CASE("the option unit is switched by ESC e with a value that its kind knows
     CAPTURE(row.docFeedOption);
     CAPTURE(row.mainStatusBit5);
     CAPTURE(row.value);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.docFeedOption = row.docFeedOption;
     scanner.settings.mainStatusBit5 = row.mainStatusBit5;
     scanner.device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({row.sent}).Reply({0x06});
@@ -177,9 +167,7 @@ TEST_CASE("the option unit is switched by ESC e with a value that its kind knows
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
-                  "identity, status and parameters are no scan: nothing to eject") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "identity, status and parameters are no scan: nothing to eject") {
   InitAcquire();
   AcceptParameters();
   AnswerStatus(Status(0x02));
@@ -192,8 +180,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   PMFeed(nullptr);
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner, "switching an option fails at each transfer and sets no code") {
-  REQUIRE(Open() == 1);
+TEST_CASE_FIXTURE(OpenExtended, "switching an option fails at each transfer and sets no code") {
   device.FailNextWrite();
   CHECK(PMEnableOption(1) == 0);
   device.Expect({0x1B, 0x65}).Reply({kNak});

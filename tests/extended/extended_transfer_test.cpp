@@ -194,8 +194,7 @@ TEST_CASE_FIXTURE(ReadyScanner,
 TEST_CASE("parameters that are not accepted fail with 22") {
   for (const int failing : {0, 1, 2, 3, 4, 5}) {
     CAPTURE(failing);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.InitAcquire();
     if (failing > 0) scanner.device.Expect({0x1C, 0x57});
     if (failing > 2) scanner.device.Reply({0x06});
@@ -203,16 +202,14 @@ TEST_CASE("parameters that are not accepted fail with 22") {
     if (failing == 0 || failing == 3) scanner.device.FailNextWrite();
     if (failing == 1 || failing == 4) scanner.device.FailNextRead();
     if (failing == 2 || failing == 5) scanner.device.Reply({kNak});
-    CHECK(scanner.Acquire(64).record.status == kFailed);
-    CHECK(PMGetScanError() == 22);
+    scanner.CheckAcquireFails(64, 22);
   }
 }
 
 TEST_CASE("tables that are not accepted fail with 22, and no parameters follow") {
   for (const int failing : {0, 1, 2, 3}) {
     CAPTURE(failing);
-    ExtendedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
+    OpenExtended scanner;
     scanner.settings.customGamma = scanner.settings.colorCorrection = 1;
     scanner.InitAcquire();
     const char* const selectors = "RGB";
@@ -221,19 +218,16 @@ TEST_CASE("tables that are not accepted fail with 22, and no parameters follow")
     }
     scanner.device.Expect({0x1B, failing == 3 ? std::uint8_t{0x6D} : std::uint8_t{0x7A}});
     scanner.device.Reply({kNak});
-    CHECK(scanner.Acquire(64).record.status == kFailed);
-    CHECK(PMGetScanError() == 22);
+    scanner.CheckAcquireFails(64, 22);
   }
 }
 
-TEST_CASE_FIXTURE(ExtendedScanner,
+TEST_CASE_FIXTURE(OpenExtended,
                   "the one table of a single-channel scan is refused in the same way") {
-  REQUIRE(Open() == 1);
   settings.customGamma = settings.monoScan = 1;
   InitAcquire();
   device.Expect({0x1B, 0x7A}).Reply({0x06}).Expect(Text("M") + Fill(256, 0)).Reply({kNak});
-  CHECK(Acquire(64).record.status == kFailed);
-  CHECK(PMGetScanError() == 22);
+  CheckAcquireFails(64, 22);
 }
 
 }  // namespace

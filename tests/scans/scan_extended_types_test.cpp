@@ -4,30 +4,16 @@
 
 using namespace pmddb832;
 using namespace pmddb832::tests;
-using simulator::ExtendedScanner;
-using simulator::Picture;
 
 namespace {
 
-// Scans 40 x 30 pixels from (8, 5) and holds every row against the picture.
+constexpr BedArea kPart{8, 5, 40, 30};
+
 void CheckType(std::uint32_t pixelType, std::uint32_t outputFormat, bool converts) {
   CAPTURE(pixelType);
   CAPTURE(outputFormat);
-  const Picture picture = PictureFor(pixelType, 64, 48);
-  ExtendedScanner scanner(SmallExtendedScanner(picture));
-  WholeScan host(scanner);
-  host.settings.pixelType = pixelType;
-  host.SetArea(8, 5, 40, 30);
-  REQUIRE(host.Open());
-  const ScannedImage image = host.Acquire(outputFormat);
-  REQUIRE(image.error == 0);
-  REQUIRE(image.rows.size() == 30);
-  for (std::uint32_t y = 0; y < 30; ++y) {
-    CAPTURE(y);
-    const auto expected = ExpectedRow(picture, pixelType, converts, 8, 5 + y, 40);
-    CHECK(First(image.rows[y], expected.size()) == expected);
-  }
-  CHECK(Violations(scanner) == "");
+  ExtendedDesk desk(SmallExtendedScanner(PictureFor(pixelType, 64, 48)), pixelType);
+  desk.CheckShows(desk.Scan(kPart, outputFormat), desk.onBed, kPart, converts);
 }
 
 }  // namespace
@@ -65,16 +51,11 @@ TEST_CASE("deep grey arrives as the bed holds it") {
 }
 
 TEST_CASE("inverted line art arrives with every bit inverted") {
-  const Picture picture = BlackAndWhitePicture(64, 48);
-  ExtendedScanner scanner(SmallExtendedScanner(picture));
-  WholeScan host(scanner);
-  host.settings.pixelType = 0;
-  host.settings.invertMono = 1;
-  REQUIRE(host.Open());
-  const ScannedImage image = host.Acquire(0);
-  REQUIRE(image.rows.size() == 48);
+  ExtendedDesk desk(SmallExtendedScanner(BlackAndWhitePicture(64, 48)), 0);
+  desk.host.settings.invertMono = 1;
+  const ScannedImage image = desk.ScanWhole({}, 0);
   for (std::uint32_t y = 0; y < 48; ++y) {
-    auto expected = ExpectedRow(picture, 0, false, 0, y, 64);
+    auto expected = ExpectedRow(desk.onBed, 0, false, 0, y, 64);
     for (std::uint8_t& byte : expected) byte = static_cast<std::uint8_t>(~byte);
     CHECK(First(image.rows[y], 8) == expected);
   }
@@ -82,51 +63,33 @@ TEST_CASE("inverted line art arrives with every bit inverted") {
 
 TEST_CASE("a single-channel scan delivers that channel as grey") {
   for (std::uint16_t channel = 1; channel <= 3; ++channel) {
-    const Picture picture = ColourPicture(64, 48);
-    ExtendedScanner scanner(SmallExtendedScanner(picture));
-    WholeScan host(scanner);
-    host.settings.pixelType = 2;
-    host.settings.monoScan = 1;
-    host.settings.dropoutChannel = channel;
-    REQUIRE(host.Open());
-    const ScannedImage image = host.Acquire(2);
-    REQUIRE(image.rows.size() == 48);
-    CHECK(image.rows[7][9] == Sample(picture, 9, 7, channel - 1u) >> 8);
-    CHECK(image.rows[47][63] == Sample(picture, 63, 47, channel - 1u) >> 8);
-    CHECK(Violations(scanner) == "");
+    ExtendedDesk desk(SmallExtendedScanner(ColourPicture(64, 48)), 2);
+    desk.host.settings.monoScan = 1;
+    desk.host.settings.dropoutChannel = channel;
+    const ScannedImage image = desk.ScanWhole({}, 2);
+    CHECK(image.rows[7][9] == Sample(desk.onBed, 9, 7, channel - 1u) >> 8);
+    CHECK(image.rows[47][63] == Sample(desk.onBed, 63, 47, channel - 1u) >> 8);
   }
 }
 
 TEST_CASE("the model RV3100 has deep samples of 14 bits") {
-  const Picture picture = NeutralPicture(64, 48);
-  auto config = SmallExtendedScanner(picture);
+  auto config = SmallExtendedScanner(NeutralPicture(64, 48));
   config.identity.productName = "SCANNER RV-3100 ";
-  ExtendedScanner scanner(std::move(config));
-  WholeScan host(scanner);
-  host.settings.pixelType = 8;
-  REQUIRE(host.Open());
-  const ScannedImage image = host.Acquire(8);
-  REQUIRE(image.rows.size() == 48);
-  const std::uint16_t bed = Sample(picture, 10, 3, 0);
+  ExtendedDesk desk(std::move(config), 8);
+  const ScannedImage image = desk.ScanWhole({}, 8);
+  const std::uint16_t bed = Sample(desk.onBed, 10, 3, 0);
   CHECK(image.rows[3][20] == (bed & 0xFC));
   CHECK(image.rows[3][21] == bed >> 8);
 }
 
 TEST_CASE("a downloaded gamma table changes every sample") {
-  const Picture picture = NeutralPicture(64, 48);
-  ExtendedScanner scanner(SmallExtendedScanner(picture));
-  WholeScan host(scanner);
-  host.settings.pixelType = 2;
-  host.settings.customGamma = 1;
+  ExtendedDesk desk(SmallExtendedScanner(NeutralPicture(64, 48)), 2);
+  ScannerSettings& settings = desk.host.settings;
+  settings.customGamma = 1;
   for (int i = 0; i < 256; ++i) {
     const auto inverted = static_cast<std::uint8_t>(255 - i);
-    host.settings.gammaTableR[i] = inverted;
-    host.settings.gammaTableG[i] = inverted;
-    host.settings.gammaTableB[i] = inverted;
+    settings.gammaTableR[i] = settings.gammaTableG[i] = settings.gammaTableB[i] = inverted;
   }
-  REQUIRE(host.Open());
-  const ScannedImage image = host.Acquire(2);
-  REQUIRE(image.rows.size() == 48);
-  CHECK(image.rows[20][30] == 255 - (Sample(picture, 30, 20, 0) >> 8));
-  CHECK(Violations(scanner) == "");
+  const ScannedImage image = desk.ScanWhole({}, 2);
+  CHECK(image.rows[20][30] == 255 - (Sample(desk.onBed, 30, 20, 0) >> 8));
 }

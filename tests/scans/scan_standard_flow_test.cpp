@@ -45,8 +45,7 @@ StandardScannerConfig WithLongPage() {
 }
 
 void OpenFromOption(StandardDesk& desk) {
-  REQUIRE(desk.host.Open());
-  desk.opened = true;
+  desk.Open();
   desk.host.settings.scanSource = 1;
 }
 
@@ -89,8 +88,7 @@ TEST_CASE("a standard scanner that was closed can be opened and scanned again") 
 
 TEST_CASE("a standard abort cancels the scan, and the next one is whole") {
   StandardDesk desk(WithSeveralBlocks(), 2);
-  REQUIRE(desk.host.Open());
-  desk.opened = true;
+  desk.Open();
   AbortLongPage(desk);
   desk.CheckShows(desk.Scan(kLongPage), desk.onBed, kLongPage);
 }
@@ -114,8 +112,7 @@ TEST_CASE("lines that are delivered after a standard abort are white") {
 
 TEST_CASE("a standard abort in the last block needs no cancel") {
   StandardDesk desk(SmallStandardScanner(ColourPicture(64, 48)));
-  REQUIRE(desk.host.Open());
-  desk.opened = true;
+  desk.Open();
   ScannedImage image;
   image.rowBytes = desk.host.SetUp(5).lineBytes;
   desk.host.AcquireBand(image.rowBytes * 48, image);

@@ -128,8 +128,7 @@ TEST_CASE("such a model scans pages of its feeder at all of its resolution") {
   config.optionUnit = simulator::OptionUnit::kFeeder;
   config.feederPages.push_back(ColourPicture(64, 96));
   StandardDesk desk(config);
-  REQUIRE(desk.host.Open());
-  desk.opened = true;
+  desk.Open();
   desk.host.settings.scanSource = 1;
   constexpr BedArea kPage{0, 0, 64, 96};
   desk.CheckShows(desk.Scan(kPage), config.feederPages[0], kPage);

@@ -48,48 +48,41 @@ Band ScanPageFrom(StandardScanner& scanner, std::uint8_t source, const Bytes& ej
   return scanner.Acquire(64);
 }
 
-TEST_CASE("standard: the record tells status, end, lines and bytes, and nothing else is written") {
-  StandardScanner scanner("B4");
-  const Band band = scanner.ScanPage();
+TEST_CASE_FIXTURE(
+    OpenB4,
+    "standard: the record tells status, end, lines and bytes, and nothing else is written") {
+  const Band band = ScanPage();
   CHECK(band.recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 04 00 00 00 40 00 00 00");
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE("standard: bytes are counted without the alignment of the rows") {
-  StandardScanner scanner("B4");
-  scanner.settings.pixelType = 5;
-  scanner.settings.areaWidthPx = 5;  // 15 bytes in a row of 16
-  scanner.InitAcquire(1);
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-  scanner.device.FailNextWrite();
-  scanner.AnswerStart(BlockHeader(0x20, 24, 4));
-  scanner.device.Reply(Ramp(0, 96));
-  CHECK(scanner.Acquire(64, 3).record.bytes == 60);
+TEST_CASE_FIXTURE(OpenB4, "standard: bytes are counted without the alignment of the rows") {
+  settings.pixelType = 5;
+  settings.areaWidthPx = 5;  // 15 bytes in a row of 16
+  StartWithoutUpload(BlockHeader(0x20, 24, 4));
+  device.Reply(Ramp(0, 96));
+  CHECK(Acquire(64, 3).record.bytes == 60);
 }
 
-TEST_CASE("standard: line art counts the bytes of the raw line") {
-  StandardScanner scanner("B4");
-  scanner.settings.pixelType = 0;
-  scanner.settings.areaWidthPx = 17;
-  scanner.InitAcquire(1);
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-  scanner.device.FailNextWrite();
-  scanner.AnswerStart(BlockHeader(0x20, 3, 4));
-  scanner.device.Reply(Ramp(0, 12));
-  const Band band = scanner.Acquire(16);
+TEST_CASE_FIXTURE(OpenB4, "standard: line art counts the bytes of the raw line") {
+  settings.pixelType = 0;
+  settings.areaWidthPx = 17;
+  StartWithoutUpload(BlockHeader(0x20, 3, 4));
+  device.Reply(Ramp(0, 12));
+  const Band band = Acquire(16);
   CHECK(band.record.bytes == 12);
   CHECK(band.Hex() == "00 01 02 A5 03 04 05 A5 06 07 08 A5 09 0A 0B A5");
 }
 
-TEST_CASE("standard: a band has the whole lines that fit, the last one those that are left") {
-  StandardScanner scanner("B4");
-  scanner.StartScan(BlockHeader(0x20, 16, 4), 3);
-  scanner.device.Reply(Rows({1, 2, 3, 4}));
-  const Band first = scanner.Acquire(55);
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: a band has the whole lines that fit, the last one those that are left") {
+  StartScan(BlockHeader(0x20, 16, 4), 3);
+  device.Reply(Rows({1, 2, 3, 4}));
+  const Band first = Acquire(55);
   CHECK(first.record.lines == 3);
   CHECK(first.record.done == 0);
   CHECK(first.image == Rows({1, 2, 3}) + Fill(7, 0xA5));
-  const Band second = scanner.Acquire(55);
+  const Band second = Acquire(55);
   CHECK(second.record.lines == 1);
   CHECK(second.record.done == 1);
   CHECK(second.image == Rows({4}) + Fill(39, 0xA5));
@@ -107,77 +100,64 @@ TEST_CASE("standard: formats 1, 3, 5 and 6 come from the top, others from the bo
   }
 }
 
-TEST_CASE("standard: a buffer smaller than a line cancels the scan and writes nothing") {
-  StandardScanner scanner("B4");
-  scanner.StartScan(BlockHeader(0x00, 16, 1), 1);
-  scanner.device.Reply(Rows({1})).Expect({0x18}).Reply({0x06});
-  const Band band = scanner.Acquire(15);
-  CHECK(band.recordBytes == "02 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5");
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a buffer smaller than a line cancels the scan and writes nothing") {
+  StartScan(BlockHeader(0x00, 16, 1), 1);
+  device.Reply(Rows({1})).Expect({0x18}).Reply({0x06});
+  const Band band = Acquire(15);
+  CHECK(band.recordBytes == kUnwrittenBand);
   CHECK(band.image == Fill(15, 0xA5));
 }
 
-TEST_CASE("standard: a small buffer in the middle of a scan cancels it too") {
-  StandardScanner scanner("B4");
-  scanner.StartScan(BlockHeader(0x00, 16, 1), 1);
-  scanner.SendLines(Rows({1}));
-  scanner.Acquire(16);
-  scanner.device.Reply(BlockHeader(0x00, 16, 1)).Reply(Rows({2})).Expect({0x18}).Reply({0x06});
-  CHECK(scanner.Acquire(15).record.status == kFailed);
-  CHECK(scanner.Acquire(15).record.status == kFailed);  // nothing is under way any more
+TEST_CASE_FIXTURE(OpenB4, "standard: a small buffer in the middle of a scan cancels it too") {
+  StartScan(BlockHeader(0x00, 16, 1), 1);
+  SendLines(Rows({1}));
+  Acquire(16);
+  device.Reply(BlockHeader(0x00, 16, 1)).Reply(Rows({2})).Expect({0x18}).Reply({0x06});
+  CHECK(Acquire(15).record.status == kFailed);
+  CHECK(Acquire(15).record.status == kFailed);  // nothing is under way any more
 }
 
-TEST_CASE("standard: 65536 lines that fit count as none") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 1;
-  scanner.InitAcquire(1);
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-  scanner.device.FailNextWrite();
-  scanner.AnswerStart(BlockHeader(0x00, 8, 1));
-  scanner.device.Reply(Fill(8, 1)).Expect({0x18}).Reply({0x06});
-  CHECK(scanner.Acquire(262144).record.status == kFailed);
+TEST_CASE_FIXTURE(OpenB4, "standard: 65536 lines that fit count as none") {
+  settings.areaWidthPx = 1;
+  StartWithoutUpload(BlockHeader(0x00, 8, 1));
+  device.Reply(Fill(8, 1)).Expect({0x18}).Reply({0x06});
+  CHECK(Acquire(262144).record.status == kFailed);
 }
 
-TEST_CASE("standard: progress is called on every tenth line of a call and with 100 at the end") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaHeightPx = 40;
-  scanner.InitAcquire(1);
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-  scanner.device.FailNextWrite();
-  scanner.AnswerStart(BlockHeader(0x20, 16, 40));
-  scanner.device.Reply(Fill(640, 1));
-  scanner.Acquire(240, 3);
-  CHECK(StandardScanner::progress == std::vector<std::uint32_t>{0, 25});
-  scanner.Acquire(400);
-  CHECK(StandardScanner::progress == std::vector<std::uint32_t>{0, 25, 37, 62, 87, 100});
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: progress is called on every tenth line of a call and with 100 at the end") {
+  settings.areaHeightPx = 40;
+  StartWithoutUpload(BlockHeader(0x20, 16, 40));
+  device.Reply(Fill(640, 1));
+  Acquire(240, 3);
+  CHECK(progress == std::vector<std::uint32_t>{0, 25});
+  Acquire(400);
+  CHECK(progress == std::vector<std::uint32_t>{0, 25, 37, 62, 87, 100});
 }
 
-TEST_CASE("standard: without a progress routine none is called") {
-  StandardScanner scanner("B4");
-  scanner.InitAcquire(1, nullptr);
-  scanner.AcceptUpload(UploadOf("B4"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x04});
-  scanner.AnswerStart(BlockHeader(0x20, 16, 4));
-  scanner.device.Reply(Ramp(0, 64));
-  CHECK(scanner.Acquire(64).record.status == kGoOn);
-  CHECK(StandardScanner::progress.empty());
+TEST_CASE_FIXTURE(OpenB4, "standard: without a progress routine none is called") {
+  InitAcquire(1, nullptr);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStart(BlockHeader(0x20, 16, 4));
+  device.Reply(Ramp(0, 64));
+  CHECK(Acquire(64).record.status == kGoOn);
+  CHECK(progress.empty());
 }
 
-TEST_CASE("standard: a scan of 0 lines is started and done") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaHeightPx = 0;
-  scanner.InitAcquire(1);
-  scanner.AcceptUpload(Replaced(UploadOf("B4"), "04 00", "00 00"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x04});
-  scanner.AnswerStart(BlockHeader(0x00, 16, 4));
-  CHECK(scanner.Acquire(64).recordBytes ==
-        "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
+TEST_CASE_FIXTURE(OpenB4, "standard: a scan of 0 lines is started and done") {
+  settings.areaHeightPx = 0;
+  InitAcquire(1);
+  AcceptUpload(Replaced(UploadOf("B4"), "04 00", "00 00"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStart(BlockHeader(0x00, 16, 4));
+  CHECK(Acquire(64).recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
 }
 
-TEST_CASE("standard: a call behind the last line delivers none") {
-  StandardScanner scanner("B4");
-  scanner.ScanPage();
-  CHECK(scanner.Acquire(64).recordBytes ==
-        "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
+TEST_CASE_FIXTURE(OpenB4, "standard: a call behind the last line delivers none") {
+  ScanPage();
+  CHECK(Acquire(64).recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("standard: line art is inverted where the settings ask for it") {
@@ -207,18 +187,18 @@ TEST_CASE("standard: the palette's planes lie one after another, half a byte a p
   CHECK(ScanLine(4, 4, raw, 2) == Bytes{113, 5, 30, 181});
 }
 
-TEST_CASE("standard: the palette's planes are as wide as the line that was sent for") {
-  StandardScanner scanner("B4");
-  scanner.settings.pixelType = 4;
-  scanner.settings.areaWidthPx = 5;
-  scanner.settings.areaHeightPx = 1;
-  scanner.InitAcquire(2);
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: the palette's planes are as wide as the line that was sent for") {
+  settings.pixelType = 4;
+  settings.areaWidthPx = 5;
+  settings.areaHeightPx = 1;
+  InitAcquire(2);
   const std::string upload = Replaced(UploadOf("B4"), "C 00, D 08", "C 02, D 03");
-  scanner.AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x01});
-  scanner.AnswerStart(BlockHeader(0x20, 12, 1));
-  scanner.device.Reply(Fill(4, 0xFF) + Fill(4, 0x88) + Fill(4, 0x00));
-  CHECK(scanner.Acquire(8).Hex() == "C6 C6 C6 C6 C6 A5 A5 A5");  // 36 * 5 + 6 * 3
+  AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"));
+  device.ExpectBlock(0x1B, 'd', {0x01});
+  AnswerStart(BlockHeader(0x20, 12, 1));
+  device.Reply(Fill(4, 0xFF) + Fill(4, 0x88) + Fill(4, 0x00));
+  CHECK(Acquire(8).Hex() == "C6 C6 C6 C6 C6 A5 A5 A5");  // 36 * 5 + 6 * 3
 }
 
 TEST_CASE("standard: true colour is copied in format 1 and reversed in the others") {
@@ -242,30 +222,26 @@ TEST_CASE("standard: deep grey is copied") {
   CHECK(ScanLine(8, 2, {1, 2, 3, 4}) == Bytes{1, 2, 3, 4});
 }
 
-TEST_CASE("standard: pixels that are not sent repeat the last one") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaLeftPx = 992;
-  scanner.settings.areaHeightPx = 1;
-  scanner.InitAcquire(1);
-  scanner.AcceptUpload(
-      Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x01});
-  scanner.AnswerStart(BlockHeader(0x20, 8, 1));
-  scanner.device.Reply(Ramp(1, 8));
-  CHECK(scanner.Acquire(16).image == Ramp(1, 8) + Fill(8, 8));
+TEST_CASE_FIXTURE(OpenB4, "standard: pixels that are not sent repeat the last one") {
+  settings.areaLeftPx = 992;
+  settings.areaHeightPx = 1;
+  InitAcquire(1);
+  AcceptUpload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"));
+  device.ExpectBlock(0x1B, 'd', {0x01});
+  AnswerStart(BlockHeader(0x20, 8, 1));
+  device.Reply(Ramp(1, 8));
+  CHECK(Acquire(16).image == Ramp(1, 8) + Fill(8, 8));
 }
 
-TEST_CASE("standard: at the end of a page on the feeder it is ejected") {
-  StandardScanner scanner("B4", Status(0, 0x80));
-  scanner.settings.keepPaper = 1;  // counts only with the first feeder flag
-  const Band band = ScanPageFrom(scanner, 1, {0x06});
+TEST_CASE_FIXTURE(OpenFeederB4, "standard: at the end of a page on the feeder it is ejected") {
+  settings.keepPaper = 1;  // counts only with the first feeder flag
+  const Band band = ScanPageFrom(*this, 1, {0x06});
   CHECK(band.record.status == kGoOn);
   CHECK(band.image == Ramp(0, 64));
 }
 
-TEST_CASE("standard: a failed eject is result 2, with the band delivered") {
-  StandardScanner scanner("B4", Status(0, 0x80));
-  const Band band = ScanPageFrom(scanner, 1, {kNak});
+TEST_CASE_FIXTURE(OpenFeederB4, "standard: a failed eject is result 2, with the band delivered") {
+  const Band band = ScanPageFrom(*this, 1, {kNak});
   CHECK(band.recordBytes == "02 00 00 00 A5 A5 A5 A5 01 00 00 00 04 00 00 00 40 00 00 00");
 }
 
@@ -284,29 +260,26 @@ TEST_CASE("standard: nothing is ejected from flatbed and transparency unit") {
   }
 }
 
-TEST_CASE("standard: level A5 ejects from the flatbed too") {
-  StandardScanner scanner("A5");
-  scanner.StartScan(BlockHeader(0x20, 16, 4));
-  scanner.device.Reply(Ramp(0, 64));
-  scanner.ExpectEject();
-  CHECK(scanner.Acquire(64).record.status == kGoOn);
+TEST_CASE_FIXTURE(OpenA5, "standard: level A5 ejects from the flatbed too") {
+  StartScan(BlockHeader(0x20, 16, 4));
+  device.Reply(Ramp(0, 64));
+  ExpectEject();
+  CHECK(Acquire(64).record.status == kGoOn);
 }
 
-TEST_CASE("standard: an aborted page is not ejected at its end") {
-  StandardScanner scanner("A5");
-  scanner.StartScan(BlockHeader(0x00, 16, 1), 1);
-  scanner.SendLines(Fill(16, 1));
-  scanner.Acquire(16);
-  scanner.SendLastBlock(BlockHeader(0x20, 16, 1), Fill(16, 2));
+TEST_CASE_FIXTURE(OpenA5, "standard: an aborted page is not ejected at its end") {
+  StartScan(BlockHeader(0x00, 16, 1), 1);
+  SendLines(Fill(16, 1));
+  Acquire(16);
+  SendLastBlock(BlockHeader(0x20, 16, 1), Fill(16, 2));
   PMAbortScan();
-  CHECK(scanner.Acquire(48).record.done == 1);
+  CHECK(Acquire(48).record.done == 1);
 }
 
-TEST_CASE("standard: two pages in a row are two scans") {
-  StandardScanner scanner("B4");
-  CHECK(scanner.ScanPage().record.status == kGoOn);
-  CHECK(scanner.ScanPage().record.status == kGoOn);
-  CHECK(StandardScanner::progress == std::vector<std::uint32_t>{0, 100, 0, 100});
+TEST_CASE_FIXTURE(OpenB4, "standard: two pages in a row are two scans") {
+  CHECK(ScanPage().record.status == kGoOn);
+  CHECK(ScanPage().record.status == kGoOn);
+  CHECK(progress == std::vector<std::uint32_t>{0, 100, 0, 100});
 }
 
 }  // namespace

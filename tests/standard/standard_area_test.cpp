@@ -112,24 +112,25 @@ TEST_CASE("standard: edges beyond the area wrap at 32 bits") {
   CHECK(PlaceLine(0xFFFFFFFF, 17, 1000, 8, true, 0).width == 16);  // right edge 16
 }
 
-TEST_CASE("standard: the width of the area follows resolution and zoom up to a product of 80000") {
-  StandardScanner scanner("B4");
-  scanner.settings.resolution = 400;
-  scanner.settings.zoom = 200;
-  scanner.settings.areaWidthPx = 9000;
+TEST_CASE_FIXTURE(
+    OpenB4,
+    "standard: the width of the area follows resolution and zoom up to a product of 80000") {
+  settings.resolution = 400;
+  settings.zoom = 200;
+  settings.areaWidthPx = 9000;
   const std::string upload =
       Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 90 01 90 01, H C8 C8");
-  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 40 1F"));  // 8000
+  Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 40 1F"));  // 8000
 }
 
-TEST_CASE("standard: beyond that product it is a multiple of 8 at the effective resolution") {
-  StandardScanner scanner("B4");
-  scanner.settings.resolution = 401;
-  scanner.settings.zoom = 200;  // 802 dpi: 8020 pixels
-  scanner.settings.areaWidthPx = 9000;
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: beyond that product it is a multiple of 8 at the effective resolution") {
+  settings.resolution = 401;
+  settings.zoom = 200;  // 802 dpi: 8020 pixels
+  settings.areaWidthPx = 9000;
   const std::string upload =
       Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 91 01 91 01, H C8 C8");
-  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 50 1F"));  // 8016
+  Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 50 1F"));  // 8016
 }
 
 TEST_CASE("standard: the limit of the product depends on the model's quirk") {
@@ -153,11 +154,11 @@ TEST_CASE("standard: the area of the selected source limits the line") {
   }
 }
 
-TEST_CASE("standard: a doubled resolution is what the limit is computed from") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
-  scanner.settings.areaWidthPx = 1200;  // 2000 pixels at 200 dpi are 1000 at 100
-  scanner.Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 E8 03"));
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: a doubled resolution is what the limit is computed from") {
+  REQUIRE(Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
+  settings.areaWidthPx = 1200;  // 2000 pixels at 200 dpi are 1000 at 100
+  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 E8 03"));
 }
 
 TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
@@ -167,11 +168,10 @@ TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
   CHECK_FALSE(ClipWidth(1, 8, 4096).tooLarge);
 }
 
-TEST_CASE("standard: level B4 sends 5000 pixels as they are") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
-  scanner.settings.areaWidthPx = 5000;
-  scanner.Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 88 13"));
+TEST_CASE_FIXTURE(StandardScanner, "standard: level B4 sends 5000 pixels as they are") {
+  REQUIRE(Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
+  settings.areaWidthPx = 5000;
+  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 88 13"));
 }
 
 TEST_CASE("standard: below level B8 at most 16128 pixels are sent, with code 16 for more") {
@@ -189,14 +189,13 @@ TEST_CASE("standard: more than 256000 bits in a line report code 16 and change n
   CHECK(ClipWidth(8, 16, 32752).tooLarge == false);
 }
 
-TEST_CASE("standard: the area is sent before code 16 ends the scan") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
-  scanner.settings.pixelType = 8;
-  scanner.settings.areaWidthPx = 16008;
+TEST_CASE_FIXTURE(StandardScanner, "standard: the area is sent before code 16 ends the scan") {
+  REQUIRE(Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
+  settings.pixelType = 8;
+  settings.areaWidthPx = 16008;
   const std::string upload = Replaced(UploadOf("B4"), "D 08", "D 0C");
   const std::string area = Area(0, 0, 16008, 4);
-  CHECK(scanner.FailingUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area)) == 16);
+  CHECK(FailingUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area)) == 16);
 }
 
 TEST_CASE("standard: level B8 refuses an origin beyond 65535 with code 34, without ESC A") {
@@ -220,12 +219,10 @@ TEST_CASE("standard: the greatest area of level B8 is sent") {
   CHECK(AreaError(7, 65536, 65536, 32753, 65536) == 0);
 }
 
-TEST_CASE("standard: below level B8 edges are sent with their low 16 bits") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaTopPx = 0x12345;
-  scanner.settings.areaHeightPx = 0x23456;
-  scanner.Upload(
-      Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 45 23 10 00 56 34"));
+TEST_CASE_FIXTURE(OpenB4, "standard: below level B8 edges are sent with their low 16 bits") {
+  settings.areaTopPx = 0x12345;
+  settings.areaHeightPx = 0x23456;
+  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 45 23 10 00 56 34"));
 }
 
 // A scan of the whole length of a feeder at its first resolution, 50 dpi: 650 lines of 1300/100

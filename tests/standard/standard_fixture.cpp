@@ -1,50 +1,17 @@
 #include "tests/standard/standard_fixture.h"
 
 #include <algorithm>
-#include <cstring>
-#include <memory>
 
 namespace pmddb832::tests::standard {
 namespace {
 
 constexpr std::uint8_t kEsc = 0x1B;
-constexpr std::uint8_t kFill = 0xA5;
 
 Bytes Esc(char letter) {
   return {kEsc, static_cast<std::uint8_t>(letter)};
 }
 
 }  // namespace
-
-Bytes FromHex(std::string_view hex) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  Bytes bytes;
-  std::size_t digits = 0;
-  for (const char c : hex) {
-    if (c == ' ') continue;
-    const std::size_t value = kDigits.find(c);
-    REQUIRE(value != std::string_view::npos);
-    if (digits++ % 2 == 0) bytes.push_back(0);
-    bytes.back() = static_cast<std::uint8_t>(static_cast<std::size_t>(bytes.back()) << 4 | value);
-  }
-  return bytes;
-}
-
-Bytes Ramp(std::uint8_t first, std::size_t count) {
-  Bytes bytes(count);
-  for (std::uint8_t& byte : bytes) byte = first++;
-  return bytes;
-}
-
-Bytes Short(std::uint32_t value) {
-  return {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
-}
-
-Bytes With(Bytes block, std::size_t offset, const Bytes& bytes) {
-  REQUIRE(offset + bytes.size() <= block.size());
-  std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
-  return block;
-}
 
 std::string Replaced(std::string text, std::string_view part, std::string_view by) {
   const std::size_t place = text.find(part);
@@ -86,34 +53,22 @@ std::string UploadOf(std::string_view level) {
   return "C 00, D 08, B 01, s 00, Z 02, L 00, M 00, K 00, Q 00, g 00" + area;
 }
 
-StandardScanner::StandardScanner() {
-  progress.clear();
-  duringProgress = nullptr;
-  settings.pixelType = 2;
-  settings.resolution = 100;
-  settings.zoom = 100;
-  settings.areaWidthPx = 16;
-  settings.areaHeightPx = 4;
-  settings.gamma = 220;
-  settings.thresholdT = 0xFFFF;
-}
-
-StandardScanner::StandardScanner(std::string_view openLevel, const Bytes& status)
-    : StandardScanner() {
+StandardScanner::StandardScanner(std::string_view openLevel, const Bytes& status) {
   level = openLevel;
   REQUIRE(Open(Identity(openLevel), status) == 1);
-}
-
-StandardScanner::~StandardScanner() {
-  CHECK(device.Verdict() == "as scripted");
 }
 
 void StandardScanner::AnswerProbe() {
   device.Expect(Esc('I')).Reply({0x02, 0x00, 0x02, 0x00}).Reply(Text("B4"));
 }
 
-void StandardScanner::AnswerReset() {
-  device.Expect(Esc('@')).Reply({0x06});
+void StandardScanner::AnswerIdentification(const Bytes& identity, const Bytes& status,
+                                           const Bytes& product) {
+  AnswerReset();
+  Answer('?', {product});
+  Answer('I', {identity});
+  if (identity[1] != '3') AnswerStatus(status);
+  Answer('?', {product});
 }
 
 void StandardScanner::Answer(char letter, const standard::Reply& reply) {
@@ -151,42 +106,12 @@ void StandardScanner::SendLastBlock(const Bytes& header, const Bytes& lines) {
   device.Reply(header).Reply(lines);
 }
 
-void StandardScanner::ExpectEject() {
-  device.Expect({0x0C}).Reply({0x06});
-}
-
 std::uint32_t StandardScanner::Open(const Bytes& identity, const Bytes& status,
                                     const Bytes& product) {
   optionFitted = status.size() > 6 && ((status[1] | status[6]) & 0x80) != 0;
   AnswerProbe();
-  AnswerReset();
-  Answer('?', {product});
-  Answer('I', {identity});
-  if (identity[1] != '3') AnswerStatus(status);
-  Answer('?', {product});
+  AnswerIdentification(identity, status, product);
   return PMOpenScanner(&settings);
-}
-
-std::string StandardScanner::InitAcquire(std::uint32_t outputFormat, ProgressCallback callback) {
-  const auto record = std::make_unique<AcquisitionSetup>();
-  std::memset(record.get(), kFill, sizeof *record);
-  PMInitAcquire(outputFormat, callback, record.get());
-  Bytes bytes(sizeof *record);
-  std::memcpy(bytes.data(), record.get(), bytes.size());
-  return Hex(bytes);
-}
-
-Band StandardScanner::Acquire(std::size_t bufferBytes, std::uint32_t request) {
-  Band band{{}, {}, Fill(bufferBytes, kFill)};
-  const auto record = std::make_unique<AcquisitionBand>();
-  std::memset(record.get(), kFill, sizeof *record);
-  record->status = request;
-  PMAcquireImage(band.image.data(), static_cast<std::uint32_t>(bufferBytes), record.get());
-  band.record = *record;
-  Bytes bytes(sizeof *record);
-  std::memcpy(bytes.data(), record.get(), bytes.size());
-  band.recordBytes = Hex(bytes);
-  return band;
 }
 
 void StandardScanner::Upload(std::string_view commands) {
@@ -217,15 +142,17 @@ void StandardScanner::StartScan(const Bytes& header, std::uint8_t linesPerBlock,
   AnswerStart(header);
 }
 
+void StandardScanner::StartWithoutUpload(const Bytes& header, std::uint32_t outputFormat) {
+  InitAcquire(outputFormat);
+  device.Expect(Esc('F')).FailNextRead();
+  device.FailNextWrite();  // ESC d
+  AnswerStart(header);
+}
+
 Band StandardScanner::ScanPage(std::uint32_t outputFormat) {
   StartScan(BlockHeader(0x20, 16, 4), 4, outputFormat);
   device.Reply(Ramp(0, 64));
   return Acquire(64);
-}
-
-void StandardScanner::NoteProgress(std::uint32_t percent) {
-  progress.push_back(percent);
-  if (duringProgress) duringProgress();
 }
 
 Bytes BlockHeader(std::uint8_t status, std::uint16_t lineBytes, std::uint16_t lines) {

@@ -1,31 +1,9 @@
 #pragma once
 
-#include <doctest/doctest.h>
-
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "tests/interface/module_fixture.h"
+#include "tests/interface/scripted_scanner.h"
 
 namespace pmddb832::tests::standard {
 
-inline constexpr std::uint8_t kNak = 0x15;
-inline constexpr std::uint32_t kGoOn = 1;
-inline constexpr std::uint32_t kFailed = 2;
-// What a member of a host record holds that the module did not write.
-inline constexpr std::uint32_t kUnwritten = 0xA5A5A5A5;
-
-// The bytes of "1C 49"; white space is free.
-Bytes FromHex(std::string_view hex);
-// first, first + 1, ...
-Bytes Ramp(std::uint8_t first, std::size_t count);
-// The two bytes of a little-endian integer.
-Bytes Short(std::uint32_t value);
-// `block` with other bytes from `offset` on.
-Bytes With(Bytes block, std::size_t offset, const Bytes& bytes);
 // `text` with `part`, which it must contain, replaced.
 std::string Replaced(std::string text, std::string_view part, std::string_view by);
 
@@ -48,29 +26,18 @@ Bytes Status(std::uint8_t main = 0, std::uint8_t feeder = 0, std::uint8_t transp
 // The upload of the fixture's settings at a level, as "letter parameters, letter parameters ...".
 std::string UploadOf(std::string_view level);
 
-// What the host has after a call of PMAcquireImage. Record and image were filled with A5 before it.
-struct Band {
-  AcquisitionBand record;
-  std::string recordBytes;  // "01 00 00 00 A5 ..."
-  Bytes image;
-
-  std::string Hex() const { return tests::Hex(image); }
-};
-
-// A host and a standard scanner. The settings ask for a grey scan of 16 x 4 pixels at 100 dpi in
-// the corner of the flatbed. A test scripts what the scanner expects and answers, and calls the
-// host's functions. At its end the conversation must have been the scripted one.
-class StandardScanner : public ModuleFixture {
+class StandardScanner : public ScriptedScanner {
  public:
   // Not opened yet.
-  StandardScanner();
+  StandardScanner() = default;
   // Opened.
   explicit StandardScanner(std::string_view openLevel, const Bytes& status = standard::Status());
-  ~StandardScanner();
 
   // The scanner's side: scripts one exchange each.
   void AnswerProbe();
-  void AnswerReset();
+  // What an open asks behind the probe; a level of digit 3 is asked for no status.
+  void AnswerIdentification(const Bytes& identity, const Bytes& status = standard::Status(),
+                            const Bytes& product = Product());
   void Answer(char letter, const standard::Reply& reply);
   void AnswerStatus(const Bytes& status = standard::Status());
   void AcceptUpload(std::string_view commands);  // ESC "F" and the commands
@@ -80,15 +47,10 @@ class StandardScanner : public ModuleFixture {
   void SendLines(const Bytes& lines);
   void SendBlock(const Bytes& header, const Bytes& lines);
   void SendLastBlock(const Bytes& header, const Bytes& lines);
-  void ExpectEject();
 
   // The host's side.
   std::uint32_t Open(const Bytes& identity = Identity(), const Bytes& status = standard::Status(),
                      const Bytes& product = Product());
-  // The record that PMInitAcquire filled, as hex text.
-  std::string InitAcquire(std::uint32_t outputFormat = 2,
-                          ProgressCallback callback = &NoteProgress);
-  Band Acquire(std::size_t bufferBytes, std::uint32_t request = kUnwritten);
 
   // Both sides. The upload of an acquisition that then fails at the next command.
   void Upload(std::string_view commands);
@@ -98,17 +60,30 @@ class StandardScanner : public ModuleFixture {
   // `header`. The scan takes `linesPerBlock`; 0 stands for line mode.
   void StartScan(const Bytes& header, std::uint8_t linesPerBlock = 4,
                  std::uint32_t outputFormat = 1);
+  // The same of a scanner that takes neither an upload nor the lines of a block.
+  void StartWithoutUpload(const Bytes& header, std::uint32_t outputFormat = 1);
   // The whole default scan: one block of 64 bytes.
   Band ScanPage(std::uint32_t outputFormat = 1);
-
-  // Calls of the progress routine since the fixture was made, and what else it does in each.
-  inline static std::vector<std::uint32_t> progress;
-  inline static std::function<void()> duringProgress;
-  static void NoteProgress(std::uint32_t percent);
 
   // Of the scanner that was opened.
   std::string level = "B4";
   bool optionFitted = false;
+};
+
+struct OpenB3 : StandardScanner {
+  OpenB3() : StandardScanner("B3") {}
+};
+struct OpenB4 : StandardScanner {
+  OpenB4() : StandardScanner("B4") {}
+};
+struct OpenFeederB4 : StandardScanner {
+  OpenFeederB4() : StandardScanner("B4", standard::Status(0, 0x80)) {}
+};
+struct OpenA5 : StandardScanner {
+  OpenA5() : StandardScanner("A5") {}
+};
+struct OpenB8 : StandardScanner {
+  OpenB8() : StandardScanner("B8") {}
 };
 
 // Header of a block of `lines` lines.

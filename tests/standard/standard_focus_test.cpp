@@ -20,42 +20,39 @@ std::uint8_t PositionFor(const Reply& reply) {
   return position;
 }
 
-TEST_CASE("standard: focus is a matter of level code 8 in the settings") {
-  StandardScanner scanner("B8");
+TEST_CASE_FIXTURE(OpenB8, "standard: focus is a matter of level code 8 in the settings") {
   for (const std::uint32_t code : {0u, 7u, 9u}) {
-    scanner.settings.commandLevel = code;
+    settings.commandLevel = code;
     CHECK(PMSetFocus(0, 17) == 17);
     CHECK(PMSetFocus(1, 0xBF) == 0xBF);
   }
 }
 
-TEST_CASE("standard: a manual position is sent with its offset and comes back") {
-  StandardScanner scanner("B8");
-  scanner.device.ExpectBlock(0x1B, 'p', {0x51});
+TEST_CASE_FIXTURE(OpenB8, "standard: a manual position is sent with its offset and comes back") {
+  device.ExpectBlock(0x1B, 'p', {0x51});
   CHECK(PMSetFocus(0, 0x11) == 0x11);
-  scanner.device.ExpectBlock(0x1B, 'p', {0x3F});
+  device.ExpectBlock(0x1B, 'p', {0x3F});
   CHECK(PMSetFocus(0, 0xFF) == 0xFF);
 }
 
-TEST_CASE("standard: a manual position that is 255 on the wire comes back as 156") {
-  StandardScanner scanner("B8");
-  scanner.device.ExpectBlock(0x1B, 'p', {0xFF});
+TEST_CASE_FIXTURE(OpenB8, "standard: a manual position that is 255 on the wire comes back as 156") {
+  device.ExpectBlock(0x1B, 'p', {0xFF});
   CHECK(PMSetFocus(0, 0xBF) == 156);
 }
 
-TEST_CASE("standard: a manual position comes back also when it was not acknowledged") {
-  StandardScanner scanner("B8");
-  scanner.device.Expect({0x1B, 0x70}).Reply({kNak});
+TEST_CASE_FIXTURE(OpenB8,
+                  "standard: a manual position comes back also when it was not acknowledged") {
+  device.Expect({0x1B, 0x70}).Reply({kNak});
   CHECK(PMSetFocus(0, 0x11) == 0x11);
 }
 
-TEST_CASE("standard: automatic focus sends the settings, waits 20 seconds and asks") {
-  StandardScanner scanner("B8");
-  scanner.AcceptUpload(UploadOf("B8"));
-  scanner.device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-  scanner.device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x45});
+TEST_CASE_FIXTURE(OpenB8,
+                  "standard: automatic focus sends the settings, waits 20 seconds and asks") {
+  AcceptUpload(UploadOf("B8"));
+  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
+  device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x45});
   CHECK(PMSetFocus(7, 0) == 5);
-  CHECK(scanner.system.sleptMilliseconds == 20000);
+  CHECK(system.sleptMilliseconds == 20000);
 }
 
 TEST_CASE("standard: the position is the second data byte, where bit 0 of the first is clear") {
@@ -74,33 +71,31 @@ TEST_CASE("standard: a focus reply that is too short or too long tells no positi
   CHECK(PMSetFocus(1, 0) == 156);
 }
 
-TEST_CASE("standard: automatic focus goes on and waits although nothing is answered") {
-  StandardScanner scanner("B8");
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-  scanner.device.Expect({0x1B, 0x70}).Reply({kNak});
-  scanner.device.Expect({0x1B, 0x71}).Reply({0x15, 0x00, 0x02, 0x00});
+TEST_CASE_FIXTURE(OpenB8,
+                  "standard: automatic focus goes on and waits although nothing is answered") {
+  device.Expect({0x1B, 0x46}).FailNextRead();
+  device.Expect({0x1B, 0x70}).Reply({kNak});
+  device.Expect({0x1B, 0x71}).Reply({0x15, 0x00, 0x02, 0x00});
   CHECK(PMSetFocus(1, 0) == 156);
-  CHECK(scanner.system.sleptMilliseconds == 20000);
+  CHECK(system.sleptMilliseconds == 20000);
 }
 
-TEST_CASE("standard: automatic focus takes area and pixel type from the settings") {
-  StandardScanner scanner("B8");
-  scanner.settings.pixelType = 5;
-  scanner.settings.areaLeftPx = 1;
-  scanner.settings.areaTopPx = 2;
-  scanner.settings.areaWidthPx = 24;
-  scanner.settings.areaHeightPx = 9;
+TEST_CASE_FIXTURE(OpenB8, "standard: automatic focus takes area and pixel type from the settings") {
+  settings.pixelType = 5;
+  settings.areaLeftPx = 1;
+  settings.areaTopPx = 2;
+  settings.areaWidthPx = 24;
+  settings.areaHeightPx = 9;
   const std::string upload = Replaced(UploadOf("B8"), "C 00", "C 13");
-  scanner.AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 01 00 02 00 18 00 09 00"));
-  scanner.device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
+  AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 01 00 02 00 18 00 09 00"));
+  device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   CHECK(PMSetFocus(1, 0) == 156);
 }
 
-TEST_CASE("standard: an area that the upload refuses leaves its code") {
-  StandardScanner scanner("B8");
-  scanner.settings.areaLeftPx = 65536;
-  scanner.AcceptUpload(Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", ""));
-  scanner.device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
+TEST_CASE_FIXTURE(OpenB8, "standard: an area that the upload refuses leaves its code") {
+  settings.areaLeftPx = 65536;
+  AcceptUpload(Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", ""));
+  device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);
   CHECK(PMGetScanError() == 34);
 }

@@ -1,6 +1,3 @@
-#include <cstring>
-#include <memory>
-
 #include "tests/safety/failing_allocation.h"
 #include "tests/standard/standard_fixture.h"
 
@@ -9,52 +6,16 @@
 namespace pmddb832::tests::standard {
 namespace {
 
-Bytes Record(const ScannerSettings& settings) {
-  Bytes bytes(sizeof settings);
-  std::memcpy(bytes.data(), &settings, bytes.size());
-  return bytes;
-}
-
-Bytes Word(std::uint32_t value) {
-  return Short(value) + Short(value >> 16);
-}
-
-// A record that the host filled with A5 but for the members that the open reads.
-std::unique_ptr<ScannerSettings> FilledRecord(const ScannerSettings& model) {
-  auto record = std::make_unique<ScannerSettings>();
-  std::memset(record.get(), 0xA5, sizeof *record);
-  record->deviceInterface = model.deviceInterface;
-  record->useDeviceInterface = 1;
-  std::memcpy(record->modelId, "QM8700\0\xA5", 8);
-  return record;
-}
-
-// What an open asks behind the probe.
-void AnswerIdentification(StandardScanner& scanner, const Bytes& identity) {
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
-  scanner.Answer('I', {identity});
-  scanner.AnswerStatus();
-  scanner.Answer('?', {Product()});
-}
-
-// What an open makes of that record. Its size is exact: no byte behind it may be touched.
+// What an open makes of the record that the host filled with A5.
 Bytes RecordAfterOpen(StandardScanner& scanner, const Bytes& identity, const Bytes& status) {
-  const auto record = FilledRecord(scanner.settings);
   scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
-  scanner.Answer('I', {identity});
-  if (!status.empty()) scanner.AnswerStatus(status);
-  scanner.Answer('?', {Product()});
-  CHECK(PMOpenScanner(record.get()) == 1);
-  PMExit();
-  return Record(*record);
+  scanner.AnswerIdentification(identity, status);
+  return FilledRecordAfterOpen(scanner.settings);
 }
 
 // That record with what an open writes whatever the option unit is, for level B4.
 Bytes IdentifiedRecord(const ScannerSettings& model) {
-  Bytes record = Record(*FilledRecord(model));
+  Bytes record = FilledRecord(model);
   record = With(std::move(record), 0, FromHex("02 00 00 00 42 34 00 A5"));
   record = With(std::move(record), 8, Text("QM8700") + Bytes{0x00, 0xA5});
   record = With(std::move(record), 28, Word(1000) + Word(1400));
@@ -185,29 +146,30 @@ TEST_CASE("standard: a level digit up to 2, or beyond ASCII, ends before the lev
   for (const char* level : {"B2", "B1", "A0", "B ", "B\x80"}) CheckLevelRefused(level, 99);
 }
 
-TEST_CASE("standard: the numbers of the resolution list are stored as they are placed in it") {
-  StandardScanner scanner;
-  CHECK(scanner.Open(IdentityOf("B4", {1, 75, 300})) == 1);
-  CHECK(scanner.settings.minResolution == 1);
-  CHECK(scanner.settings.minResolutionCopy == 1);
-  CHECK(scanner.settings.baseResolution == 300);
-  CHECK(scanner.settings.maxResolutionCopy == 300);
-  CHECK(scanner.settings.baseResolutionCopy == 75);
-  CHECK(scanner.settings.bedWidth == 333);  // 1000 * 100 / 300
+TEST_CASE_FIXTURE(
+    StandardScanner,
+    "standard: the numbers of the resolution list are stored as they are placed in it") {
+  CHECK(Open(IdentityOf("B4", {1, 75, 300})) == 1);
+  CHECK(settings.minResolution == 1);
+  CHECK(settings.minResolutionCopy == 1);
+  CHECK(settings.baseResolution == 300);
+  CHECK(settings.maxResolutionCopy == 300);
+  CHECK(settings.baseResolutionCopy == 75);
+  CHECK(settings.bedWidth == 333);  // 1000 * 100 / 300
 }
 
-TEST_CASE("standard: an area in hundredths of an inch keeps its low 16 bits") {
-  StandardScanner scanner;
-  CHECK(scanner.Open(IdentityOf("B4", {1})) == 1);
-  CHECK(scanner.settings.bedWidth == (100000 & 0xFFFF));
-  CHECK(scanner.settings.bedHeight == (140000 & 0xFFFF));
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: an area in hundredths of an inch keeps its low 16 bits") {
+  CHECK(Open(IdentityOf("B4", {1})) == 1);
+  CHECK(settings.bedWidth == (100000 & 0xFFFF));
+  CHECK(settings.bedHeight == (140000 & 0xFFFF));
 }
 
-TEST_CASE("standard: bytes behind a whole number of resolutions belong to none") {
-  StandardScanner scanner;
-  CHECK(scanner.Open(Identity() + Bytes{0x11, 0x22}) == 1);
-  CHECK(scanner.settings.baseResolution == 100);
-  CHECK(scanner.settings.bedWidth == 1000);
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: bytes behind a whole number of resolutions belong to none") {
+  CHECK(Open(Identity() + Bytes{0x11, 0x22}) == 1);
+  CHECK(settings.baseResolution == 100);
+  CHECK(settings.bedWidth == 1000);
 }
 
 TEST_CASE("standard: 47 resolutions fill the reply buffer") {
@@ -233,13 +195,13 @@ TEST_CASE("standard: an identity whose last resolution is 0 is refused") {
   CheckIdentityRefused({IdentityOf("B4", {100, 0})}, true);
 }
 
-TEST_CASE("standard: a doubled resolution beyond 16 bits is refused like 0") {
-  StandardScanner scanner;
-  scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product("SCANNER QM-2700 ")});
-  scanner.Answer('I', {IdentityOf("B4", {100, 0x8000})});
-  CHECK(PMOpenScanner(&scanner.settings) == 0);
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: a doubled resolution beyond 16 bits is refused like 0") {
+  AnswerProbe();
+  AnswerReset();
+  Answer('?', {Product("SCANNER QM-2700 ")});
+  Answer('I', {IdentityOf("B4", {100, 0x8000})});
+  CHECK(PMOpenScanner(&settings) == 0);
   CHECK(PMGetScanError() == 1);
 }
 
@@ -298,19 +260,17 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: what a short status does not hold 
   CHECK(settings.optionWidth == 0);
 }
 
-TEST_CASE("standard: a second open of an open set does nothing") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4, "standard: a second open of an open set does nothing") {
   CHECK(currentCommandSet->Open() == 1);
 }
 
-TEST_CASE("standard: a closed set identifies again at the next open") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4, "standard: a closed set identifies again at the next open") {
   PMCloseScanner();
   CHECK(currentChannel->opened == 0);
   PMCloseScanner();  // does nothing
-  AnswerIdentification(scanner, IdentityOf("B5", {50, 200}));
+  AnswerIdentification(IdentityOf("B5", {50, 200}));
   CHECK(currentCommandSet->Open() == 1);
-  CHECK(scanner.settings.baseResolution == 200);
+  CHECK(settings.baseResolution == 200);
 }
 
 TEST_CASE("standard: every allocation of an open may fail, and the next open succeeds") {
@@ -328,7 +288,7 @@ TEST_CASE("standard: every allocation of an open may fail, and the next open suc
       CHECK(PMOpenScanner(&scanner.settings) == 0);
     }
     CHECK(PMGetScanError() == 1);
-    AnswerIdentification(scanner, Identity());
+    scanner.AnswerIdentification(Identity());
     CHECK(currentCommandSet->Open() == 1);
   }
 }

@@ -70,23 +70,21 @@ TEST_CASE("standard: without model id and listed product the model is ORVAN and 
   CHECK(ModelNameFor("", "SCANNER QM-8700 ") == "ORVAN  ");
 }
 
-TEST_CASE("standard: the product name is stored with blanks up to 16 characters") {
-  StandardScanner scanner;
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: the product name is stored with blanks up to 16 characters") {
   const Bytes name = Fill(8, 0) + Text("ABC") + Bytes{0x00} + Text("DEF");
-  REQUIRE(scanner.Open(Identity(), Status(), name) == 1);
-  CHECK(std::string(scanner.settings.productNameReply) == "ABC             ");
+  REQUIRE(Open(Identity(), Status(), name) == 1);
+  CHECK(std::string(settings.productNameReply) == "ABC             ");
 }
 
-TEST_CASE("standard: of a longer name 16 characters are stored") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(Identity(), Status(), Product("ABCDEFGHIJKLMNOPQRST")) == 1);
-  CHECK(std::string(scanner.settings.productNameReply) == "ABCDEFGHIJKLMNOP");
+TEST_CASE_FIXTURE(StandardScanner, "standard: of a longer name 16 characters are stored") {
+  REQUIRE(Open(Identity(), Status(), Product("ABCDEFGHIJKLMNOPQRST")) == 1);
+  CHECK(std::string(settings.productNameReply) == "ABCDEFGHIJKLMNOP");
 }
 
-TEST_CASE("standard: an empty product name stays empty") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(Identity(), Status(), Fill(8, 0x41) + Fill(16, 0)) == 1);
-  CHECK(scanner.settings.productNameReply[0] == '\0');
+TEST_CASE_FIXTURE(StandardScanner, "standard: an empty product name stays empty") {
+  REQUIRE(Open(Identity(), Status(), Fill(8, 0x41) + Fill(16, 0)) == 1);
+  CHECK(settings.productNameReply[0] == '\0');
 }
 
 TEST_CASE("standard: a product reply that ends before the name has an empty one") {
@@ -137,11 +135,10 @@ TEST_CASE("standard: a quirk doubles the highest resolution and the areas, not t
   }
 }
 
-TEST_CASE("standard: a listed model id has no quirk") {
-  StandardScanner scanner;
-  SetModelId(scanner.settings, "QM2700");
-  REQUIRE(scanner.Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
-  CHECK(scanner.settings.baseResolution == 100);
+TEST_CASE_FIXTURE(StandardScanner, "standard: a listed model id has no quirk") {
+  SetModelId(settings, "QM2700");
+  REQUIRE(Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
+  CHECK(settings.baseResolution == 100);
 }
 
 }  // namespace

@@ -50,15 +50,15 @@ std::uint32_t WarmUp(const Bytes& status) {
   return PMGetScanError();
 }
 
-TEST_CASE("standard: a scan starts with settings, lines per block, status and ESC G") {
-  StandardScanner scanner("B4");
-  scanner.InitAcquire(1);
-  scanner.AcceptUpload(UploadOf("B4"));
-  scanner.device.Expect({0x1B, 0x64}).Reply({0x06}).Expect({0x04}).Reply({0x06});
-  scanner.device.Expect({0x1B, 0x66}).Reply({0x02, 0x00, 0x0B, 0x00}).Reply(Status());
-  scanner.device.Expect({0x1B, 0x47}).Reply({0x02, 0x20, 0x10, 0x00, 0x04, 0x00});
-  scanner.device.Reply(Ramp(0, 64));
-  CHECK(scanner.Acquire(64).Hex() == Hex(Ramp(0, 64)));
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a scan starts with settings, lines per block, status and ESC G") {
+  InitAcquire(1);
+  AcceptUpload(UploadOf("B4"));
+  device.Expect({0x1B, 0x64}).Reply({0x06}).Expect({0x04}).Reply({0x06});
+  device.Expect({0x1B, 0x66}).Reply({0x02, 0x00, 0x0B, 0x00}).Reply(Status());
+  device.Expect({0x1B, 0x47}).Reply({0x02, 0x20, 0x10, 0x00, 0x04, 0x00});
+  device.Reply(Ramp(0, 64));
+  CHECK(Acquire(64).Hex() == Hex(Ramp(0, 64)));
 }
 
 TEST_CASE("standard: a jammed transparency unit keeps the scan from starting with code 15") {
@@ -81,8 +81,7 @@ TEST_CASE("standard: an option unit that does not tell its status is code 7") {
     scanner.InitAcquire();
     scanner.AcceptUpload("e 01, " + UploadOf("B4"));
     scanner.device.Expect({0x1B, 0x66}).FailNextRead();
-    CHECK(scanner.Acquire(64).record.status == kFailed);
-    CHECK(PMGetScanError() == 7);
+    scanner.CheckAcquireFails(64, 7);
   }
 }
 
@@ -111,27 +110,24 @@ TEST_CASE("standard: with status 3 the host asks for a receive buffer of 65280 b
   CheckLinesPerBlock(2000, 2000, 32, 3);
 }
 
-TEST_CASE("standard: a line beyond the receive buffer is code 16") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(With(Identity("B8"), 9, {0xFF, 0xFF})) == 1);
-  scanner.level = "B8";
-  scanner.settings.areaWidthPx = 65272;
-  scanner.InitAcquire();
+TEST_CASE_FIXTURE(StandardScanner, "standard: a line beyond the receive buffer is code 16") {
+  REQUIRE(Open(With(Identity("B8"), 9, {0xFF, 0xFF})) == 1);
+  level = "B8";
+  settings.areaWidthPx = 65272;
+  InitAcquire();
   const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
-  scanner.AcceptUpload(upload);  // code 35
-  CHECK(scanner.Acquire(65280).record.status == kFailed);
-  CHECK(PMGetScanError() == 35);
-  scanner.device.Expect({0x1B, 0x46}).FailNextRead();  // without an upload the lines are counted
-  CHECK(scanner.Acquire(65280).record.status == kFailed);
-  CHECK(PMGetScanError() == 16);
+  AcceptUpload(upload);  // code 35
+  CheckAcquireFails(65280, 35);
+  device.Expect({0x1B, 0x46}).FailNextRead();  // without an upload the lines are counted
+  CheckAcquireFails(65280, 16);
 }
 
-TEST_CASE("standard: lines per block that are not acknowledged do not end the start") {
-  StandardScanner scanner("B4");
-  scanner.InitAcquire();
-  scanner.AcceptUpload(UploadOf("B4"));
-  scanner.device.Expect({0x1B, 0x64}).Reply({kNak}).FailNextWrite();
-  scanner.Acquire(64);
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: lines per block that are not acknowledged do not end the start") {
+  InitAcquire();
+  AcceptUpload(UploadOf("B4"));
+  device.Expect({0x1B, 0x64}).Reply({kNak}).FailNextWrite();
+  Acquire(64);
   CHECK(PMGetScanError() == 22);
 }
 
@@ -141,27 +137,25 @@ TEST_CASE("standard: a fatal error before the start is code 22, warming up is co
   CHECK(WarmUp(Status(0x02)) == 43);
 }
 
-TEST_CASE("standard: a scanner that was warming up is started by the next call") {
-  StandardScanner scanner("B4");
-  scanner.InitAcquire(1);
-  scanner.AcceptUpload(UploadOf("B4"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x04});
-  scanner.AnswerStatus(Status(0x02));
-  scanner.Acquire(64);
-  scanner.AcceptUpload(UploadOf("B4"));
-  scanner.device.ExpectBlock(0x1B, 'd', {0x04});
-  scanner.AnswerStart(BlockHeader(0x20, 16, 4));
-  scanner.device.Reply(Ramp(0, 64));
-  CHECK(scanner.Acquire(64).record.status == kGoOn);
+TEST_CASE_FIXTURE(OpenB4, "standard: a scanner that was warming up is started by the next call") {
+  InitAcquire(1);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStatus(Status(0x02));
+  Acquire(64);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStart(BlockHeader(0x20, 16, 4));
+  device.Reply(Ramp(0, 64));
+  CHECK(Acquire(64).record.status == kGoOn);
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE("standard: the progress window is repainted before ESC G") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4, "standard: the progress window is repainted before ESC G") {
   int window = 0;
-  scanner.settings.progressWindow = &window;
-  scanner.ScanPage();
-  CHECK(scanner.system.repaintedWindows == std::vector<void*>{&window});
+  settings.progressWindow = &window;
+  ScanPage();
+  CHECK(system.repaintedWindows == std::vector<void*>{&window});
 }
 
 TEST_CASE("standard: an ESC G that is not sent or answered is code 9") {
@@ -173,56 +167,51 @@ TEST_CASE("standard: an ESC G that is not sent or answered is code 9") {
     scanner.AnswerStatus();
     if (sent) scanner.device.Expect({0x1B, 0x47}).FailNextRead();
     if (!sent) scanner.device.FailNextWrite();
-    CHECK(scanner.Acquire(64).record.status == kFailed);
-    CHECK(PMGetScanError() == 9);
+    scanner.CheckAcquireFails(64, 9);
   }
 }
 
-TEST_CASE("standard: the first header need not begin with STX") {
-  StandardScanner scanner("B4");
-  scanner.StartScan({0x15, 0x20, 0x10, 0x00, 0x04, 0x00});
-  scanner.device.Reply(Ramp(0, 64));
-  CHECK(scanner.Acquire(64).record.status == kGoOn);
+TEST_CASE_FIXTURE(OpenB4, "standard: the first header need not begin with STX") {
+  StartScan({0x15, 0x20, 0x10, 0x00, 0x04, 0x00});
+  device.Reply(Ramp(0, 64));
+  CHECK(Acquire(64).record.status == kGoOn);
 }
 
-TEST_CASE("standard: an error in the first header asks once more, with its own header") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: an error in the first header asks once more, with its own header") {
   int window = 0;
-  scanner.settings.progressWindow = &window;
-  scanner.StartScan(BlockHeader(0x80, 99, 99));
-  scanner.AnswerStatus();
-  scanner.device.Expect({0x1B, 0x47});
-  scanner.SendLastBlock(BlockHeader(0xA0, 16, 4), Ramp(0, 64));  // an error now is not looked at
-  CHECK(scanner.Acquire(64).Hex() == Hex(Ramp(0, 64)));
-  CHECK(scanner.system.repaintedWindows.size() == 2);
+  settings.progressWindow = &window;
+  StartScan(BlockHeader(0x80, 99, 99));
+  AnswerStatus();
+  device.Expect({0x1B, 0x47});
+  SendLastBlock(BlockHeader(0xA0, 16, 4), Ramp(0, 64));  // an error now is not looked at
+  CHECK(Acquire(64).Hex() == Hex(Ramp(0, 64)));
+  CHECK(system.repaintedWindows.size() == 2);
 }
 
-TEST_CASE("standard: the second start needs a ready scanner too") {
-  StandardScanner scanner("B4");
-  scanner.StartScan(BlockHeader(0x80, 0, 0));
-  scanner.AnswerStatus(Status(0x02));
-  CHECK(scanner.Acquire(64).record.status == kFailed);
-  CHECK(PMGetScanError() == 43);
+TEST_CASE_FIXTURE(OpenB4, "standard: the second start needs a ready scanner too") {
+  StartScan(BlockHeader(0x80, 0, 0));
+  AnswerStatus(Status(0x02));
+  CheckAcquireFails(64, 43);
 }
 
-TEST_CASE("standard: the receive buffer is made anew for each scan and given back at the close") {
-  StandardScanner scanner("B4");
-  scanner.ScanPage();
-  CHECK(scanner.system.heapBlocks == 1);
-  scanner.ScanPage();
-  CHECK(scanner.system.heapBlocks == 1);
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: the receive buffer is made anew for each scan and given back at the close") {
+  ScanPage();
+  CHECK(system.heapBlocks == 1);
+  ScanPage();
+  CHECK(system.heapBlocks == 1);
   PMCloseScanner();
-  CHECK(scanner.system.heapBlocks == 0);
+  CHECK(system.heapBlocks == 0);
 }
 
-TEST_CASE("standard: without memory for the receive buffer nothing is sent") {
-  StandardScanner scanner("B4");
-  scanner.InitAcquire(1);
-  scanner.system.heapAllocationsLeft = 0;
-  CHECK(scanner.Acquire(64).record.status == kFailed);
-  CHECK(scanner.Acquire(64, 3).record.status == kFailed);
-  scanner.system.heapAllocationsLeft.reset();
-  CHECK(scanner.ScanPage().record.status == kGoOn);
+TEST_CASE_FIXTURE(OpenB4, "standard: without memory for the receive buffer nothing is sent") {
+  InitAcquire(1);
+  system.heapAllocationsLeft = 0;
+  CHECK(Acquire(64).record.status == kFailed);
+  CHECK(Acquire(64, 3).record.status == kFailed);
+  system.heapAllocationsLeft.reset();
+  CHECK(ScanPage().record.status == kGoOn);
 }
 
 TEST_CASE("standard: no model waits before its first block") {

@@ -30,72 +30,66 @@ void CheckSetup(StandardScanner& scanner, const Line& line, std::uint8_t status 
   CHECK(PMGetScanError() == code);
 }
 
-TEST_CASE("standard: each pixel type has its line size, aligned to 4 bytes") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4, "standard: each pixel type has its line size, aligned to 4 bytes") {
   for (const Line& line :
        {Line{0, 1, 4}, Line{0, 32, 4}, Line{0, 33, 8}, Line{1, 9, 8}, Line{2, 5, 8}, Line{3, 3, 4},
         Line{4, 6, 8}, Line{5, 3, 12}, Line{6, 3, 8}, Line{7, 3, 20}, Line{8, 3, 8}}) {
-    CheckSetup(scanner, line);
+    CheckSetup(*this, line);
   }
 }
 
-TEST_CASE("standard: in preview mode the deep types have lines of 8-bit samples") {
-  StandardScanner scanner("B4");
-  scanner.settings.previewMode = 1;
-  CheckSetup(scanner, {7, 5, 16});
-  CheckSetup(scanner, {8, 5, 8});
-  CheckSetup(scanner, {2, 5, 8});
+TEST_CASE_FIXTURE(OpenB4, "standard: in preview mode the deep types have lines of 8-bit samples") {
+  settings.previewMode = 1;
+  CheckSetup(*this, {7, 5, 16});
+  CheckSetup(*this, {8, 5, 8});
+  CheckSetup(*this, {2, 5, 8});
 }
 
-TEST_CASE("standard: in output format 1 lines of two pixels a byte are not aligned") {
-  StandardScanner scanner("B4");
-  CheckSetup(scanner, {1, 3, 2, 1});
-  CheckSetup(scanner, {1, 3, 4, 2});
-  CheckSetup(scanner, {3, 9, 5, 1});
-  CheckSetup(scanner, {0, 9, 4, 1});
-  CheckSetup(scanner, {5, 1, 4, 1});
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: in output format 1 lines of two pixels a byte are not aligned") {
+  CheckSetup(*this, {1, 3, 2, 1});
+  CheckSetup(*this, {1, 3, 4, 2});
+  CheckSetup(*this, {3, 9, 5, 1});
+  CheckSetup(*this, {0, 9, 4, 1});
+  CheckSetup(*this, {5, 1, 4, 1});
 }
 
-TEST_CASE("standard: an unlisted pixel type keeps the type before it") {
-  StandardScanner scanner("B4");
-  CheckSetup(scanner, {5, 4, 12});
-  CheckSetup(scanner, {9, 4, 12});
-  CheckSetup(scanner, {0xFFFFFFFF, 4, 12});
+TEST_CASE_FIXTURE(OpenB4, "standard: an unlisted pixel type keeps the type before it") {
+  CheckSetup(*this, {5, 4, 12});
+  CheckSetup(*this, {9, 4, 12});
+  CheckSetup(*this, {0xFFFFFFFF, 4, 12});
 }
 
-TEST_CASE("standard: an unlisted pixel type before any other has lines of one byte a pixel") {
-  StandardScanner scanner("B4");
-  CheckSetup(scanner, {9, 5, 8});
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: an unlisted pixel type before any other has lines of one byte a pixel") {
+  CheckSetup(*this, {9, 5, 8});
 }
 
-TEST_CASE("standard: a line of 0 bytes is refused with code 1 and an untouched record") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 0;
-  CHECK(scanner.InitAcquire() == Hex(Fill(24, 0xA5)));
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a line of 0 bytes is refused with code 1 and an untouched record") {
+  settings.areaWidthPx = 0;
+  CHECK(InitAcquire() == Hex(Fill(24, 0xA5)));
   CHECK(PMGetScanError() == 1);
 }
 
-TEST_CASE("standard: a line size that wraps to 0 is refused with code 1") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 0xFFFFFFFF;
-  CHECK(scanner.InitAcquire() == Hex(Fill(24, 0xA5)));
+TEST_CASE_FIXTURE(OpenB4, "standard: a line size that wraps to 0 is refused with code 1") {
+  settings.areaWidthPx = 0xFFFFFFFF;
+  CHECK(InitAcquire() == Hex(Fill(24, 0xA5)));
   CHECK(PMGetScanError() == 1);
 }
 
-TEST_CASE("standard: a line and its overhead may have 64270 bytes") {
-  StandardScanner scanner("B4");
-  CheckSetup(scanner, {5, 21402, 64208});
-  CheckSetup(scanner, {5, 21403, 64212}, 2, 16);
-  CheckSetup(scanner, {2, 64240, 64240});
-  CheckSetup(scanner, {2, 64241, 64244}, 2, 16);
-  CheckSetup(scanner, {4, 64208, 64208});
-  CheckSetup(scanner, {4, 64209, 64212}, 2, 16);
+TEST_CASE_FIXTURE(OpenB4, "standard: a line and its overhead may have 64270 bytes") {
+  CheckSetup(*this, {5, 21402, 64208});
+  CheckSetup(*this, {5, 21403, 64212}, 2, 16);
+  CheckSetup(*this, {2, 64240, 64240});
+  CheckSetup(*this, {2, 64241, 64244}, 2, 16);
+  CheckSetup(*this, {4, 64208, 64208});
+  CheckSetup(*this, {4, 64209, 64212}, 2, 16);
 }
 
-TEST_CASE("standard: a line of 12-bit colour may have 32768 bytes") {
-  StandardScanner scanner("B4");
-  CheckSetup(scanner, {6, 16384, 32768});
-  CheckSetup(scanner, {6, 16385, 32772}, 2, 16);
+TEST_CASE_FIXTURE(OpenB4, "standard: a line of 12-bit colour may have 32768 bytes") {
+  CheckSetup(*this, {6, 16384, 32768});
+  CheckSetup(*this, {6, 16385, 32772}, 2, 16);
 }
 
 TEST_CASE("standard: a line whose sum with the overhead wraps does not fit") {
@@ -111,12 +105,11 @@ TEST_CASE("standard: the room of a raw line is a multiple of 8 storage units") {
   CHECK(RawLineRoom(0, {8, 0, 1, 1}) == 0);
 }
 
-TEST_CASE("standard: PMInitAcquire clears the code before it and sends nothing") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 0;
-  scanner.InitAcquire();
-  scanner.settings.areaWidthPx = 16;
-  CHECK(scanner.InitAcquire() == Setup(1, 16, 16));
+TEST_CASE_FIXTURE(OpenB4, "standard: PMInitAcquire clears the code before it and sends nothing") {
+  settings.areaWidthPx = 0;
+  InitAcquire();
+  settings.areaWidthPx = 16;
+  CHECK(InitAcquire() == Setup(1, 16, 16));
   CHECK(PMGetScanError() == 0);
 }
 

@@ -62,28 +62,25 @@ TEST_CASE("standard: an option that is not known is always ready") {
   CHECK(OptionStatus(0xFFFFFFFF, Status(0x80), 0x80) == 0);
 }
 
-TEST_CASE("standard: the option query clears the code before it") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 0;
-  scanner.InitAcquire();
-  scanner.AnswerStatus(Status(0x80));
+TEST_CASE_FIXTURE(OpenB4, "standard: the option query clears the code before it") {
+  settings.areaWidthPx = 0;
+  InitAcquire();
+  AnswerStatus(Status(0x80));
   CHECK(PMGetOptionStatus(kFlatbed) == 22);
   CHECK(PMGetScanError() == 0);
 }
 
-TEST_CASE("standard: the main status is handed out where it is asked for") {
-  StandardScanner scanner("B4");
+TEST_CASE_FIXTURE(OpenB4, "standard: the main status is handed out where it is asked for") {
   std::uint8_t main = 0;
-  scanner.AnswerStatus(Status(0x85));
+  AnswerStatus(Status(0x85));
   CHECK(currentCommandSet->GetOptionStatus(&main, 3) == 0);
   CHECK(main == 0x85);
-  scanner.device.FailNextWrite();
+  device.FailNextWrite();
   CHECK(currentCommandSet->GetOptionStatus(&main, 3) == 7);
   CHECK(main == 0x85);
 }
 
-TEST_CASE("standard: level B3 sends no status query and is always ready") {
-  StandardScanner scanner("B3");
+TEST_CASE_FIXTURE(OpenB3, "standard: level B3 sends no status query and is always ready") {
   for (const std::uint32_t option : {kFeeder, kUnit, kFlatbed, 3u}) {
     CHECK(PMGetOptionStatus(option) == 0);
   }
@@ -118,46 +115,42 @@ TEST_CASE("standard: an unreadable status is code 7 to both queries") {
   }
 }
 
-TEST_CASE("standard: the feeder's page is what the status says of it") {
-  StandardScanner scanner("B4");
-  CHECK(PaperSize(scanner, kFeeder, Status(0, 0x40)) == Size{800, 1300});
+TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is what the status says of it") {
+  CHECK(PaperSize(*this, kFeeder, Status(0, 0x40)) == Size{800, 1300});
 }
 
-TEST_CASE("standard: the feeder's page is the option area from then on") {
-  StandardScanner scanner("B4");
-  PaperSize(scanner, kFeeder, Status(0, 0x40));
-  CHECK(PaperSize(scanner, 3, Status()) == Size{800, 1300});
-  scanner.settings.scanSource = 2;
-  scanner.settings.areaWidthPx = 1000;
-  scanner.Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 20 03"));
+TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is the option area from then on") {
+  PaperSize(*this, kFeeder, Status(0, 0x40));
+  CHECK(PaperSize(*this, 3, Status()) == Size{800, 1300});
+  settings.scanSource = 2;
+  settings.areaWidthPx = 1000;
+  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 20 03"));
 }
 
-TEST_CASE("standard: the transparency unit's area is what the status says, and is not kept") {
-  StandardScanner scanner("B4");
-  CHECK(PaperSize(scanner, kUnit, Status(0, 0, 0x40)) == Size{400, 500});
-  CHECK(PaperSize(scanner, kFeeder, Status(0, 0, 0x40)) == Size{400, 500});
-  CHECK(PaperSize(scanner, kUnit, Status()) == Size{0, 0});
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: the transparency unit's area is what the status says, and is not kept") {
+  CHECK(PaperSize(*this, kUnit, Status(0, 0, 0x40)) == Size{400, 500});
+  CHECK(PaperSize(*this, kFeeder, Status(0, 0, 0x40)) == Size{400, 500});
+  CHECK(PaperSize(*this, kUnit, Status()) == Size{0, 0});
 }
 
-TEST_CASE("standard: option 2 is the flatbed, any other one the option unit's area") {
-  StandardScanner scanner("B4", Status(0, 0x80));
-  CHECK(PaperSize(scanner, kFlatbed, Status(0, 0x40, 0x40)) == Size{1000, 1400});
-  CHECK(PaperSize(scanner, 3, Status(0, 0x40, 0x40)) == Size{800, 1300});
-  CHECK(PaperSize(scanner, kFeeder, Status()) == Size{800, 1300});
-  CHECK(PaperSize(scanner, kUnit, Status()) == Size{800, 1300});
+TEST_CASE_FIXTURE(OpenFeederB4,
+                  "standard: option 2 is the flatbed, any other one the option unit's area") {
+  CHECK(PaperSize(*this, kFlatbed, Status(0, 0x40, 0x40)) == Size{1000, 1400});
+  CHECK(PaperSize(*this, 3, Status(0, 0x40, 0x40)) == Size{800, 1300});
+  CHECK(PaperSize(*this, kFeeder, Status()) == Size{800, 1300});
+  CHECK(PaperSize(*this, kUnit, Status()) == Size{800, 1300});
 }
 
-TEST_CASE("standard: a quirk doubles the sizes in pixels") {
-  StandardScanner scanner;
-  REQUIRE(scanner.Open(Identity(), Status(), Product("Prospectra900   ")) == 1);
-  CHECK(PaperSize(scanner, kFeeder, Status(0, 0x40)) == Size{1600, 2600});
-  CHECK(PaperSize(scanner, kUnit, Status(0, 0, 0x40)) == Size{800, 1000});
-  CHECK(PaperSize(scanner, 3, Status()) == Size{1600, 2600});
-  CHECK(PaperSize(scanner, kFlatbed, Status()) == Size{2000, 2800});
+TEST_CASE_FIXTURE(StandardScanner, "standard: a quirk doubles the sizes in pixels") {
+  REQUIRE(Open(Identity(), Status(), Product("Prospectra900   ")) == 1);
+  CHECK(PaperSize(*this, kFeeder, Status(0, 0x40)) == Size{1600, 2600});
+  CHECK(PaperSize(*this, kUnit, Status(0, 0, 0x40)) == Size{800, 1000});
+  CHECK(PaperSize(*this, 3, Status()) == Size{1600, 2600});
+  CHECK(PaperSize(*this, kFlatbed, Status()) == Size{2000, 2800});
 }
 
-TEST_CASE("standard: at level B3 the paper size is what is known") {
-  StandardScanner scanner("B3");
+TEST_CASE_FIXTURE(OpenB3, "standard: at level B3 the paper size is what is known") {
   Size size;
   CHECK(PMGetScanPaperSize(kFlatbed, &size.width, &size.height) == 0);
   CHECK(size == Size{1000, 1400});
@@ -165,19 +158,18 @@ TEST_CASE("standard: at level B3 the paper size is what is known") {
   CHECK(size == Size{0, 0});
 }
 
-TEST_CASE("standard: the paper size leaves the code before it") {
-  StandardScanner scanner("B4");
-  scanner.settings.areaWidthPx = 0;
-  scanner.InitAcquire();
-  PaperSize(scanner, kFlatbed, Status());
+TEST_CASE_FIXTURE(OpenB4, "standard: the paper size leaves the code before it") {
+  settings.areaWidthPx = 0;
+  InitAcquire();
+  PaperSize(*this, kFlatbed, Status());
   CHECK(PMGetScanError() == 1);
 }
 
-TEST_CASE("standard: a transparency unit is switched with 0 and 1, a feeder with any value") {
-  StandardScanner scanner("B4");
-  const auto enable = [&scanner](std::uint32_t option, std::uint32_t value, std::uint8_t sent) {
-    scanner.settings.docFeedOption = option;
-    scanner.device.ExpectBlock(0x1B, 'e', {sent});
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: a transparency unit is switched with 0 and 1, a feeder with any value") {
+  const auto enable = [this](std::uint32_t option, std::uint32_t value, std::uint8_t sent) {
+    settings.docFeedOption = option;
+    device.ExpectBlock(0x1B, 'e', {sent});
     CHECK(PMEnableOption(value) == 1);
   };
   enable(kUnit, 2, 1);
@@ -187,11 +179,10 @@ TEST_CASE("standard: a transparency unit is switched with 0 and 1, a feeder with
   enable(kFlatbed, 0x103, 3);
 }
 
-TEST_CASE("standard: switching an option fails without either acknowledge") {
-  StandardScanner scanner("B4");
-  scanner.device.Expect({0x1B, 0x65}).Reply({kNak});
+TEST_CASE_FIXTURE(OpenB4, "standard: switching an option fails without either acknowledge") {
+  device.Expect({0x1B, 0x65}).Reply({kNak});
   CHECK(PMEnableOption(1) == 0);
-  scanner.device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({0x01}).Reply({kNak});
+  device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({0x01}).Reply({kNak});
   CHECK(PMEnableOption(1) == 0);
 }
 

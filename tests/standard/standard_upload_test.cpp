@@ -7,20 +7,38 @@
 namespace pmddb832::tests::standard {
 namespace {
 
-std::string Upload(std::string_view level, std::string_view part, std::string_view by) {
-  return Replaced(UploadOf(level), part, by);
+using Change = void (*)(ScannerSettings& settings);
+
+// At each of the levels, an upload with changed settings differs from the fixture's in one part.
+struct UploadRow {
+  std::vector<std::string_view> levels;
+  Change change;
+  std::string_view part, by;
+};
+
+void CheckUploads(const std::vector<UploadRow>& rows) {
+  for (const UploadRow& row : rows) {
+    const std::string sent(row.by);
+    CAPTURE(sent);
+    for (const std::string_view level : row.levels) {
+      StandardScanner scanner(level);
+      row.change(scanner.settings);
+      scanner.Upload(Replaced(UploadOf(level), row.part, row.by));
+    }
+  }
 }
 
-// The upload of a scanner whose settings were changed differs from the fixture's in one part.
-void CheckUpload(std::string_view level, const std::function<void(ScannerSettings&)>& change,
-                 std::string_view part, std::string_view by) {
-  CAPTURE(level);
-  StandardScanner scanner(level);
-  change(scanner.settings);
-  scanner.Upload(Upload(level, part, by));
+// Values of one member, and what an upload at level B4 has in the place of `part`.
+template <class Member>
+void CheckMember(Member ScannerSettings::*member, std::string_view part,
+                 const std::vector<std::pair<Member, std::string_view>>& rows) {
+  for (const auto& row : rows) {
+    CAPTURE(row.first);
+    OpenB4 scanner;
+    scanner.settings.*member = row.first;
+    scanner.Upload(Replaced(UploadOf("B4"), part, row.second));
+  }
 }
-
-const auto kNoChange = [](ScannerSettings&) {};
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: each command waits for ACK, its block for another") {
   level = "B3";
@@ -41,9 +59,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: each command waits for ACK, its bl
 }
 
 TEST_CASE("standard: each level has its sequence of commands") {
-  for (const char* level : {"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"}) {
-    CheckUpload(level, kNoChange, "", "");
-  }
+  CheckUploads({{{"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"}, [](auto&) {}, "", ""}});
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a NAK or a lost command does not end the upload") {
@@ -88,73 +104,60 @@ TEST_CASE("standard: a single-channel scan sends its channel as colour mode") {
   for (const auto& [channel, mode] :
        {std::pair{1, "C 10"}, std::pair{2, "C 20"}, std::pair{3, "C 30"}, std::pair{0, "C 00"},
         std::pair{4, "C 00"}, std::pair{0x101, "C 00"}}) {
-    const auto change = [channel = channel](ScannerSettings& settings) {
-      settings.monoScan = 1;
-      settings.dropoutChannel = static_cast<std::uint16_t>(channel);
-    };
-    CheckUpload("A5", change, "C 00", mode);
+    OpenA5 scanner;
+    scanner.settings.monoScan = 1;
+    scanner.settings.dropoutChannel = static_cast<std::uint16_t>(channel);
+    scanner.Upload(Replaced(UploadOf("A5"), "C 00", mode));
   }
 }
 
 TEST_CASE("standard: each pixel type has its colour mode and depth") {
-  struct Row {
-    std::uint32_t type;
-    std::string_view sent;
-  };
-  for (const Row& row :
-       {Row{0, "C 00, D 01"}, Row{1, "C 00, D 04"}, Row{3, "C 02, D 01"}, Row{4, "C 02, D 03"},
-        Row{5, "C 13, D 08"}, Row{6, "C 13, D 04"}, Row{7, "C 13, D 0C"}, Row{8, "C 00, D 0C"}}) {
-    const auto change = [row](ScannerSettings& settings) { settings.pixelType = row.type; };
-    CheckUpload("B4", change, "C 00, D 08", row.sent);
-  }
+  CheckMember(&ScannerSettings::pixelType, "C 00, D 08",
+              {{0, "C 00, D 01"},
+               {1, "C 00, D 04"},
+               {3, "C 02, D 01"},
+               {4, "C 02, D 03"},
+               {5, "C 13, D 08"},
+               {6, "C 13, D 04"},
+               {7, "C 13, D 0C"},
+               {8, "C 00, D 0C"}});
 }
 
 TEST_CASE("standard: the deep types are sent as 12 bits in preview mode too") {
-  for (const std::uint32_t type : {7u, 8u}) {
-    const auto change = [type](ScannerSettings& settings) {
-      settings.pixelType = type;
-      settings.previewMode = 1;
-    };
-    CheckUpload("B4", change, "C 00, D 08", type == 7 ? "C 13, D 0C" : "C 00, D 0C");
-  }
+  CheckUploads(
+      {{{"B4"}, [](auto& s) { s.pixelType = 7, s.previewMode = 1; }, "C 00, D 08", "C 13, D 0C"},
+       {{"B4"}, [](auto& s) { s.pixelType = 8, s.previewMode = 1; }, "C 00, D 08", "C 00, D 0C"}});
 }
 
 TEST_CASE("standard: colour mode 2 is sent as 1 where the host asks for it with 1") {
-  for (const std::uint32_t alternative : {0u, 1u, 2u}) {
-    const auto change = [alternative](ScannerSettings& settings) {
-      settings.pixelType = 4;
-      settings.altColorMode = alternative;
-    };
-    CheckUpload("B4", change, "C 00, D 08", alternative == 1 ? "C 01, D 03" : "C 02, D 03");
-  }
+  CheckUploads(
+      {{{"B4"}, [](auto& s) { s.pixelType = 4, s.altColorMode = 0; }, "C 00, D 08", "C 02, D 03"},
+       {{"B4"}, [](auto& s) { s.pixelType = 4, s.altColorMode = 1; }, "C 00, D 08", "C 01, D 03"},
+       {{"B4"}, [](auto& s) { s.pixelType = 4, s.altColorMode = 2; }, "C 00, D 08", "C 02, D 03"}});
 }
 
 TEST_CASE("standard: other colour modes have no alternative") {
-  const auto change = [](ScannerSettings& settings) {
-    settings.pixelType = 5;
-    settings.altColorMode = 1;
-  };
-  CheckUpload("B4", change, "C 00, D 08", "C 13, D 08");
+  CheckUploads(
+      {{{"B4"}, [](auto& s) { s.pixelType = 5, s.altColorMode = 1; }, "C 00, D 08", "C 13, D 08"}});
 }
 
 TEST_CASE("standard: the halftone is sent by its row, and row 0 for a row that is not there") {
-  struct Row {
-    std::int32_t index;
-    std::string_view sent;
-  };
-  for (const Row& row : {Row{0, "B 01"}, Row{1, "B 00"}, Row{2, "B 10"}, Row{3, "B 20"},
-                         Row{4, "B 80"}, Row{5, "B 90"}, Row{6, "B A0"}, Row{7, "B B0"},
-                         Row{8, "B 03"}, Row{9, "B 00"}, Row{10, "B 01"}, Row{-1, "B 01"}}) {
-    const auto change = [row](ScannerSettings& settings) { settings.halftoneIndex = row.index; };
-    CheckUpload("B4", change, "B 01", row.sent);
-    CheckUpload("B6", change, "B 01", row.sent);
+  for (const auto& [row, sent] :
+       {std::pair{0, "B 01"}, std::pair{1, "B 00"}, std::pair{2, "B 10"}, std::pair{3, "B 20"},
+        std::pair{4, "B 80"}, std::pair{5, "B 90"}, std::pair{6, "B A0"}, std::pair{7, "B B0"},
+        std::pair{8, "B 03"}, std::pair{9, "B 00"}, std::pair{10, "B 01"}, std::pair{-1, "B 01"}}) {
+    for (const char* level : {"B4", "B6"}) {
+      StandardScanner scanner(level);
+      scanner.settings.halftoneIndex = row;
+      scanner.Upload(Replaced(UploadOf(level), "B 01", sent));
+    }
   }
 }
 
 TEST_CASE("standard: the halftone override is sent from level B5 on") {
   const auto change = [](ScannerSettings& settings) { settings.halftoneOverride = 1; };
-  for (const char* level : {"B3", "B4"}) CheckUpload(level, change, "B 01", "B 01");
-  for (const char* level : {"B5", "A5", "B6", "B8"}) CheckUpload(level, change, "B 01", "B 03");
+  CheckUploads(
+      {{{"B3", "B4"}, change, "B 01", "B 01"}, {{"B5", "A5", "B6", "B8"}, change, "B 01", "B 03"}});
 }
 
 TEST_CASE("standard: ESC s is 1 with a halftone of the table and 2 with the override") {
@@ -163,55 +166,35 @@ TEST_CASE("standard: ESC s is 1 with a halftone of the table and 2 with the over
     settings.optionS = 7;
     settings.halftoneOverride = 1;
   };
-  for (const char* level : {"A5", "B6", "B8"}) {
-    CheckUpload(level, plain, "B 01, s 00", "B 01, s 01");
-    CheckUpload(level, overridden, "B 01, s 00", "B 03, s 02");
-  }
-  CheckUpload("B5", overridden, "B 01", "B 03");
+  CheckUploads({{{"A5", "B6", "B8"}, plain, "B 01, s 00", "B 01, s 01"},
+                {{"A5", "B6", "B8"}, overridden, "B 01, s 00", "B 03, s 02"},
+                {{"B5"}, overridden, "B 01", "B 03"}});
 }
 
 TEST_CASE("standard: the low byte of the threshold is sent at level B8 only") {
   const auto change = [](ScannerSettings& settings) { settings.thresholdT = 0x1234; };
-  CheckUpload("B8", change, "s 00, Z", "s 00, t 34, Z");
-  CheckUpload("B7", change, "", "");
+  CheckUploads({{{"B8"}, change, "s 00, Z", "s 00, t 34, Z"}, {{"B7"}, change, "", ""}});
 }
 
 TEST_CASE("standard: the gamma code comes from the table of gammas") {
-  struct Row {
-    std::uint16_t gamma;
-    std::string_view sent;
-  };
-  for (const Row& row : {Row{100, "Z 01"}, Row{220, "Z 02"}, Row{300, "Z 00"}, Row{280, "Z 10"},
-                         Row{250, "Z 20"}, Row{180, "Z 02"}}) {
-    const auto change = [row](ScannerSettings& settings) { settings.gamma = row.gamma; };
-    CheckUpload("B4", change, "Z 02", row.sent);
-  }
+  CheckMember(
+      &ScannerSettings::gamma, "Z 02",
+      {{100, "Z 01"}, {220, "Z 02"}, {300, "Z 00"}, {280, "Z 10"}, {250, "Z 20"}, {180, "Z 02"}});
 }
 
 TEST_CASE("standard: brightness is sent divided by 333, toward zero") {
-  struct Row {
-    std::int32_t brightness;
-    std::string_view sent;
-  };
-  for (const Row& row : {Row{-700, "L FE"}, Row{-333, "L FF"}, Row{-332, "L 00"}, Row{999, "L 03"},
-                         Row{333 * 256, "L 00"}}) {
-    const auto change = [row](ScannerSettings& settings) { settings.brightness = row.brightness; };
-    CheckUpload("B4", change, "L 00", row.sent);
-  }
+  CheckMember(&ScannerSettings::brightness, "L 00",
+              {{-700, "L FE"}, {-333, "L FF"}, {-332, "L 00"}, {999, "L 03"}, {333 * 256, "L 00"}});
 }
 
 TEST_CASE("standard: sharpness is sent divided by 500, toward zero, and paramG behind it") {
-  struct Row {
-    std::int32_t sharpness;
-    std::string_view sent;
-  };
-  for (const Row& row :
-       {Row{-999, "Q FF, g 07"}, Row{1000, "Q 02, g 07"}, Row{499, "Q 00, g 07"}}) {
-    const auto change = [row](ScannerSettings& settings) {
-      settings.sharpness = row.sharpness;
-      settings.paramG = 7;
-    };
-    CheckUpload("B4", change, "Q 00, g 00", row.sent);
+  for (const auto& [sharpness, sent] :
+       {std::pair{-999, "Q FF, g 07"}, std::pair{1000, "Q 02, g 07"},
+        std::pair{499, "Q 00, g 07"}}) {
+    OpenB4 scanner;
+    scanner.settings.sharpness = sharpness;
+    scanner.settings.paramG = 7;
+    scanner.Upload(Replaced(UploadOf("B4"), "Q 00, g 00", sent));
   }
 }
 
@@ -232,17 +215,17 @@ std::string Table(std::uint8_t prefix, std::uint8_t first) {
 
 TEST_CASE("standard: custom gamma sends three tables, the host's code and no ESC L") {
   const std::string sent = Table('R', 1) + Table('G', 2) + Table('B', 3) + "Z 04";
-  for (const char* level : {"B4", "B5", "B8"}) CheckUpload(level, FillTables, "Z 02, L 00", sent);
+  CheckUploads({{{"B4", "B5", "B8"}, FillTables, "Z 02, L 00", sent}});
 }
 
 TEST_CASE("standard: level A5 and a single-channel scan send one gamma table") {
   const std::string sent = Table('M', 1) + "Z 04";
-  CheckUpload("A5", FillTables, "Z 02, L 00", sent);
   const auto change = [](ScannerSettings& settings) {
     FillTables(settings);
     settings.monoScan = 1;
   };
-  CheckUpload("B4", change, "Z 02, L 00, M 00", sent);
+  CheckUploads(
+      {{{"A5"}, FillTables, "Z 02, L 00", sent}, {{"B4"}, change, "Z 02, L 00, M 00", sent}});
 }
 
 TEST_CASE("standard: level B3 has no custom gamma and no colour matrix") {
@@ -250,7 +233,7 @@ TEST_CASE("standard: level B3 has no custom gamma and no colour matrix") {
     FillTables(settings);
     settings.colorCorrection = 1;
   };
-  CheckUpload("B3", change, "", "");
+  CheckUploads({{{"B3"}, change, "", ""}});
 }
 
 TEST_CASE("standard: the colour matrix is sent without a prefix, and ESC M 1 behind it") {
@@ -258,31 +241,23 @@ TEST_CASE("standard: the colour matrix is sent without a prefix, and ESC M 1 beh
     settings.colorCorrection = 1;
     std::iota(std::begin(settings.colorMatrix), std::end(settings.colorMatrix), std::uint8_t{0xF8});
   };
-  for (const char* level : {"B4", "B5", "B8"}) {
-    CheckUpload(level, change, "M 00", "m F8 F9 FA FB FC FD FE FF 00, M 01");
-  }
-  CheckUpload("A5", change, "", "");
+  CheckUploads({{{"B4", "B5", "B8"}, change, "M 00", "m F8 F9 FA FB FC FD FE FF 00, M 01"},
+                {{"A5"}, change, "", ""}});
 }
 
 TEST_CASE("standard: a single-channel scan has no colour correction at all") {
-  const auto change = [](ScannerSettings& settings) {
-    settings.monoScan = 1;
-    settings.colorCorrection = 1;
-  };
-  CheckUpload("B4", change, "M 00, ", "");
+  CheckUploads({{{"B4"}, [](auto& s) { s.monoScan = s.colorCorrection = 1; }, "M 00, ", ""}});
 }
 
 TEST_CASE("standard: ESC K says whether the image is mirrored") {
   const auto change = [](ScannerSettings& settings) { settings.mirrorImage = 5; };
-  CheckUpload("B5", change, "K 00", "K 01");
-  CheckUpload("B4", change, "", "");
+  CheckUploads({{{"B5"}, change, "K 00", "K 01"}, {{"B4"}, change, "", ""}});
 }
 
-TEST_CASE("standard: the resolution goes out whole, of the zoom its low byte") {
-  StandardScanner scanner("B4");
-  scanner.settings.resolution = 0x0201;
-  scanner.settings.zoom = 0x0110;
-  scanner.Upload(Upload("B4", "R 64 00 64 00, H 64 64", "R 01 02 01 02, H 10 10"));
+TEST_CASE_FIXTURE(OpenB4, "standard: the resolution goes out whole, of the zoom its low byte") {
+  settings.resolution = 0x0201;
+  settings.zoom = 0x0110;
+  Upload(Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 01 02 01 02, H 10 10"));
 }
 
 TEST_CASE("standard: a pending error stops a focus upload at level B6 behind ESC e") {

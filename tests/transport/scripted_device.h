@@ -53,9 +53,6 @@ class ScriptedDevice final : public RawDevice {
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 
  private:
-  // Not for the driver: a complaint.
-  void Called(const char* entry) override { Complain(entry); }
-
   enum class Kind { kWrite, kAnyWrite, kRead, kFailingWrite, kFailingRead, kUnplugged };
   struct Step {
     Kind kind;
@@ -63,6 +60,8 @@ class ScriptedDevice final : public RawDevice {
     Bytes bytes;
   };
 
+  // Any other entry is not for the driver: a call of it is a complaint.
+  void Called(const char* entry) override { Complain(entry); }
   bool IsUnplugged() const;
   static bool Takes(const Step& step, const Bytes& written);
   ScriptedDevice& Add(Kind kind, std::size_t length, Bytes bytes);
