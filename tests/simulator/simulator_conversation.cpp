@@ -103,12 +103,6 @@ void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_vie
   CheckViolation(scanner, words);
 }
 
-void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer) {
-  Conversation talk(scanner);
-  talk.Send(sent);
-  talk.Expect(answer);
-}
-
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value) {
   for (std::size_t i = 0; i < 4; ++i) {
     block.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));

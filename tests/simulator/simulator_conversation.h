@@ -56,9 +56,6 @@ void Play(const simulator::ExtendedScannerConfig& config, std::string_view conve
 void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_view conversation,
                  std::string_view words);
 
-// One write and the read of its whole answer.
-void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer);
-
 // A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block.
 Bytes ParameterBlock();
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value);

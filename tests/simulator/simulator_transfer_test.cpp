@@ -131,15 +131,11 @@ TEST_CASE("simulator: a block is its lines and a status byte, and waits for ACK"
   Conversation talk(scanner);
   talk.SendAcknowledged("1C 57", ParameterBlock());
   const Bytes area = simulator::ScannedArea(config.onBed, *scanner.Request());
-  talk.Send("1C 47");
-  talk.Read(14);
+  Converse(scanner, "> 1C 47 * 14");
   CHECK(talk.Read(64) == Bytes(area.begin(), area.begin() + 64));
-  talk.Expect("00");
-  CHECK(talk.ReadInVain(1).empty());
-  talk.Send("06");
+  Converse(scanner, "< 00 ! 1 > 06");
   CHECK(talk.Read(64) == Bytes(area.begin() + 64, area.begin() + 128));
-  talk.Expect("00");
-  talk.Send("06");
+  Converse(scanner, "< 00 > 06");
   CHECK(talk.Read(32) == Bytes(area.begin() + 128, area.end()));
   talk.Expect("00");
 }
