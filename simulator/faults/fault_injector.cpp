@@ -49,7 +49,7 @@ const Fault* FaultInjector::Strike(const ConversationPlace& place, std::uint32_t
     if (!IsAt(scripted, place, count)) continue;
     const Fault& fault = scripted.fault;
     scripted.struck = true;
-    if (fault.kind == FaultKind::kUnplug) lastByte_ = fault.at.byte.value_or(passed_);
+    if (fault.kind == FaultKind::kUnplug) cableEnd_ = fault.at.byte.value_or(passed_);
     if (fault.kind == FaultKind::kHold) busyPolls_ = fault.count;
     if (fault.kind != FaultKind::kHold) scanner_.Disturb();
     return &fault;
@@ -58,8 +58,8 @@ const Fault* FaultInjector::Strike(const ConversationPlace& place, std::uint32_t
 }
 
 std::uint32_t FaultInjector::Passing(std::uint32_t count) const {
-  if (!lastByte_) return count;
-  const std::uint64_t left = *lastByte_ - std::min(passed_, *lastByte_);
+  if (!cableEnd_) return count;
+  const std::uint64_t left = *cableEnd_ - std::min(passed_, *cableEnd_);
   return static_cast<std::uint32_t>(std::min<std::uint64_t>(count, left));
 }
 

@@ -56,7 +56,7 @@ class FaultInjector final : public pmddb832::RawDevice {
   std::optional<std::vector<std::uint8_t>> answer_;
   std::uint32_t busyPolls_ = 0;            // status replies that still report warming up
   std::uint64_t passed_ = 0;               // bytes
-  std::optional<std::uint64_t> lastByte_;  // behind which the cable is out
+  std::optional<std::uint64_t> cableEnd_;  // so many pass before the cable is out
 };
 
 }  // namespace simulator

@@ -60,10 +60,47 @@ void Conversation::SendAcknowledged(std::string_view command, const Bytes& param
   Expect("06");
 }
 
-void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer) {
-  Conversation talk(scanner);
-  talk.Send(sent);
-  talk.Expect(answer);
+namespace {
+
+// One step of a conversation, without its sign.
+void Step(Conversation& talk, char sign, std::string_view rest) {
+  if (sign == '>') return talk.Send(rest);
+  if (sign == '<') return talk.Expect(rest);
+  std::size_t digits = 0;
+  const auto count = static_cast<std::size_t>(std::stoul(std::string(rest), &digits));
+  if (sign == '*') {
+    CHECK(talk.Read(count).size() == count);
+  } else {
+    CHECK(ToHex(talk.ReadInVain(count)) == ToHex(FromHex(rest.substr(digits))));
+  }
+}
+
+}  // namespace
+
+void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation) {
+  constexpr std::string_view kSigns = "><*!";
+  INFO(conversation);
+  Conversation talk(partner);
+  while (!conversation.empty()) {
+    REQUIRE(kSigns.find(conversation[0]) != std::string_view::npos);
+    const std::size_t end = std::min(conversation.find_first_of(kSigns, 1), conversation.size());
+    INFO(conversation.substr(0, end));
+    Step(talk, conversation[0], conversation.substr(1, end - 1));
+    conversation.remove_prefix(end);
+  }
+}
+
+void Play(const simulator::ExtendedScannerConfig& config, std::string_view conversation) {
+  simulator::ExtendedScanner scanner(config);
+  Converse(scanner, conversation);
+  CheckNoViolations(scanner);
+}
+
+void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_view conversation,
+                 std::string_view words) {
+  simulator::ExtendedScanner scanner(config);
+  Converse(scanner, conversation);
+  CheckViolation(scanner, words);
 }
 
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value) {

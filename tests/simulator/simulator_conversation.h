@@ -42,12 +42,39 @@ class Conversation {
   pmddb832::StillImageDevice& scanner_;
 };
 
-// One write and the read of its whole answer.
-void SendAndExpect(simulator::Scanner& scanner, std::string_view sent, std::string_view answer);
+// Speaks a conversation with a scanner, in hexadecimal bytes and decimal counts:
+//
+//   > 1C 46     sends these bytes
+//   < 06        reads as many bytes, which must be these
+//   * 64        reads so many, whichever they are
+//   ! 16 15     reads so many in vain, and gets these
+void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation);
+
+// The same with a scanner of that description, which must find nothing wrong with it; or exactly
+// one violation that contains `words`.
+void Play(const simulator::ExtendedScannerConfig& config, std::string_view conversation);
+void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_view conversation,
+                 std::string_view words);
 
 // A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block.
 Bytes ParameterBlock();
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value);
+
+// FS W with that block, and with one from the option unit, as conversations.
+inline const std::string kSetUp =
+    "> 1C 57 < 06"
+    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 00 00 04 00 "
+    "00 00"
+    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "00"
+    "< 06";
+inline const std::string kSetUpOption =
+    "> 1C 57 < 06"
+    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 01 00 04 00 "
+    "00 00"
+    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "00"
+    "< 06";
 
 // 100 dpi, every sample different from its neighbours.
 simulator::Picture Pattern(std::uint32_t width, std::uint32_t height);

@@ -71,15 +71,13 @@ TEST_CASE("fault: a failed read loses its bytes, and the buffer gets none") {
   CHECK(desk.TryRead(16) == kTimeout);
   CHECK(desk.delivered == 0);
   CHECK(desk.got == Bytes(16, 0xEE));
-  desk.talk.Send("1C 46");
-  desk.talk.Expect("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(desk.cable, "> 1C 46 < 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   CheckNoViolations(desk.scanner);
 }
 
 TEST_CASE("fault: a failed write does not reach the scanner") {
   Desk desk("\"command\": \"FS W\", \"part\": \"parameters\"", "\"fail\"");
-  desk.talk.Send("1C 57");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1C 57 < 06");
   CHECK(desk.TrySend(ToHex(ParameterBlock())) == kTimeout);
   CHECK_FALSE(desk.scanner.Request().has_value());
   desk.talk.Send(ParameterBlock());
@@ -92,14 +90,12 @@ TEST_CASE("fault: a read that is cut short succeeds with its first bytes") {
   CHECK(desk.TryRead(80) == 0);
   CHECK(desk.delivered == 3);
   CHECK(ToHex({desk.got.begin(), desk.got.begin() + 4}) == "42 38 00 EE");
-  desk.talk.Send("1C 46");
-  desk.talk.Expect("00 00");
+  Converse(desk.cable, "> 1C 46 < 00 00");
 }
 
 TEST_CASE("fault: a write that is cut short reaches the scanner in part") {
   Desk desk("\"command\": \"FS W\", \"part\": \"parameters\"", "{\"cut\": 63}");
-  desk.talk.Send("1C 57");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1C 57 < 06");
   CHECK(desk.TrySend(ToHex(ParameterBlock())) == 0);
   CHECK_FALSE(desk.scanner.Request().has_value());
   desk.talk.Send("00");
@@ -108,13 +104,11 @@ TEST_CASE("fault: a write that is cut short reaches the scanner in part") {
 
 TEST_CASE("fault: an answer takes the place of the scanner's whole answer") {
   Desk desk("\"command\": \"ESC I\"", "{\"answer\": \"02 02 03 00 42 35\"}");
-  desk.talk.Send("1B 49");
-  desk.talk.Expect("02 02 03 00");
+  Converse(desk.cable, "> 1B 49 < 02 02 03 00");
   CHECK(desk.TryRead(3) == 0);
   CHECK(desk.delivered == 2);
   CHECK(desk.TryRead(1) == kTimeout);
-  desk.talk.Send("1C 46");
-  desk.talk.Expect("00 00");
+  Converse(desk.cable, "> 1C 46 < 00 00");
   CheckNoViolations(desk.scanner);
 }
 
@@ -126,8 +120,7 @@ TEST_CASE("fault: an empty answer is none") {
 
 TEST_CASE("fault: other bytes than the driver's reach the scanner") {
   Desk desk("\"command\": \"FS F\", \"part\": \"command\"", "{\"answer\": \"1B 40\"}");
-  desk.talk.Send("1C 46");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1C 46 < 06");
 }
 
 TEST_CASE("fault: a scanner on hold reports warming up so many times, and nothing is excused") {
@@ -144,13 +137,9 @@ TEST_CASE("fault: a hold begins at any place, and is found where status stands i
   StandardScanner scanner(SmallStandard());
   FaultInjector cable(scanner, One("\"transfer\": 0", "{\"hold\": 2}"));
   Conversation talk(cable);
-  talk.Send("1B 66");
-  talk.Expect("02 00 0B 00");
+  Converse(cable, "> 1B 66 < 02 00 0B 00");
   CHECK(talk.Read(11)[0] == 0x02);
-  talk.Send("1B 46");
-  talk.Expect("02 02 00 00");
-  talk.Send("1B 46");
-  talk.Expect("02 00 00 00");
+  Converse(cable, "> 1B 46 < 02 02 00 00 > 1B 46 < 02 00 00 00");
   CheckNoViolations(scanner);
 }
 
@@ -191,21 +180,14 @@ TEST_CASE("fault: a parameter that looks like a command is none") {
 TEST_CASE("fault: a command of one byte is known behind a reset") {
   ExtendedScanner scanner(SmallFeeder(1));
   FaultInjector cable(scanner, One("\"command\": \"EM\"", "{\"answer\": \"15\"}"));
-  Conversation talk(cable);
-  talk.Send("1B 40");
-  talk.Expect("06");
-  talk.Send("19");
-  talk.Expect("15");
+  Converse(cable, "> 1B 40 < 06 > 19 < 15");
 }
 
 TEST_CASE("fault: a block of an extended scan, and the driver's answer to it") {
   for (const char* at : {"\"command\": \"FS G\", \"block\": 1",
                          "\"command\": \"FS G\", \"block\": 0, \"part\": \"answer\""}) {
     Desk desk(at, "\"unplug\"");
-    desk.talk.SendAcknowledged("1C 57", ParameterBlock());
-    desk.talk.Send("1C 47");
-    desk.talk.Read(14);
-    desk.talk.Read(65);
+    Converse(desk.cable, kSetUp + "> 1C 47 * 14 * 65");
     const bool answerPasses = desk.TrySend("06") == 0;
     CHECK(answerPasses == (std::string(at).find("answer") == std::string::npos));
     CHECK(desk.TryRead(65) == kUnplugged);
@@ -216,12 +198,8 @@ TEST_CASE("fault: header and lines of a block of a standard scan") {
   StandardScanner scanner(SmallStandard());
   FaultInjector cable(scanner,
                       One("\"command\": \"ESC G\", \"block\": 1, \"read\": 1", "{\"cut\": 5}"));
-  Conversation talk(cable);
   Upload(scanner, StandardScan{});
-  talk.Send("1B 47");
-  talk.Read(6 + 64);
-  talk.Send("06");
-  talk.Expect("02 00 10 00 04 00");
+  Converse(cable, "> 1B 47 * 70 > 06 < 02 00 10 00 04 00");
   Bytes lines(64);
   std::uint32_t count = 64;
   CHECK(cable.RawReadData(lines.data(), &count, nullptr) == 0);
@@ -234,16 +212,13 @@ TEST_CASE("fault: what comes of a fault is excused until a reset") {
   desk.TryRead(16);
   desk.talk.Send("06");
   CheckNoViolations(desk.scanner);
-  desk.talk.Send("1B 40");
-  desk.talk.Expect("06");
-  desk.talk.Send("06");
+  Converse(desk.cable, "> 1B 40 < 06 > 06");
   CheckViolation(desk.scanner, "expected a command, got 06");
 }
 
 TEST_CASE("fault: one that was not reached is told") {
   Desk desk("\"command\": \"FS F\", \"occurrence\": 2", "\"fail\"");
-  desk.talk.Send("1C 46");
-  desk.talk.Read(16);
+  Converse(desk.cable, "> 1C 46 * 16");
   CHECK(desk.cable.Unreached() == std::vector<std::string>{"f.json:1"});
   desk.talk.Send("1C 46");
   desk.TryRead(16);
@@ -262,8 +237,7 @@ TEST_CASE("fault: unplugged-at-byte lets the bytes before it pass") {
 
 TEST_CASE("fault: a cable pulled out within a write brings the scanner a part of it") {
   Desk desk("unplugged-at-byte=4");
-  desk.talk.Send("1B 65");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1B 65 < 06");
   CHECK(desk.TrySend("00 1C 46") == kUnplugged);
   Conversation(desk.scanner).Expect("06");  // the parameter came, the status query did not
   CHECK(desk.TryRead(1) == kUnplugged);
@@ -271,8 +245,7 @@ TEST_CASE("fault: a cable pulled out within a write brings the scanner a part of
 
 TEST_CASE("fault: unplugged-at-transfer fails that transfer and all later ones") {
   Desk desk("unplugged-at-transfer=2");
-  desk.talk.Send("1B 40");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1B 40 < 06");
   CHECK(desk.TrySend("1B") == kUnplugged);
   CHECK(desk.TryRead(1) == kUnplugged);
   CHECK(desk.delivered == 0);
@@ -284,8 +257,7 @@ TEST_CASE("fault: short-read-at-transfer succeeds once with half of the bytes") 
   desk.talk.Send("1C 46");
   CHECK(desk.TryRead(16) == 0);
   CHECK(desk.delivered == 8);
-  desk.talk.Send("1C 46");
-  desk.talk.Expect("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(desk.cable, "> 1C 46 < 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   CheckNoViolations(desk.scanner);
 }
 
@@ -309,8 +281,7 @@ TEST_CASE("fault: the standard scanner's cable may be pulled out") {
 
 TEST_CASE("fault: of a defect named twice the last value counts") {
   Desk desk("unplugged-at-byte=1+unplugged-at-byte=4");
-  desk.talk.Send("1B 40");
-  desk.talk.Expect("06");
+  Converse(desk.cable, "> 1B 40 < 06");
   CHECK(desk.TrySend("1B 40") == kUnplugged);
 }
 

@@ -12,28 +12,35 @@ using simulator::OptionUnit;
 
 namespace {
 
+// A scan from the option unit, and one that is refused.
+const std::string kStart = kSetUpOption + "> 1C 47";
+const std::string kRefused = kStart + "< 02 80 00 00 00 00 00 00 00 00 00 00 00 00";
+
 Bytes FromOption() {
   Bytes block = ParameterBlock();
   block[26] = 1;
   return block;
 }
 
-Bytes AreaOf(const simulator::Picture& picture, const ExtendedScanner& scanner) {
-  return simulator::ScannedArea(picture, *scanner.Request());
-}
-
 void CheckScanShows(const simulator::Picture& picture, ExtendedScanner& scanner,
                     const Bytes& parameterBlock) {
   const Bytes image = ScanWith(scanner, parameterBlock, 16);
-  CHECK(image == AreaOf(picture, scanner));
+  CHECK(image == simulator::ScannedArea(picture, *scanner.Request()));
 }
 
-// Bytes 0 to 2 of the status.
-void CheckStatus(ExtendedScanner& scanner, std::string_view hex) {
-  Conversation talk(scanner);
-  talk.Send("1C 46");
-  talk.Expect(hex);
-  talk.Read(13);
+void CheckRefusedWidth(const simulator::ExtendedScannerConfig& config, std::uint32_t width,
+                       std::string_view why) {
+  ExtendedScanner scanner(config);
+  Bytes block = FromOption();
+  Put32(block, 16, width);
+  Converse(scanner, "> 1C 57 < 06 >" + ToHex(block) + "< 15");
+  CheckRefusal(scanner, why);
+}
+
+simulator::ExtendedScannerConfig WithTransparencyUnit() {
+  auto config = SmallFlatbed();
+  config.optionUnit = OptionUnit::kTransparencyUnit;
+  return config;
 }
 
 }  // namespace
@@ -50,65 +57,43 @@ TEST_CASE("simulator: a scan with the option off takes the bed, feeder or not") 
   const auto config = SmallFeeder(1);
   ExtendedScanner scanner(config);
   CheckScanShows(config.onBed, scanner, ParameterBlock());
-  CheckStatus(scanner, "00 80 00");
+  Converse(scanner, "> 1C 46 < 00 80 00");
 }
 
 TEST_CASE("simulator: the area of the feeder bounds a scan from it") {
-  ExtendedScanner scanner(SmallFeeder(1));
-  Bytes block = FromOption();
-  Put32(block, 16, 101);
-  SendAndExpect(scanner, "1C 57", "06");
-  Conversation(scanner).Send(block);
-  Conversation(scanner).Expect("15");
-  CheckRefusal(scanner, "columns 0 + 101 of 100");
+  CheckRefusedWidth(SmallFeeder(1), 101, "columns 0 + 101 of 100");
 }
 
 TEST_CASE("simulator: feed loads a page and is acknowledged, the same page until it was scanned") {
   const auto config = SmallFeeder(2);
   ExtendedScanner scanner(config);
-  SendAndExpect(scanner, "19", "06");
-  SendAndExpect(scanner, "19", "06");
+  Converse(scanner, "> 19 < 06 > 19 < 06");
   CheckScanShows(config.feederPages[0], scanner, FromOption());
-  SendAndExpect(scanner, "19", "06");
+  Converse(scanner, "> 19 < 06");
   CheckScanShows(config.feederPages[1], scanner, FromOption());
-  SendAndExpect(scanner, "19", "15");
+  Converse(scanner, "> 19 < 15");
   CheckRefusal(scanner, "no page that it can load");
   CheckNoViolations(scanner);
 }
 
 TEST_CASE("simulator: eject throws the page in the path out, and needs one") {
-  ExtendedScanner scanner(SmallFeeder(1));
-  SendAndExpect(scanner, "0C", "15");
-  SendAndExpect(scanner, "19", "06");
-  SendAndExpect(scanner, "0C", "06");
-  SendAndExpect(scanner, "0C", "15");
-  CheckStatus(scanner, "00 C8 00");
+  Play(SmallFeeder(1), "> 0C < 15 > 19 < 06 > 0C < 06 > 0C < 15 > 1C 46 < 00 C8 00");
 }
 
 TEST_CASE("simulator: without a feeder feed and eject are answered with NAK") {
-  ExtendedScanner scanner(SmallFlatbed());
-  SendAndExpect(scanner, "19", "15");
-  SendAndExpect(scanner, "0C", "15");
-  CheckNoViolations(scanner);
+  Play(SmallFlatbed(), "> 19 < 15 > 0C < 15");
 }
 
 TEST_CASE("simulator: paper is out when no page is left to scan, the one in the path included") {
-  ExtendedScanner scanner(SmallFeeder(1));
-  CheckStatus(scanner, "00 80 00");
-  SendAndExpect(scanner, "19", "06");
-  CheckStatus(scanner, "00 80 00");
-  ScanWith(scanner, FromOption(), 16);
-  CheckStatus(scanner, "00 C8 00");
-  SendAndExpect(scanner, "0C", "06");
-  CheckStatus(scanner, "00 C8 00");
+  Play(SmallFeeder(1),
+       "> 1C 46 < 00 80 00 * 13 > 19 < 06 > 1C 46 < 00 80 00 * 13" + kStart +
+           "< 02 00 * 12 * 64 < 00 > 06 * 64 < 00 > 06 * 32 < 00 > 1C 46 < 00 C8 00 * 13"
+           "> 0C < 06 > 1C 46 < 00 C8 00");
 }
 
 TEST_CASE("simulator: a scan from the empty feeder is refused in the header") {
   ExtendedScanner scanner(SmallFeeder(0));
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", FromOption());
-  talk.Send("1C 47");
-  talk.Expect("02 80 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(scanner, kRefused);
   CheckRefusal(scanner, "no page");
   CheckNoViolations(scanner);
 }
@@ -116,84 +101,45 @@ TEST_CASE("simulator: a scan from the empty feeder is refused in the header") {
 TEST_CASE("simulator: a cancelled page counts as scanned") {
   const auto config = SmallFeeder(2);
   ExtendedScanner scanner(config);
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", FromOption());
-  talk.Send("1C 47");
-  talk.Read(14 + 65);
-  SendAndExpect(scanner, "18", "06");
-  SendAndExpect(scanner, "0C", "06");
+  Converse(scanner, kStart + "* 79 > 18 < 06 > 0C < 06");
   CheckScanShows(config.feederPages[1], scanner, FromOption());
 }
 
 TEST_CASE("simulator: a reset leaves the paper where it is") {
-  ExtendedScanner scanner(SmallFeeder(1));
-  SendAndExpect(scanner, "19", "06");
-  SendAndExpect(scanner, "1B 40", "06");
-  SendAndExpect(scanner, "0C", "06");
+  Play(SmallFeeder(1), "> 19 < 06 > 1B 40 < 06 > 0C < 06");
 }
 
 TEST_CASE("simulator: the transparency unit scans what lies on the bed, in its own area") {
-  auto config = SmallFlatbed();
-  config.optionUnit = OptionUnit::kTransparencyUnit;
+  const auto config = WithTransparencyUnit();
   ExtendedScanner scanner(config);
   CheckScanShows(config.onBed, scanner, FromOption());
-  Bytes block = FromOption();
-  Put32(block, 16, 81);
-  SendAndExpect(scanner, "1C 57", "06");
-  Conversation(scanner).Send(block);
-  Conversation(scanner).Expect("15");
-  CheckRefusal(scanner, "columns 0 + 81 of 80");
+  CheckRefusedWidth(config, 81, "columns 0 + 81 of 80");
 }
 
 TEST_CASE("simulator: an open cover is status bit 04, and no page moves") {
-  auto config = SmallFeeder(1);
-  config.defects.coverOpen = true;
-  ExtendedScanner scanner(config);
-  CheckStatus(scanner, "00 C4 00");
-  SendAndExpect(scanner, "19", "15");
-  SendAndExpect(scanner, "0C", "15");
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", FromOption());
-  talk.Send("1C 47");
-  talk.Expect("02 80");
+  Play(Spoiled(SmallFeeder(1), "cover-open"),
+       "> 1C 46 < 00 C4 00 * 13 > 19 < 15 > 0C < 15" + kRefused);
 }
 
 TEST_CASE("simulator: a page jams: white from there, an error behind the block, bit 02 until out") {
-  auto config = SmallFeeder(2);
-  config.defects.jamAtLine = 5;
+  const auto config = Spoiled(SmallFeeder(2), "jam-at-line=5");
   ExtendedScanner scanner(config);
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", FromOption());
-  const Bytes area = AreaOf(config.feederPages[0], scanner);
-  talk.Send("1C 47");
-  talk.Read(14 + 65);
-  talk.Send("06");
-  CHECK(talk.Read(16) == Bytes(area.begin() + 64, area.begin() + 80));
-  CHECK(talk.Read(48) == Bytes(48, 0xFF));
-  talk.Expect("80");
-  CheckStatus(scanner, "00 C2 00");
-  SendAndExpect(scanner, "19", "15");
-  SendAndExpect(scanner, "0C", "06");
-  CheckStatus(scanner, "00 80 00");
+  Converse(scanner, kStart + "* 79 > 06");
+  const Bytes area = simulator::ScannedArea(config.feederPages[0], *scanner.Request());
+  CHECK(Conversation(scanner).Read(16) == Bytes(area.begin() + 64, area.begin() + 80));
+  CHECK(Conversation(scanner).Read(48) == Bytes(48, 0xFF));
+  Converse(scanner, "< 80 > 1C 46 < 00 C2 00 * 13 > 19 < 15 > 0C < 06 > 1C 46 < 00 80 00");
   CheckNoViolations(scanner);
 }
 
 TEST_CASE("simulator: nothing jams on the bed") {
-  auto config = SmallFeeder(1);
-  config.defects.jamAtLine = 5;
-  ExtendedScanner scanner(config);
+  ExtendedScanner scanner(Spoiled(SmallFeeder(1), "jam-at-line=5"));
   CHECK(ScanWith(scanner, ParameterBlock(), 16).size() == 160);
 }
 
 TEST_CASE("simulator: an error of the transparency unit is status C2, and refuses scans on it") {
-  auto config = SmallFlatbed();
-  config.optionUnit = OptionUnit::kTransparencyUnit;
-  config.defects.transparencyUnitError = true;
-  ExtendedScanner scanner(config);
-  CheckStatus(scanner, "00 00 C2");
+  ExtendedScanner scanner(Spoiled(WithTransparencyUnit(), "transparency-unit-error"));
+  Converse(scanner, "> 1C 46 < 00 00 C2 * 13");
   CHECK(ScanWith(scanner, ParameterBlock(), 16).size() == 160);
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", FromOption());
-  talk.Send("1C 47");
-  talk.Expect("02 80");
+  Converse(scanner, kRefused);
 }

@@ -46,6 +46,12 @@ Bytes StandardScan::Area() const {
   return area;
 }
 
+void Play(const simulator::StandardScannerConfig& config, std::string_view conversation) {
+  simulator::StandardScanner scanner(config);
+  Converse(scanner, conversation);
+  CheckNoViolations(scanner);
+}
+
 void Upload(simulator::Scanner& scanner, const StandardScan& scan) {
   Set(scanner, 'C', {scan.colorMode});
   Set(scanner, 'D', {scan.bits});

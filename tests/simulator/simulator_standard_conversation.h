@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "simulator/standard/standard_scanner.h"
@@ -29,6 +30,15 @@ struct StandardScan {
   // The parameters of ESC A.
   Bytes Area() const;
 };
+
+// What Upload sends of it, and what it is answered, as a conversation; then with the option unit.
+inline const std::string kUpload =
+    "> 1B 43 < 06 > 00 < 06 > 1B 44 < 06 > 08 < 06 > 1B 52 < 06 > 64 00 64 00 < 06"
+    "> 1B 48 < 06 > 64 64 < 06 > 1B 41 < 06 > 00 00 00 00 10 00 0A 00 < 06"
+    "> 1B 64 < 06 > 04 < 06";
+inline const std::string kUploadOption = "> 1B 65 < 06 > 01 < 06" + kUpload;
+
+void Play(const simulator::StandardScannerConfig& config, std::string_view conversation);
 
 // Sends ESC C, D, R, H, A and, unless in line mode, d; each acknowledged.
 void Upload(simulator::Scanner& scanner, const StandardScan& scan);

@@ -27,62 +27,58 @@ constexpr std::string_view kAllLetters = "?@ABCDFGHIKLMQRZdefgmpqstz";
 }  // namespace
 
 TEST_CASE("simulator: standard ESC I tells level, resolutions and bed, without the extended bit") {
-  StandardScanner scanner(SmallStandard());
-  SendAndExpect(scanner, "1B 49", "02 00 0D 00  42 38  52 32 00  52 64 00  41 C8 00 C8 00");
-  CheckNoViolations(scanner);
+  Play(SmallStandard(), "> 1B 49 < 02 00 0D 00  42 38  52 32 00  52 64 00  41 C8 00 C8 00");
 }
 
 TEST_CASE("simulator: standard ESC ? tells the product name behind eight bytes") {
   auto config = SmallStandard();
   config.identity.productName = "SCANNER RV-5000 ";
   StandardScanner scanner(config);
-  SendAndExpect(scanner, "1B 3F",
-                "02 00 18 00  42 38 00 00 00 00 00 00"
-                "53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20");
+  Converse(scanner,
+           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+           "53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20");
 }
 
 TEST_CASE("simulator: a product name is cut to 16 characters or filled with zeros") {
   auto config = SmallStandard();
   config.identity.productName = "AB";
   StandardScanner brief(config);
-  SendAndExpect(brief, "1B 3F",
-                "02 00 18 00  42 38 00 00 00 00 00 00"
-                "41 42 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(brief,
+           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+           "41 42 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   config.identity.productName = "ABCDEFGHIJKLMNOPQRS";
   StandardScanner lengthy(config);
-  SendAndExpect(lengthy, "1B 3F",
-                "02 00 18 00  42 38 00 00 00 00 00 00"
-                "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50");
+  Converse(lengthy,
+           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+           "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50");
 }
 
 TEST_CASE("simulator: standard ESC F is a header without data") {
-  StandardScanner scanner(SmallStandard());
-  SendAndExpect(scanner, "1B 46", "02 00 00 00");
-  CheckNoViolations(scanner);
+  Play(SmallStandard(), "> 1B 46 < 02 00 00 00");
 }
 
 TEST_CASE("simulator: standard ESC f of a healthy flatbed is eleven zeros") {
   StandardScanner scanner(SmallStandard());
-  SendAndExpect(scanner, "1B 66", "02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+  Converse(scanner, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: standard ESC f tells the option unit that is fitted, with its area") {
   auto config = SmallStandardFeeder(1);
   StandardScanner feeder(config);
-  SendAndExpect(feeder, "1B 66", "02 00 0B 00  00 80 60 00 96 00 00 00 00 00 00");
+  Converse(feeder, "> 1B 66 < 02 00 0B 00  00 80 60 00 96 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kTransparencyUnit;
   StandardScanner transparency(config);
-  SendAndExpect(transparency, "1B 66", "02 00 0B 00  00 00 00 00 00 00 80 50 00 3C 00");
+  Converse(transparency, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 80 50 00 3C 00");
 }
 
 TEST_CASE("simulator: feeder flags are bits 20 and 10 of the main status, with a feeder only") {
   auto config = SmallStandardFeeder(1);
   config.identity.feederFlags = 0x38;
   StandardScanner feeder(config);
-  SendAndExpect(feeder, "1B 66", "02 00 0B 00  30 80 60 00 96 00 00 00 00 00 00");
+  Converse(feeder, "> 1B 66 < 02 00 0B 00  30 80 60 00 96 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kNone;
   StandardScanner flatbed(config);
-  SendAndExpect(flatbed, "1B 66", "02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+  Converse(flatbed, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: each level knows its commands") {
@@ -100,13 +96,13 @@ TEST_CASE("simulator: each level knows its commands") {
 
 TEST_CASE("simulator: a command that the level does not know is a violation") {
   StandardScanner scanner(SmallStandard("B3"));
-  SendAndExpect(scanner, "1B 66", "15");
+  Converse(scanner, "> 1B 66 < 15");
   CheckViolation(scanner, "expected a command that the scanner knows, got ESC f");
 }
 
 TEST_CASE("simulator: the standard scanner knows no extended command") {
   StandardScanner scanner(SmallStandard());
-  SendAndExpect(scanner, "1C 49", "15");
+  Converse(scanner, "> 1C 49 < 15");
   CheckViolation(scanner, "got FS I");
 }
 
@@ -117,7 +113,7 @@ TEST_CASE("simulator: standard ESC @ is acknowledged and forgets what was set") 
   CheckParameters(scanner, 'e', "01", "06");
   CheckParameters(scanner, 'z', ToHex(Bytes(257, 'M')), "06");
   REQUIRE(scanner.ColorMatrix());
-  SendAndExpect(scanner, "1B 40", "06");
+  Converse(scanner, "> 1B 40 < 06");
   CHECK_FALSE(scanner.Request());
   CHECK_FALSE(scanner.ColorMatrix());
   CHECK_FALSE(scanner.Parameters('d'));
@@ -132,5 +128,5 @@ TEST_CASE("simulator: the standard scanner focuses like the extended one") {
   StandardScanner scanner(config);
   CheckParameters(scanner, 'p', "FF", "06");
   CHECK(scanner.FocusPosition() == 0xFF);
-  SendAndExpect(scanner, "1B 71", "02 00 02 00 00 39");
+  Converse(scanner, "> 1B 71 < 02 00 02 00 00 39");
 }

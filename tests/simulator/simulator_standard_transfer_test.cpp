@@ -38,7 +38,7 @@ void CheckFormatRefused(std::uint8_t colorMode, std::uint8_t bits, std::string_v
   scan.colorMode = colorMode;
   scan.bits = bits;
   Upload(scanner, scan);
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00");
   CheckRefusal(scanner, why);
   CheckNoViolations(scanner);
 }
@@ -51,14 +51,11 @@ TEST_CASE("simulator: ESC G is answered by the first block, each block but the l
   Upload(scanner, {});
   const Bytes area = AreaOf(scanner, config.onBed);
   Conversation talk(scanner);
-  talk.Send("1B 47");
-  talk.Expect("02 00 10 00 04 00");
+  Converse(scanner, "> 1B 47 < 02 00 10 00 04 00");
   CHECK(talk.Read(64) == Lines(area, 0, 4));
-  talk.Send("06");
-  talk.Expect("02 00 10 00 04 00");
+  Converse(scanner, "> 06 < 02 00 10 00 04 00");
   CHECK(talk.Read(64) == Lines(area, 4, 8));
-  talk.Send("06");
-  talk.Expect("02 20 10 00 02 00");
+  Converse(scanner, "> 06 < 02 20 10 00 02 00");
   CHECK(talk.Read(32) == Lines(area, 8, 10));
   CheckNoViolations(scanner);
 }
@@ -86,8 +83,7 @@ TEST_CASE("simulator: without ESC d a header comes first, then each line with on
   Upload(scanner, InLineMode());
   const Bytes area = AreaOf(scanner, config.onBed);
   Conversation talk(scanner);
-  talk.Send("1B 47");
-  talk.Expect("02 00 10 00 01 00");
+  Converse(scanner, "> 1B 47 < 02 00 10 00 01 00");
   for (std::size_t line = 0; line < 3; ++line) {
     talk.Expect(line == 2 ? "02 20 10 00" : "02 00 10 00");
     CHECK(talk.Read(16) == Lines(area, line, line + 1));
@@ -103,9 +99,7 @@ TEST_CASE("simulator: CAN after a standard block is acknowledged and ends the tr
     Conversation talk(scanner);
     talk.Send("1B 47");
     talk.Read(lineMode ? 6 + 4 + 16 : 6 + 64);
-    talk.Send("18");
-    talk.Expect("06");
-    SendAndExpect(scanner, "1B 46", "02 00 00 00");
+    Converse(scanner, "> 18 < 06 > 1B 46 < 02 00 00 00");
     CheckNoViolations(scanner);
   }
 }
@@ -123,18 +117,14 @@ TEST_CASE("simulator: ACK or CAN after the last standard block is a violation") 
 TEST_CASE("simulator: a command within a standard block breaks it off, and is a violation") {
   StandardScanner scanner(SmallStandard());
   Upload(scanner, {});
-  Conversation talk(scanner);
-  talk.Send("1B 47");
-  talk.Read(6 + 20);
-  SendAndExpect(scanner, "1B 46", "02 00 00 00");
+  Converse(scanner, "> 1B 47 * 26 > 1B 46 < 02 00 00 00");
   CheckViolation(scanner, "sent 1B 46 before reading");
 }
 
 TEST_CASE("simulator: ESC G without a complete scan asks again, and is refused once more") {
   StandardScanner scanner(SmallStandard());
   CheckParameters(scanner, 'd', "04", "06");
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00 > 1B 47 < 02 80 00 00 00 00");
   CheckNoViolations(scanner);
   CHECK(scanner.Refusals().size() == 2);
 }
@@ -142,7 +132,7 @@ TEST_CASE("simulator: ESC G without a complete scan asks again, and is refused o
 TEST_CASE("simulator: a refused start is asked for again, and the first block is its answer") {
   StandardScanner scanner(Refusing(1));
   Upload(scanner, {});
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00");
   CHECK(StandardScanAll(scanner).size() == 160);
   CheckNoViolations(scanner);
 }
@@ -150,33 +140,28 @@ TEST_CASE("simulator: a refused start is asked for again, and the first block is
 TEST_CASE("simulator: in line mode a repeated start is answered by the first line at once") {
   StandardScanner scanner(Refusing(1, "B3"));
   Upload(scanner, InLineMode());
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
-  SendAndExpect(scanner, "1B 47", "02 00 10 00");
-  Conversation(scanner).Read(16);
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00 > 1B 47 < 02 00 10 00 * 16");
   CheckNoViolations(scanner);
 }
 
 TEST_CASE("simulator: in line mode a second refusal is a header that begins with NAK") {
   StandardScanner scanner(Refusing(3, "B3"));
   Upload(scanner, InLineMode());
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
-  SendAndExpect(scanner, "1B 47", "15 80 00 00");
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner,
+           "> 1B 47 < 02 80 00 00 00 00 > 1B 47 < 15 80 00 00 > 1B 47 < 02 80 00 00 00 00");
 }
 
 TEST_CASE("simulator: a new area begins with a first start") {
   StandardScanner scanner(Refusing(1, "B3"));
   Upload(scanner, InLineMode());
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00");
   Upload(scanner, InLineMode());
   CHECK(StandardScanAll(scanner, true).size() == 48);
 }
 
 TEST_CASE("simulator: behind a reset a start is a first one") {
   StandardScanner scanner(Refusing(1, "B3"));
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
-  SendAndExpect(scanner, "1B 40", "06");
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00 > 1B 40 < 06 > 1B 47 < 02 80 00 00 00 00");
 }
 
 TEST_CASE("simulator: colour modes have their depths") {
@@ -195,11 +180,11 @@ TEST_CASE("simulator: a line that is too long for its header is refused") {
   scan.colorMode = 0x13;
   scan.width = 21848;
   Upload(scanner, scan);
-  SendAndExpect(scanner, "1B 47", "02 80 00 00 00 00");
+  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00");
   CheckRefusal(scanner, "a line of 65544 bytes does not fit a block");
   scan.width = 21840;
   Upload(scanner, scan);
-  SendAndExpect(scanner, "1B 47", "02 00 F0 FF 04 00");
+  Converse(scanner, "> 1B 47 < 02 00 F0 FF 04 00");
 }
 
 TEST_CASE("simulator: what the standard scanner delivers is the area, whatever form and place") {

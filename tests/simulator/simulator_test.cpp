@@ -12,30 +12,21 @@ using simulator::FaultInjector;
 using simulator::OptionUnit;
 
 TEST_CASE("simulator: ESC I answers STX, the extended bit, the level and its resolutions") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.Send("1B 49");
-  talk.Expect("02 02 19 00");
-  talk.Expect("42 38  52 32 00  52 48 00  52 4B 00  52 64 00  52 96 00  52 C8 00  41 90 01 90 01");
-  CheckNoViolations(scanner);
+  Play(SmallFlatbed(),
+       "> 1B 49 < 02 02 19 00"
+       "< 42 38  52 32 00  52 48 00  52 4B 00  52 64 00  52 96 00  52 C8 00  41 90 01 90 01");
 }
 
 TEST_CASE("simulator: a scanner without extended commands clears the bit in its probe reply") {
   auto config = SmallFlatbed();
   config.manners.knowsExtendedCommands = false;
   ExtendedScanner scanner(config);
-  Conversation talk(scanner);
-  talk.Send("1B 49");
-  talk.Expect("02 00");
+  Converse(scanner, "> 1B 49 < 02 00");
 }
 
 TEST_CASE("simulator: ESC @ is acknowledged and forgets what was set") {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
-  talk.SendAcknowledged("1B 6D", FromHex("01 02 03 04 05 06 07 08 09"));
-  talk.Send("1B 40");
-  talk.Expect("06");
+  Converse(scanner, kSetUp + "> 1B 6D < 06 > 01 02 03 04 05 06 07 08 09 < 06 > 1B 40 < 06");
   CHECK_FALSE(scanner.Request());
   CHECK_FALSE(scanner.ColorMatrix());
   CheckNoViolations(scanner);
@@ -45,32 +36,24 @@ TEST_CASE("simulator: FS I tells level, resolutions, areas, feeder flags and pro
   auto config = SmallFlatbed();
   config.identity.feederFlags = 0x38;
   config.identity.productName = "SCANNER RV-5000 ";
-  ExtendedScanner scanner(config);
-  Conversation talk(scanner);
-  talk.Send("1C 49");
-  talk.Expect(
-      "42 38 00 00 64 00 00 00 32 00 00 00 C8 00 00 00 00 00 00 00"
-      "C8 00 00 00 C8 00 00 00 64 00 00 00 96 00 00 00 50 00 00 00 3C 00 00 00"
-      "38 00 53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20"
-      "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
-  CheckNoViolations(scanner);
+  Play(config,
+       "> 1C 49 < 42 38 00 00 64 00 00 00 32 00 00 00 C8 00 00 00 00 00 00 00"
+       "C8 00 00 00 C8 00 00 00 64 00 00 00 96 00 00 00 50 00 00 00 3C 00 00 00"
+       "38 00 53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20"
+       "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: FS F of a healthy flatbed is sixteen zeros") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.Send("1C 46");
-  talk.Expect("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
-  CheckNoViolations(scanner);
+  Play(SmallFlatbed(), "> 1C 46 < 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: FS F tells a fitted feeder in byte 1 and a transparency unit in byte 2") {
   auto config = SmallFeeder(1);
   ExtendedScanner feeder(config);
-  SendAndExpect(feeder, "1C 46", "00 80 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(feeder, "> 1C 46 < 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kTransparencyUnit;
   ExtendedScanner transparency(config);
-  SendAndExpect(transparency, "1C 46", "00 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Converse(transparency, "> 1C 46 < 00 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: ESC z takes 257 bytes with the selector R, G, B or M") {
@@ -82,8 +65,7 @@ TEST_CASE("simulator: ESC z takes 257 bytes with the selector R, G, B or M") {
     talk.SendAcknowledged("1B 7A", table);
   }
   table[0] = 'X';
-  talk.Send("1B 7A");
-  talk.Expect("06");
+  Converse(scanner, "> 1B 7A < 06");
   talk.Send(table);
   talk.Expect("15");
   CheckRefusal(scanner, "selector 88");
@@ -102,8 +84,7 @@ TEST_CASE("simulator: ESC p takes a focus position, ESC q tells the one that was
   Conversation talk(scanner);
   talk.SendAcknowledged("1B 70", FromHex("FF"));
   CHECK(scanner.FocusPosition() == 0xFF);
-  talk.Send("1B 71");
-  talk.Expect("02 00 02 00 00 48");
+  Converse(scanner, "> 1B 71 < 02 00 02 00 00 48");
   CheckNoViolations(scanner);
 }
 
@@ -111,25 +92,18 @@ TEST_CASE("simulator: automatic focus that finds nothing sets bit 0 of the first
   auto config = SmallFlatbed();
   config.manners.focusFails = true;
   ExtendedScanner scanner(config);
-  SendAndExpect(scanner, "1B 71", "02 00 02 00 01 48");
+  Converse(scanner, "> 1B 71 < 02 00 02 00 01 48");
 }
 
 TEST_CASE("simulator: below level B8 there is no focus") {
   auto config = SmallFlatbed();
   config.identity.level = "B7";
-  ExtendedScanner scanner(config);
-  SendAndExpect(scanner, "1B 70", "15");
-  CheckViolation(scanner, "expected a command that the scanner knows, got ESC p");
+  PlayWrongly(config, "> 1B 70 < 15", "expected a command that the scanner knows, got ESC p");
 }
 
 TEST_CASE("simulator: ESC e without an option unit takes 0 alone") {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1B 65", FromHex("00"));
-  talk.Send("1B 65");
-  talk.Expect("06");
-  talk.Send("01");
-  talk.Expect("15");
+  Converse(scanner, "> 1B 65 < 06 > 00 < 06 > 1B 65 < 06 > 01 < 15");
   CheckRefusal(scanner, "no option unit is fitted");
   CheckNoViolations(scanner);
 }
@@ -137,8 +111,7 @@ TEST_CASE("simulator: ESC e without an option unit takes 0 alone") {
 TEST_CASE("simulator: ESC e above 1 is for the feeder variant alone") {
   auto config = SmallFeeder(1);
   ExtendedScanner plain(config);
-  Conversation(plain).SendAcknowledged("1B 65", FromHex("01"));
-  SendAndExpect(plain, "1B 65 02", "06 15");
+  Converse(plain, "> 1B 65 < 06 > 01 < 06 > 1B 65 02 < 06 15");
   config.identity.feederFlags = 0x20;
   ExtendedScanner variant(config);
   Conversation(variant).SendAcknowledged("1B 65", FromHex("02"));
@@ -146,18 +119,7 @@ TEST_CASE("simulator: ESC e above 1 is for the feeder variant alone") {
 }
 
 TEST_CASE("simulator: bytes may come and go in any portions") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.Send("1B");
-  talk.Send("65");
-  talk.Expect("06");
-  talk.Send("00");
-  talk.Expect("06");
-  talk.Send("1B 49");
-  talk.Expect("02");
-  talk.Expect("02 19");
-  talk.Read(26);
-  CheckNoViolations(scanner);
+  Play(SmallFlatbed(), "> 1B > 65 < 06 > 00 < 06 > 1B 49 < 02 < 02 19 * 26");
 }
 
 TEST_CASE("simulator: the rest of the device interface is not implemented") {

@@ -15,13 +15,9 @@ namespace {
 
 void CheckParametersRefused(const std::function<void(Bytes&)>& change, std::string_view why) {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
   Bytes block = ParameterBlock();
   change(block);
-  talk.Send("1C 57");
-  talk.Expect("06");
-  talk.Send(block);
-  talk.Expect("15");
+  Converse(scanner, "> 1C 57 < 06 >" + ToHex(block) + "< 15");
   CheckRefusal(scanner, why);
   CheckNoViolations(scanner);
   CHECK_FALSE(scanner.Request());
@@ -95,14 +91,9 @@ TEST_CASE("simulator: FS W refuses an option unit that is not fitted") {
 
 TEST_CASE("simulator: a refused FS W leaves nothing to scan") {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
   Bytes block = ParameterBlock();
   block[28] = 0;
-  talk.Send("1C 57");
-  talk.Expect("06");
-  talk.Send(block);
-  talk.Expect("15");
+  Converse(scanner, kSetUp + "> 1C 57 < 06 >" + ToHex(block) + "< 15");
   CHECK_FALSE(scanner.Request());
 }
 
@@ -115,13 +106,9 @@ TEST_CASE("simulator: FS G announces full blocks and a last block of one line at
                          Row{8, "02 00 40 00 00 00 01 00 00 00 40 00 00 00"},
                          Row{9, "02 00 40 00 00 00 02 00 00 00 10 00 00 00"},
                          Row{1, "02 00 40 00 00 00 00 00 00 00 10 00 00 00"}}) {
-    ExtendedScanner scanner(SmallFlatbed());
-    Conversation talk(scanner);
     Bytes block = ParameterBlock();
     SetSize(block, 16, row.height);
-    talk.SendAcknowledged("1C 57", block);
-    talk.Send("1C 47");
-    talk.Expect(row.header);
+    Play(SmallFlatbed(), "> 1C 57 < 06 >" + ToHex(block) + "< 06 > 1C 47 <" + row.header);
   }
 }
 
@@ -144,30 +131,17 @@ TEST_CASE("simulator: a block is its lines and a status byte, and waits for ACK"
   Conversation talk(scanner);
   talk.SendAcknowledged("1C 57", ParameterBlock());
   const Bytes area = simulator::ScannedArea(config.onBed, *scanner.Request());
-  talk.Send("1C 47");
-  talk.Read(14);
+  Converse(scanner, "> 1C 47 * 14");
   CHECK(talk.Read(64) == Bytes(area.begin(), area.begin() + 64));
-  talk.Expect("00");
-  CHECK(talk.ReadInVain(1).empty());
-  talk.Send("06");
+  Converse(scanner, "< 00 ! 1 > 06");
   CHECK(talk.Read(64) == Bytes(area.begin() + 64, area.begin() + 128));
-  talk.Expect("00");
-  talk.Send("06");
+  Converse(scanner, "< 00 > 06");
   CHECK(talk.Read(32) == Bytes(area.begin() + 128, area.end()));
   talk.Expect("00");
 }
 
 TEST_CASE("simulator: CAN after a block is acknowledged and ends the transfer") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
-  talk.Send("1C 47");
-  talk.Read(14 + 65);
-  talk.Send("18");
-  talk.Expect("06");
-  talk.Send("1C 46");
-  talk.Read(16);
-  CheckNoViolations(scanner);
+  Play(SmallFlatbed(), kSetUp + "> 1C 47 * 79 > 18 < 06 > 1C 46 * 16");
 }
 
 TEST_CASE("simulator: the same page scans again and again") {
@@ -180,13 +154,7 @@ TEST_CASE("simulator: the same page scans again and again") {
 TEST_CASE("simulator: the firmware may refuse the first transfers") {
   auto config = SmallFlatbed();
   config.manners.refusedTransfers = 2;
-  ExtendedScanner scanner(config);
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
-  for (int i = 0; i < 2; ++i) {
-    talk.Send("1C 47");
-    talk.Expect("02 80 00 00 00 00 00 00 00 00 00 00 00 00");
-  }
-  CHECK(ScanAll(talk, 16).size() == 160);
-  CheckNoViolations(scanner);
+  const std::string refused = "> 1C 47 < 02 80 00 00 00 00 00 00 00 00 00 00 00 00";
+  Play(config,
+       kSetUp + refused + refused + "> 1C 47 < 02 00 * 12 * 64 < 00 > 06 * 64 < 00 > 06 * 32 < 00");
 }
