@@ -10,263 +10,161 @@ local scanner = Proto("pmddb832", "Pmddb832 scanner")
 -- two marks is made from the tables of the module and is not edited by hand.
 
 -- tables begin
+local NAMES = {
+  colour_mode = {
+    {0x00, "grey"},
+    {0x01, "colour planes, plain"},
+    {0x02, "colour planes"},
+    {0x10, "channel 1"},
+    {0x13, "colour"},
+    {0x20, "channel 2"},
+    {0x23, "colour, blue first"},
+    {0x30, "channel 3"},
+  },
+  mirror = {{0x00, "off"}, {0x01, "on"}},
+  gamma_code = {
+    {0x00, "gamma 3.0"},
+    {0x01, "gamma 1.0"},
+    {0x02, "gamma 2.2"},
+    {0x10, "gamma 2.8"},
+    {0x20, "gamma 2.5"},
+  },
+  option_unit = {{0x00, "off, flatbed"}, {0x01, "on"}, {0x02, "on, second side"}},
+  focus_position = {{0xFF, "automatic"}},
+  channel = {{0x52, "red"}, {0x47, "green"}, {0x42, "blue"}, {0x4D, "all channels"}},
+  header_status = {{0x02, "knows the extended commands"}},
+  header_status_2 = {{0x80, "error", trouble = true}},
+  main_status = {
+    {0x80, "fatal error", trouble = true},
+    {0x20, "feeder variant"},
+    {0x10, "second feeder capability"},
+    {0x02, "warming up", trouble = true},
+  },
+  feeder = {
+    {0x80, "installed"},
+    {0x40, "error", trouble = true},
+    {0x08, "empty", trouble = true},
+    {0x04, "cover open", trouble = true},
+    {0x02, "paper jam", trouble = true},
+  },
+  transparency_unit = {
+    {0x80, "installed"},
+    {0x40, "error", trouble = true},
+    {0x02, "fault", trouble = true},
+  },
+  outcome = {{0x01, "no focus found", trouble = true}},
+  feeder_capabilities = {
+    {0x20, "feeder variant"},
+    {0x10, "second capability"},
+    {0x08, "third capability"},
+  },
+  main_status_2 = {
+    {0x80, "fatal error", trouble = true},
+    {0x40, "not ready", trouble = true},
+    {0x02, "warming up", trouble = true},
+  },
+  start_byte = {{0x02, "STX"}},
+  status = {{0x80, "error", trouble = true}},
+  status_2 = {{0x80, "error", trouble = true}, {0x40, "no new start"}, {0x20, "last block"}},
+}
+
 local COMMANDS = {
-  [0x1B3F] = {letters = "ESC ?", name = "product name", reply = "product",
-    parameters = 0,
-  },
-  [0x1B40] = {letters = "ESC @", name = "reset", reply = "acknowledge",
-    parameters = 0,
-  },
-  [0x1B41] = {letters = "ESC A", name = "scan area", reply = "acknowledge",
-    parameters = 8,
+  [0x1B3F] = {letters = "ESC ?", name = "product name", reply = "product"},
+  [0x1B40] = {letters = "ESC @", name = "reset", reply = "acknowledge"},
+  [0x1B41] = {letters = "ESC A", name = "scan area", reply = "acknowledge", parameters = 8,
     {name = "left", offset = 0, width = 2, shape = "number", unit = "pixels"},
     {name = "top", offset = 2, width = 2, shape = "number", unit = "lines"},
     {name = "width", offset = 4, width = 2, shape = "number", unit = "pixels"},
-    {name = "height", offset = 6, width = 2, shape = "number", unit = "lines"},
-  },
-  [0x1B42] = {letters = "ESC B", name = "halftone", reply = "acknowledge",
-    parameters = 1,
-    {name = "halftone code", offset = 0, width = 1, shape = "code"},
-  },
-  [0x1B43] = {letters = "ESC C", name = "colour mode", reply = "acknowledge",
-    parameters = 1,
-    {name = "colour mode", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "grey"},
-        {0x01, "colour planes, plain"},
-        {0x02, "colour planes"},
-        {0x10, "channel 1"},
-        {0x13, "colour"},
-        {0x20, "channel 2"},
-        {0x23, "colour, blue first"},
-        {0x30, "channel 3"},
-      }},
-  },
-  [0x1B44] = {letters = "ESC D", name = "data format", reply = "acknowledge",
-    parameters = 1,
-    {name = "bits per sample", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B46] = {letters = "ESC F", name = "condition", reply = "condition",
-    parameters = 0,
-  },
-  [0x1B47] = {letters = "ESC G", name = "start scan", reply = "block_header",
-    parameters = 0,
-  },
-  [0x1B48] = {letters = "ESC H", name = "zoom", reply = "acknowledge",
-    parameters = 2,
+    {name = "height", offset = 6, width = 2, shape = "number", unit = "lines"}},
+  [0x1B42] = {letters = "ESC B", name = "halftone", reply = "acknowledge", parameters = 1,
+    {name = "halftone code", offset = 0, width = 1, shape = "code"}},
+  [0x1B43] = {letters = "ESC C", name = "colour mode", reply = "acknowledge", parameters = 1,
+    {name = "colour mode", offset = 0, width = 1, shape = "choice", names = NAMES.colour_mode}},
+  [0x1B44] = {letters = "ESC D", name = "data format", reply = "acknowledge", parameters = 1,
+    {name = "bits per sample", offset = 0, width = 1, shape = "number"}},
+  [0x1B46] = {letters = "ESC F", name = "condition", reply = "condition"},
+  [0x1B47] = {letters = "ESC G", name = "start scan", reply = "block_header"},
+  [0x1B48] = {letters = "ESC H", name = "zoom", reply = "acknowledge", parameters = 2,
     {name = "main zoom", offset = 0, width = 1, shape = "number", unit = "%"},
-    {name = "sub zoom", offset = 1, width = 1, shape = "number", unit = "%"},
-  },
-  [0x1B49] = {letters = "ESC I", name = "level and identity", reply = "level",
-    parameters = 0,
-  },
-  [0x1B4B] = {letters = "ESC K", name = "mirror", reply = "acknowledge",
-    parameters = 1,
-    {name = "mirror", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-  },
-  [0x1B4C] = {letters = "ESC L", name = "brightness", reply = "acknowledge",
-    parameters = 1,
-    {name = "brightness", offset = 0, width = 1, shape = "signed"},
-  },
-  [0x1B4D] = {letters = "ESC M", name = "colour correction", reply = "acknowledge",
-    parameters = 1,
-    {name = "colour correction", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-  },
-  [0x1B51] = {letters = "ESC Q", name = "sharpness", reply = "acknowledge",
-    parameters = 1,
-    {name = "sharpness", offset = 0, width = 1, shape = "signed"},
-  },
-  [0x1B52] = {letters = "ESC R", name = "resolution", reply = "acknowledge",
-    parameters = 4,
+    {name = "sub zoom", offset = 1, width = 1, shape = "number", unit = "%"}},
+  [0x1B49] = {letters = "ESC I", name = "level and identity", reply = "level"},
+  [0x1B4B] = {letters = "ESC K", name = "mirror", reply = "acknowledge", parameters = 1,
+    {name = "mirror", offset = 0, width = 1, shape = "choice", names = NAMES.mirror}},
+  [0x1B4C] = {letters = "ESC L", name = "brightness", reply = "acknowledge", parameters = 1,
+    {name = "brightness", offset = 0, width = 1, shape = "signed"}},
+  [0x1B4D] = {letters = "ESC M", name = "colour correction", reply = "acknowledge", parameters = 1,
+    {name = "colour correction", offset = 0, width = 1, shape = "choice", names = NAMES.mirror}},
+  [0x1B51] = {letters = "ESC Q", name = "sharpness", reply = "acknowledge", parameters = 1,
+    {name = "sharpness", offset = 0, width = 1, shape = "signed"}},
+  [0x1B52] = {letters = "ESC R", name = "resolution", reply = "acknowledge", parameters = 4,
     {name = "main resolution", offset = 0, width = 2, shape = "number", unit = "dpi"},
-    {name = "sub resolution", offset = 2, width = 2, shape = "number", unit = "dpi"},
-  },
-  [0x1B5A] = {letters = "ESC Z", name = "gamma code", reply = "acknowledge",
-    parameters = 1,
-    {name = "gamma code", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "gamma 3.0"},
-        {0x01, "gamma 1.0"},
-        {0x02, "gamma 2.2"},
-        {0x10, "gamma 2.8"},
-        {0x20, "gamma 2.5"},
-      }},
-  },
-  [0x1B64] = {letters = "ESC d", name = "lines per block", reply = "acknowledge",
-    parameters = 1,
-    {name = "lines per block", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B65] = {letters = "ESC e", name = "option unit", reply = "acknowledge",
-    parameters = 1,
-    {name = "option unit", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off, flatbed"},
-        {0x01, "on"},
-        {0x02, "on, second side"},
-      }},
-  },
-  [0x1B66] = {letters = "ESC f", name = "status", reply = "status_reply",
-    parameters = 0,
-  },
-  [0x1B67] = {letters = "ESC g", name = "parameter g", reply = "acknowledge",
-    parameters = 1,
-    {name = "parameter g", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B6D] = {letters = "ESC m", name = "colour matrix", reply = "acknowledge",
-    parameters = 9,
-  },
-  [0x1B70] = {letters = "ESC p", name = "focus position", reply = "acknowledge",
-    parameters = 1,
+    {name = "sub resolution", offset = 2, width = 2, shape = "number", unit = "dpi"}},
+  [0x1B5A] = {letters = "ESC Z", name = "gamma code", reply = "acknowledge", parameters = 1,
+    {name = "gamma code", offset = 0, width = 1, shape = "choice", names = NAMES.gamma_code}},
+  [0x1B64] = {letters = "ESC d", name = "lines per block", reply = "acknowledge", parameters = 1,
+    {name = "lines per block", offset = 0, width = 1, shape = "number"}},
+  [0x1B65] = {letters = "ESC e", name = "option unit", reply = "acknowledge", parameters = 1,
+    {name = "option unit", offset = 0, width = 1, shape = "choice", names = NAMES.option_unit}},
+  [0x1B66] = {letters = "ESC f", name = "status", reply = "status_reply"},
+  [0x1B67] = {letters = "ESC g", name = "parameter g", reply = "acknowledge", parameters = 1,
+    {name = "parameter g", offset = 0, width = 1, shape = "number"}},
+  [0x1B6D] = {letters = "ESC m", name = "colour matrix", reply = "acknowledge", parameters = 9},
+  [0x1B70] = {letters = "ESC p", name = "focus position", reply = "acknowledge", parameters = 1,
     {name = "focus position", offset = 0, width = 1, shape = "position",
-      names = {
-        {0xFF, "automatic"},
-      }},
-  },
-  [0x1B71] = {letters = "ESC q", name = "focus found", reply = "focus",
-    parameters = 0,
-  },
-  [0x1B73] = {letters = "ESC s", name = "enhancement", reply = "acknowledge",
-    parameters = 1,
-    {name = "enhancement", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B74] = {letters = "ESC t", name = "threshold", reply = "acknowledge",
-    parameters = 1,
-    {name = "threshold", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B7A] = {letters = "ESC z", name = "gamma table", reply = "acknowledge",
-    parameters = 257,
-    {name = "channel", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x52, "red"},
-        {0x47, "green"},
-        {0x42, "blue"},
-        {0x4D, "all channels"},
-      }},
-  },
-  [0x1C46] = {letters = "FS F", name = "status", reply = "status",
-    parameters = 0,
-  },
-  [0x1C47] = {letters = "FS G", name = "start transfer", reply = "transfer_header",
-    parameters = 0,
-  },
-  [0x1C49] = {letters = "FS I", name = "identity", reply = "identity",
-    parameters = 0,
-  },
-  [0x1C57] = {letters = "FS W", name = "set parameters", reply = "acknowledge",
-    parameters = 64,
+      names = NAMES.focus_position}},
+  [0x1B71] = {letters = "ESC q", name = "focus found", reply = "focus"},
+  [0x1B73] = {letters = "ESC s", name = "enhancement", reply = "acknowledge", parameters = 1,
+    {name = "enhancement", offset = 0, width = 1, shape = "number"}},
+  [0x1B74] = {letters = "ESC t", name = "threshold", reply = "acknowledge", parameters = 1,
+    {name = "threshold", offset = 0, width = 1, shape = "number"}},
+  [0x1B7A] = {letters = "ESC z", name = "gamma table", reply = "acknowledge", parameters = 257,
+    {name = "channel", offset = 0, width = 1, shape = "choice", names = NAMES.channel}},
+  [0x1C46] = {letters = "FS F", name = "status", reply = "status"},
+  [0x1C47] = {letters = "FS G", name = "start transfer", reply = "transfer_header"},
+  [0x1C49] = {letters = "FS I", name = "identity", reply = "identity"},
+  [0x1C57] = {letters = "FS W", name = "set parameters", reply = "acknowledge", parameters = 64,
     {name = "main resolution", offset = 0, width = 4, shape = "number", unit = "dpi"},
     {name = "sub resolution", offset = 4, width = 4, shape = "number", unit = "dpi"},
     {name = "area left", offset = 8, width = 4, shape = "number", unit = "pixels"},
     {name = "area top", offset = 12, width = 4, shape = "number", unit = "lines"},
     {name = "area width", offset = 16, width = 4, shape = "number", unit = "pixels"},
     {name = "area height", offset = 20, width = 4, shape = "number", unit = "lines"},
-    {name = "colour mode", offset = 24, width = 1, shape = "choice",
-      names = {
-        {0x00, "grey"},
-        {0x01, "colour planes, plain"},
-        {0x02, "colour planes"},
-        {0x10, "channel 1"},
-        {0x13, "colour"},
-        {0x20, "channel 2"},
-        {0x23, "colour, blue first"},
-        {0x30, "channel 3"},
-      }},
+    {name = "colour mode", offset = 24, width = 1, shape = "choice", names = NAMES.colour_mode},
     {name = "bits per sample", offset = 25, width = 1, shape = "number"},
-    {name = "option unit", offset = 26, width = 1, shape = "choice",
-      names = {
-        {0x00, "off, flatbed"},
-        {0x01, "on"},
-        {0x02, "on, second side"},
-      }},
+    {name = "option unit", offset = 26, width = 1, shape = "choice", names = NAMES.option_unit},
     {name = "parameter g", offset = 27, width = 1, shape = "number"},
     {name = "lines per block", offset = 28, width = 1, shape = "number"},
-    {name = "gamma code", offset = 29, width = 1, shape = "choice",
-      names = {
-        {0x00, "gamma 3.0"},
-        {0x01, "gamma 1.0"},
-        {0x02, "gamma 2.2"},
-        {0x10, "gamma 2.8"},
-        {0x20, "gamma 2.5"},
-      }},
+    {name = "gamma code", offset = 29, width = 1, shape = "choice", names = NAMES.gamma_code},
     {name = "brightness", offset = 30, width = 1, shape = "signed"},
-    {name = "colour correction", offset = 31, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
+    {name = "colour correction", offset = 31, width = 1, shape = "choice", names = NAMES.mirror},
     {name = "halftone code", offset = 32, width = 1, shape = "code"},
     {name = "mode override", offset = 33, width = 1, shape = "code"},
     {name = "enhancement", offset = 34, width = 1, shape = "number"},
     {name = "sharpness", offset = 35, width = 1, shape = "signed"},
-    {name = "mirror", offset = 36, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-    {name = "option parameter", offset = 37, width = 1, shape = "code"},
-  },
+    {name = "mirror", offset = 36, width = 1, shape = "choice", names = NAMES.mirror},
+    {name = "option parameter", offset = 37, width = 1, shape = "code"}},
 }
 
 local REPLIES = {
-  acknowledge = {size = 1,
-  },
-  level = {size = 4,
-    {name = "header status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x02, "knows the extended commands"},
-      }},
-  },
-  product = {size = 4,
-    {name = "product name", offset = 12, width = 16, shape = "text"},
-  },
-  status_reply = {size = 4,
-    {name = "header status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-      }},
-    {name = "main status", offset = 4, width = 1, shape = "flags",
-      names = {
-        {0x80, "fatal error", trouble = true},
-        {0x20, "feeder variant"},
-        {0x10, "second feeder capability"},
-        {0x02, "warming up", trouble = true},
-      }},
-    {name = "feeder", offset = 5, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x08, "empty", trouble = true},
-        {0x04, "cover open", trouble = true},
-        {0x02, "paper jam", trouble = true},
-      }},
+  acknowledge = {size = 1},
+  level = {size = 4, declares_data = true,
+    {name = "header status", offset = 1, width = 1, shape = "flags", names = NAMES.header_status}},
+  product = {size = 4, declares_data = true,
+    {name = "product name", offset = 12, width = 16, shape = "text"}},
+  status_reply = {size = 4, declares_data = true,
+    {name = "header status", offset = 1, width = 1, shape = "flags", names = NAMES.header_status_2},
+    {name = "main status", offset = 4, width = 1, shape = "flags", names = NAMES.main_status},
+    {name = "feeder", offset = 5, width = 1, shape = "flags", names = NAMES.feeder},
     {name = "feeder width", offset = 6, width = 2, shape = "number", unit = "pixels"},
     {name = "feeder height", offset = 8, width = 2, shape = "number", unit = "pixels"},
     {name = "transparency unit", offset = 10, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x02, "fault", trouble = true},
-      }},
+      names = NAMES.transparency_unit},
     {name = "transparency unit width", offset = 11, width = 2, shape = "number", unit = "pixels"},
-    {name = "transparency unit height", offset = 13, width = 2, shape = "number", unit = "pixels"},
-  },
-  focus = {size = 4,
-    {name = "outcome", offset = 4, width = 1, shape = "flags",
-      names = {
-        {0x01, "no focus found", trouble = true},
-      }},
-    {name = "focus position", offset = 5, width = 1, shape = "position"},
-  },
-  condition = {size = 4,
-  },
+    {name = "transparency unit height", offset = 13, width = 2, shape = "number", unit = "pixels"}},
+  focus = {size = 4, declares_data = true,
+    {name = "outcome", offset = 4, width = 1, shape = "flags", names = NAMES.outcome},
+    {name = "focus position", offset = 5, width = 1, shape = "position"}},
+  condition = {size = 4},
   identity = {size = 80,
     {name = "command level", offset = 0, width = 2, shape = "text"},
     {name = "basic resolution", offset = 4, width = 4, shape = "number", unit = "dpi"},
@@ -279,62 +177,24 @@ local REPLIES = {
     {name = "transparency unit width", offset = 36, width = 4, shape = "number", unit = "pixels"},
     {name = "transparency unit height", offset = 40, width = 4, shape = "number", unit = "pixels"},
     {name = "feeder capabilities", offset = 44, width = 1, shape = "flags",
-      names = {
-        {0x20, "feeder variant"},
-        {0x10, "second capability"},
-        {0x08, "third capability"},
-      }},
-    {name = "product name", offset = 46, width = 16, shape = "text"},
-  },
+      names = NAMES.feeder_capabilities},
+    {name = "product name", offset = 46, width = 16, shape = "text"}},
   status = {size = 16,
-    {name = "main status", offset = 0, width = 1, shape = "flags",
-      names = {
-        {0x80, "fatal error", trouble = true},
-        {0x40, "not ready", trouble = true},
-        {0x02, "warming up", trouble = true},
-      }},
-    {name = "feeder", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x08, "empty", trouble = true},
-        {0x04, "cover open", trouble = true},
-        {0x02, "paper jam", trouble = true},
-      }},
+    {name = "main status", offset = 0, width = 1, shape = "flags", names = NAMES.main_status_2},
+    {name = "feeder", offset = 1, width = 1, shape = "flags", names = NAMES.feeder},
     {name = "transparency unit", offset = 2, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x02, "fault", trouble = true},
-      }},
-  },
+      names = NAMES.transparency_unit}},
   transfer_header = {size = 14,
-    {name = "start byte", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x02, "STX"},
-      }},
-    {name = "status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-      }},
+    {name = "start byte", offset = 0, width = 1, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, width = 1, shape = "flags", names = NAMES.status},
     {name = "full block", offset = 2, width = 4, shape = "number", unit = "bytes"},
     {name = "full blocks", offset = 6, width = 4, shape = "number"},
-    {name = "last block", offset = 10, width = 4, shape = "number", unit = "bytes"},
-  },
+    {name = "last block", offset = 10, width = 4, shape = "number", unit = "bytes"}},
   block_header = {size = 6,
-    {name = "start byte", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x02, "STX"},
-      }},
-    {name = "status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-        {0x40, "no new start"},
-        {0x20, "last block"},
-      }},
+    {name = "start byte", offset = 0, width = 1, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, width = 1, shape = "flags", names = NAMES.status_2},
     {name = "line", offset = 2, width = 2, shape = "number", unit = "bytes"},
-    {name = "lines", offset = 4, width = 2, shape = "number"},
-  },
+    {name = "lines", offset = 4, width = 2, shape = "number"}},
 }
 
 local CONTROL_BYTES = {
@@ -349,7 +209,6 @@ local CONTROL_BYTES = {
 local ESC, FS = 0x1B, 0x1C
 local STX, ACK, FF, NAK, CAN, EM = 0x02, 0x06, 0x0C, 0x15, 0x18, 0x19
 local HEADER_BYTES = 4          -- of an information reply: start byte, status, count of data
-local DATA_FOLLOWS = {level = true, product = true, status_reply = true, focus = true}
 local TABLE_BYTES, MATRIX_BYTES = 257, 9
 local ERROR_BIT, LAST_BIT = 0x80, 0x20  -- of the status of a block
 
@@ -377,33 +236,29 @@ local function capitalised(text)
   return text:sub(1, 1):upper() .. text:sub(2)
 end
 
-local function label_of(row)
-  return capitalised(row.name)
-end
-
 local NUMBER = {[1] = ProtoField.uint8, [2] = ProtoField.uint16, [4] = ProtoField.uint32}
+
+local function declare_named(row, filter)
+  return NUMBER[row.width](filter, capitalised(row.name), base.HEX, row.names and names_by_value(row))
+end
 
 local DECLARE = {
   number = function(row, filter)
-    if row.unit == nil then return NUMBER[row.width](filter, label_of(row), base.DEC) end
-    return NUMBER[row.width](filter, label_of(row), base.UNIT_STRING, {" " .. row.unit})
+    if row.unit == nil then return NUMBER[row.width](filter, capitalised(row.name), base.DEC) end
+    return NUMBER[row.width](filter, capitalised(row.name), base.UNIT_STRING, {" " .. row.unit})
   end,
-  signed = function(row, filter) return ProtoField.int8(filter, label_of(row), base.DEC) end,
-  code = function(row, filter) return NUMBER[row.width](filter, label_of(row), base.HEX) end,
-  position = function(row, filter)
-    return ProtoField.uint8(filter, label_of(row), base.HEX, names_by_value(row))
-  end,
-  text = function(row, filter) return ProtoField.string(filter, label_of(row)) end,
-  choice = function(row, filter)
-    return NUMBER[row.width](filter, label_of(row), base.HEX, names_by_value(row))
-  end,
+  signed = function(row, filter) return ProtoField.int8(filter, capitalised(row.name), base.DEC) end,
+  text = function(row, filter) return ProtoField.string(filter, capitalised(row.name)) end,
+  code = declare_named,
+  position = declare_named,
+  choice = declare_named,
   flags = function(row, filter)
     row.bits = {}
     for i, name in ipairs(row.names) do
       row.bits[i] = declare(ProtoField.bool(filter .. "." .. slug(name[2]), name[2],
                                             8 * row.width, nil, name[1]))
     end
-    return NUMBER[row.width](filter, label_of(row), base.HEX)
+    return NUMBER[row.width](filter, capitalised(row.name), base.HEX)
   end,
 }
 
@@ -420,34 +275,32 @@ for key, command in pairs(COMMANDS) do
 end
 for name, reply in pairs(REPLIES) do declare_rows(name, reply) end
 
+local function plain(kind, filter, label, ...)
+  return declare(ProtoField[kind]("pmddb832." .. filter, label, ...))
+end
+
 local f = {
-  command = declare(ProtoField.uint16("pmddb832.command", "Command", base.HEX, COMMAND_NAMES)),
-  control = declare(ProtoField.uint8("pmddb832.control", "Control byte", base.HEX, CONTROL_BYTES)),
-  answer = declare(ProtoField.uint8("pmddb832.answer", "Answer", base.HEX, CONTROL_BYTES)),
-  asked = declare(ProtoField.framenum("pmddb832.asked_in", "Asked in", base.NONE,
-                                      frametype.REQUEST)),
-  start = declare(ProtoField.uint8("pmddb832.reply.start", "Start byte", base.HEX,
-                                   {[STX] = "STX"})),
-  reply_status = declare(ProtoField.uint8("pmddb832.reply.status", "Status", base.HEX)),
-  count = declare(ProtoField.uint16("pmddb832.reply.count", "Data", base.UNIT_STRING,
-                                    {" byte", " bytes"})),
-  level = declare(ProtoField.string("pmddb832.level.command_level", "Command level")),
-  resolution = declare(ProtoField.uint16("pmddb832.level.resolution", "Resolution",
-                                         base.UNIT_STRING, {" dpi"})),
-  width = declare(ProtoField.uint16("pmddb832.level.width", "Largest width", base.UNIT_STRING,
-                                    {" pixel", " pixels"})),
-  height = declare(ProtoField.uint16("pmddb832.level.height", "Largest height", base.UNIT_STRING,
-                                     {" line", " lines"})),
-  gamma_table = declare(ProtoField.bytes("pmddb832.gamma_table.table", "Table")),
-  matrix = declare(ProtoField.bytes("pmddb832.colour_matrix.matrix", "Matrix")),
-  block_number = declare(ProtoField.uint32("pmddb832.block.number", "Block")),
-  block_count = declare(ProtoField.uint32("pmddb832.block.count", "Blocks in the picture")),
-  block_lines = declare(ProtoField.uint32("pmddb832.block.lines", "Lines")),
-  block_bytes = declare(ProtoField.uint32("pmddb832.block.bytes", "Bytes")),
-  block_status = declare(ProtoField.uint8("pmddb832.block.status", "Status", base.HEX)),
-  block_data = declare(ProtoField.bytes("pmddb832.block.data", "Data")),
-  part = declare(ProtoField.bytes("pmddb832.part", "Part of a longer message")),
-  unexpected = declare(ProtoField.bytes("pmddb832.unexpected", "Unexpected bytes")),
+  command = plain("uint16", "command", "Command", base.HEX, COMMAND_NAMES),
+  control = plain("uint8", "control", "Control byte", base.HEX, CONTROL_BYTES),
+  answer = plain("uint8", "answer", "Answer", base.HEX, CONTROL_BYTES),
+  asked = plain("framenum", "asked_in", "Asked in", base.NONE, frametype.REQUEST),
+  start = plain("uint8", "reply.start", "Start byte", base.HEX, {[STX] = "STX"}),
+  reply_status = plain("uint8", "reply.status", "Status", base.HEX),
+  count = plain("uint16", "reply.count", "Data", base.UNIT_STRING, {" byte", " bytes"}),
+  level = plain("string", "level.command_level", "Command level"),
+  resolution = plain("uint16", "level.resolution", "Resolution", base.UNIT_STRING, {" dpi"}),
+  width = plain("uint16", "level.width", "Largest width", base.UNIT_STRING, {" pixel", " pixels"}),
+  height = plain("uint16", "level.height", "Largest height", base.UNIT_STRING, {" line", " lines"}),
+  gamma_table = plain("bytes", "gamma_table.table", "Table"),
+  matrix = plain("bytes", "colour_matrix.matrix", "Matrix"),
+  block_number = plain("uint32", "block.number", "Block"),
+  block_count = plain("uint32", "block.count", "Blocks in the picture"),
+  block_lines = plain("uint32", "block.lines", "Lines"),
+  block_bytes = plain("uint32", "block.bytes", "Bytes"),
+  block_status = plain("uint8", "block.status", "Status", base.HEX),
+  block_data = plain("bytes", "block.data", "Data"),
+  part = plain("bytes", "part", "Part of a longer message"),
+  unexpected = plain("bytes", "unexpected", "Unexpected bytes"),
 }
 scanner.fields = fields
 
@@ -461,29 +314,23 @@ local BULK = 3
 local IN_PROGRESS = -115  -- Linux tells so where a transfer begins
 local usb_results = {Field.new("usb.usbd_status"), Field.new("usb.urb_status")}
 
-local function problem(name, text, group, severity)
-  return ProtoExpert.new("pmddb832." .. name, text, group, severity)
+local e = {}
+local experts = {}
+for name, row in pairs({
+  refused = {"The scanner did not acknowledge", "RESPONSE_CODE", "ERROR"},
+  trouble = {"The scanner reports trouble", "RESPONSE_CODE", "WARN"},
+  spoiled = {"The reply does not begin with STX", "MALFORMED", "ERROR"},
+  stray = {"Bytes that nothing asked for", "PROTOCOL", "ERROR"},
+  unknown = {"A command that no scanner knows", "PROTOCOL", "ERROR"},
+  not_zero = {"A byte that must be 0 is not", "PROTOCOL", "WARN"},
+  failed = {"The transfer failed", "RESPONSE_CODE", "ERROR"},
+  cut = {"The data were not kept in the capture", "UNDECODED", "NOTE"},
+}) do
+  e[name] = ProtoExpert.new("pmddb832." .. name, row[1], expert.group[row[2]],
+                            expert.severity[row[3]])
+  experts[#experts + 1] = e[name]
 end
-
-local e = {
-  refused = problem("refused", "The scanner did not acknowledge",
-                    expert.group.RESPONSE_CODE, expert.severity.ERROR),
-  trouble = problem("trouble", "The scanner reports trouble",
-                    expert.group.RESPONSE_CODE, expert.severity.WARN),
-  spoiled = problem("spoiled", "The reply does not begin with STX",
-                    expert.group.MALFORMED, expert.severity.ERROR),
-  stray = problem("stray", "Bytes that nothing asked for",
-                  expert.group.PROTOCOL, expert.severity.ERROR),
-  unknown = problem("unknown", "A command that no scanner knows",
-                    expert.group.PROTOCOL, expert.severity.ERROR),
-  not_zero = problem("not_zero", "A byte that must be 0 is not",
-                     expert.group.PROTOCOL, expert.severity.WARN),
-  failed = problem("failed", "The transfer failed",
-                   expert.group.RESPONSE_CODE, expert.severity.ERROR),
-  cut = problem("cut", "The data were not kept in the capture",
-                expert.group.UNDECODED, expert.severity.NOTE),
-}
-scanner.experts = {e.refused, e.trouble, e.spoiled, e.stray, e.unknown, e.not_zero, e.failed, e.cut}
+scanner.experts = experts
 
 scanner.prefs.device = Pref.uint("Device address", 0,
     "USB address of the scanner; 0 recognises it by its first command")
@@ -618,8 +465,8 @@ local function begin_command(device, key, frame)
     end
     return expect(device, "reply", REPLIES[command.reply].size)
   end
-  expect(device, command.parameters > 0 and "letter_answer" or "answer", 1)
-  if command.parameters == 0 then device.plan = new_plan() end
+  expect(device, command.parameters and "letter_answer" or "answer", 1)
+  if not command.parameters then device.plan = new_plan() end
 end
 
 local function note_parameters(device, bytes)
@@ -715,7 +562,7 @@ local function finish_reply(device, item)
     begin_extended_blocks(device, device.got)
   elseif reply == "block_header" then
     begin_standard_blocks(device, device.got)
-  elseif DATA_FOLLOWS[reply] and byte_at(device.got, 0) == STX and data_bytes > 0 then
+  elseif REPLIES[reply].declares_data and byte_at(device.got, 0) == STX and data_bytes > 0 then
     expect(device, "reply_data", data_bytes)
   else
     expect(device, "nothing")
@@ -969,7 +816,7 @@ local function reply_summary(item)
 end
 
 function SHOW.reply(tree, range, item)
-  local is_header = item.base == 0 and (DATA_FOLLOWS[item.reply] or item.reply == "condition")
+  local is_header = item.base == 0 and (REPLIES[item.reply].declares_data or item.reply == "condition")
   local what = item.block and "header of block " .. item.block
       or "reply to " .. item.command.letters .. " " .. item.command.name
   if is_header then what = "header of the " .. what end

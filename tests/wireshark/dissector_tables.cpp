@@ -1,8 +1,11 @@
 #include "tests/wireshark/dissector_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "capture/decode/decode_commands.h"
 #include "wire/reply_shapes.h"
@@ -11,6 +14,7 @@
 namespace pmddb832::tests {
 namespace {
 
+constexpr std::size_t kWidth = 100;
 constexpr std::array kShapes{"number", "signed", "choice", "flags", "code", "text", "position"};
 
 std::string Quoted(std::string_view text) {
@@ -23,54 +27,98 @@ std::string Hex(std::uint32_t value) {
   return text.data();
 }
 
-std::string Names(std::span<const ValueName> names) {
-  if (names.empty()) return {};
-  std::string text = ",\n      names = {";
-  for (const ValueName& name : names) {
-    text += "\n        {" + Hex(name.value) + ", " + Quoted(name.name) +
-            (name.isTrouble ? ", trouble = true}," : "},");
-  }
-  return text + "\n      }";
+// "main status" as a key of a Lua table.
+std::string Key(std::string_view text) {
+  std::string key(text);
+  std::replace(key.begin(), key.end(), ' ', '_');
+  return key;
 }
 
-std::string Fields(std::span<const NamedField> fields) {
+std::string Names(std::span<const ValueName> names, const std::string& before,
+                  const std::string& behind) {
   std::string text;
-  for (const NamedField& field : fields) {
-    text += "    {name = " + Quoted(field.name) + ", offset = " + std::to_string(field.offset) +
-            ", width = " + std::to_string(field.width) +
-            ", shape = " + Quoted(kShapes.at(static_cast<std::size_t>(field.shape)));
-    if (!field.unit.empty()) text += ", unit = " + Quoted(field.unit);
-    text += Names(field.names) + "},\n";
+  for (const ValueName& name : names) {
+    text += before + "{" + Hex(name.value) + ", " + Quoted(name.name) +
+            (name.isTrouble ? ", trouble = true}" : "}") + behind;
   }
   return text;
 }
 
-std::string Command(const CommandShape& command) {
+// The names of values, each list once, under the name of the first field that has it.
+class NameLists {
+ public:
+  std::string KeyOf(const NamedField& field) {
+    for (const auto& [list, key] : keys_) {
+      if (list == field.names.data()) return key;
+    }
+    std::string key = Key(field.name);
+    const auto isTaken = [&](const auto& one) { return one.second == key; };
+    while (std::any_of(keys_.begin(), keys_.end(), isTaken)) key += "_2";
+    keys_.emplace_back(field.names.data(), key);
+    Add(key, field.names);
+    return key;
+  }
+  const std::string& Text() const { return text_; }
+
+ private:
+  void Add(const std::string& key, std::span<const ValueName> names) {
+    std::string line = "  " + key + " = {" + Names(names, "", ", ");
+    line.resize(line.size() - 2);
+    line += "},\n";
+    text_ += line.size() <= kWidth ? line
+                                   : "  " + key + " = {\n" + Names(names, "    ", ",\n") + "  },\n";
+  }
+
+  std::vector<std::pair<const ValueName*, std::string>> keys_;
+  std::string text_;
+};
+
+std::string Field(const NamedField& field, NameLists& lists) {
+  std::string text = "    {name = " + Quoted(field.name) +
+                     ", offset = " + std::to_string(field.offset) +
+                     ", width = " + std::to_string(field.width) +
+                     ", shape = " + Quoted(kShapes.at(static_cast<std::size_t>(field.shape)));
+  if (!field.unit.empty()) text += ", unit = " + Quoted(field.unit);
+  if (field.names.empty()) return text + "}";
+  const std::string names = "names = NAMES." + lists.KeyOf(field) + "}";
+  return text + (text.size() + names.size() < kWidth - 2 ? ", " : ",\n      ") + names;
+}
+
+std::string Fields(std::span<const NamedField> fields, NameLists& lists) {
+  std::string text;
+  for (const NamedField& field : fields) text += ",\n" + Field(field, lists);
+  return text;
+}
+
+std::string Command(const CommandShape& command, NameLists& lists) {
   const auto key = static_cast<std::uint32_t>(command.prefix << 8 | command.letter);
+  const bool isBare = command.parameterBytes == 0;
   return "  [" + Hex(key) + "] = {letters = " + Quoted(capture::Letters(command)) +
          ", name = " + Quoted(command.name) +
          ", reply = " + Quoted(ReplyShapeOf(command.reply).name) +
-         ",\n    parameters = " + std::to_string(command.parameterBytes) + ",\n" +
-         Fields(command.parameters) + "  },\n";
+         (isBare ? "" : ", parameters = " + std::to_string(command.parameterBytes)) +
+         Fields(command.parameters, lists) + "},\n";
 }
 
-std::string Reply(const ReplyShape& reply) {
-  return "  " + std::string(reply.name) + " = {size = " + std::to_string(reply.firstRead) + ",\n" +
-         Fields(reply.fields) + "  },\n";
+std::string Reply(const ReplyShape& reply, NameLists& lists) {
+  return "  " + std::string(reply.name) + " = {size = " + std::to_string(reply.firstRead) +
+         (reply.declaresData ? ", declares_data = true" : "") + Fields(reply.fields, lists) +
+         "},\n";
 }
 
 }  // namespace
 
 std::string DissectorTables() {
-  std::string text = "local COMMANDS = {\n";
-  for (const CommandShape& command : kCommandTable) text += Command(command);
+  NameLists lists;
+  std::string text = "}\n\nlocal COMMANDS = {\n";
+  for (const CommandShape& command : kCommandTable) text += Command(command, lists);
   text += "}\n\nlocal REPLIES = {\n";
-  for (const ReplyShape& reply : kReplyShapes) text += Reply(reply);
+  for (const ReplyShape& reply : kReplyShapes) text += Reply(reply, lists);
   text += "}\n\nlocal CONTROL_BYTES = {\n";
   for (const ValueName& name : names::kControlBytes) {
     text += "  [" + Hex(name.value) + "] = " + Quoted(name.name) + ",\n";
   }
-  return text + "}\n";
+  return "local NAMES = {\n" + lists.Text() + text + "}\n";
 }
 
 }  // namespace pmddb832::tests
