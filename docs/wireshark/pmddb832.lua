@@ -239,7 +239,8 @@ end
 local NUMBER = {[1] = ProtoField.uint8, [2] = ProtoField.uint16, [4] = ProtoField.uint32}
 
 local function declare_named(row, filter)
-  return NUMBER[row.width](filter, capitalised(row.name), base.HEX, row.names and names_by_value(row))
+  local names = row.names and names_by_value(row)
+  return NUMBER[row.width](filter, capitalised(row.name), base.HEX, names)
 end
 
 local DECLARE = {
@@ -247,7 +248,9 @@ local DECLARE = {
     if row.unit == nil then return NUMBER[row.width](filter, capitalised(row.name), base.DEC) end
     return NUMBER[row.width](filter, capitalised(row.name), base.UNIT_STRING, {" " .. row.unit})
   end,
-  signed = function(row, filter) return ProtoField.int8(filter, capitalised(row.name), base.DEC) end,
+  signed = function(row, filter)
+    return ProtoField.int8(filter, capitalised(row.name), base.DEC)
+  end,
   text = function(row, filter) return ProtoField.string(filter, capitalised(row.name)) end,
   code = declare_named,
   position = declare_named,
@@ -361,16 +364,11 @@ local function has_bit(value, bit_value)
   return math.floor(value / bit_value) % 2 == 1
 end
 
-local function field_of(rows, name)
+local function value_of(rows, name, bytes)
   for _, row in ipairs(rows) do
-    if row.name == name then return row end
+    if row.name == name then return number_at(bytes, row.offset, row.width) end
   end
   error("the tables have no field '" .. name .. "'")
-end
-
-local function value_of(rows, name, bytes)
-  local row = field_of(rows, name)
-  return number_at(bytes, row.offset, row.width)
 end
 
 local SET_PARAMETERS, SCAN_AREA = COMMANDS[0x1C57], COMMANDS[0x1B41]
@@ -386,10 +384,7 @@ local function new_device()
 end
 
 local function expect(device, what, size)
-  device.next = what
-  device.size = size or 0
-  device.got = ""
-  device.have = 0
+  device.next, device.size, device.got, device.have = what, size or 0, "", 0
 end
 
 local function block_count(device)
@@ -400,31 +395,33 @@ local function block_count(device)
   return math.floor((plan.height + plan.lines_per_block - 1) / plan.lines_per_block)
 end
 
-local function expect_extended_block(device)
+local function expect_next_block(device)
   local blocks, plan = device.blocks, device.plan
-  local is_last = blocks.number > blocks.full
-  local before = blocks.full * plan.lines_per_block
-  blocks.bytes = is_last and blocks.last_bytes or blocks.block_bytes
-  blocks.lines = is_last and math.max(plan.height - before, 0) or plan.lines_per_block
-  blocks.is_last = is_last
+  if not blocks.extended then
+    return expect(device, "block_header", plan.lines_at_once and 6 or 4)
+  end
+  local lines_left = math.max(plan.height - blocks.full * plan.lines_per_block, 0)
+  blocks.is_last = blocks.number > blocks.full
+  blocks.bytes = blocks.is_last and blocks.last_bytes or blocks.block_bytes
+  blocks.lines = blocks.is_last and lines_left or plan.lines_per_block
   expect(device, "block", blocks.bytes + 1)
+end
+
+local function is_refused(header)
+  return byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT)
 end
 
 local function begin_extended_blocks(device, header)
   local rows = REPLIES.transfer_header
   expect(device, "nothing")
-  if byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT) then return end
+  if is_refused(header) then return end
   device.blocks = {
     extended = true, number = 1,
     block_bytes = value_of(rows, "full block", header),
     full = value_of(rows, "full blocks", header),
     last_bytes = value_of(rows, "last block", header),
   }
-  expect_extended_block(device)
-end
-
-local function expect_block_header(device)
-  expect(device, "block_header", device.plan.lines_at_once and 6 or 4)
+  expect_next_block(device)
 end
 
 local function take_block_header(device, header)
@@ -443,30 +440,27 @@ end
 -- With blocks of several lines the reply to the start is the header of the first block.
 local function begin_standard_blocks(device, header)
   expect(device, "nothing")
-  device.plan.repeated = byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT)
+  device.plan.repeated = is_refused(header)
   if device.plan.repeated then return end
   device.blocks = {extended = false, number = 1}
-  if device.plan.lines_at_once then
-    take_block_header(device, header)
-  else
-    expect_block_header(device)
-  end
+  if device.plan.lines_at_once then return take_block_header(device, header) end
+  expect_next_block(device)
 end
 
 local function begin_command(device, key, frame)
-  local command = COMMANDS[key]
-  device.command, device.command_key, device.asked, device.blocks = command, key, frame, nil
+  local command, plan = COMMANDS[key], device.plan
+  device.command, device.asked, device.blocks = command, frame, nil
   if command == nil then return expect(device, "nothing") end
-  if command.reply ~= "acknowledge" then
-    if command == START_SCAN and device.plan.repeated and not device.plan.lines_at_once then
-      device.plan.repeated = false
-      device.blocks = {extended = false, number = 1}
-      return expect_block_header(device)
-    end
+  if command.reply == "acknowledge" then
+    if not command.parameters then device.plan = new_plan() end
+    return expect(device, command.parameters and "letter_answer" or "answer", 1)
+  end
+  if command ~= START_SCAN or not plan.repeated or plan.lines_at_once then
     return expect(device, "reply", REPLIES[command.reply].size)
   end
-  expect(device, command.parameters and "letter_answer" or "answer", 1)
-  if not command.parameters then device.plan = new_plan() end
+  plan.repeated = false
+  device.blocks = {extended = false, number = 1}
+  expect_next_block(device)
 end
 
 local function note_parameters(device, bytes)
@@ -483,22 +477,34 @@ local function note_parameters(device, bytes)
   end
 end
 
+local function add(items, kind, offset, length, item)
+  item = item or {}
+  item.kind, item.offset, item.length = kind, offset, length
+  items[#items + 1] = item
+  return item
+end
+
+-- Puts what is there to the message that is expected. How much that was, and whether all is there.
+local function collect(device, packet, offset)
+  local part = packet.bytes:sub(offset + 1, offset + device.size - #device.got)
+  device.got = device.got .. part
+  return #part, #device.got == device.size
+end
+
 -- Items of what the host sent.
 
 local function looks_like_command(bytes)
-  return #bytes == 2 and COMMANDS[number_at(bytes, 1, 1) + 256 * byte_at(bytes, 0)] ~= nil
+  return #bytes == 2 and COMMANDS[256 * byte_at(bytes, 0) + byte_at(bytes, 1)] ~= nil
 end
 
 local function take_parameters(device, packet, offset, items)
-  local take = math.min(device.size - #device.got, #packet.bytes - offset)
-  device.got = device.got .. packet.bytes:sub(offset + 1, offset + take)
-  local item = {kind = "part", offset = offset, length = take, command = device.command}
-  if #device.got == device.size then
+  local take, is_whole = collect(device, packet, offset)
+  local item = add(items, "part", offset, take, {command = device.command})
+  if is_whole then
     item.kind, item.bytes = "parameters", device.got
     note_parameters(device, device.got)
     expect(device, "answer", 1)
   end
-  items[#items + 1] = item
   return offset + take
 end
 
@@ -507,46 +513,43 @@ local function take_command(device, packet, offset, items, frame)
   local letter_at = device.prefix and offset or offset + 1
   if letter_at >= #packet.bytes then
     device.prefix = prefix
-    items[#items + 1] = {kind = "part", offset = offset, length = 1}
+    add(items, "part", offset, 1)
     return letter_at
   end
   local key = 256 * prefix + byte_at(packet.bytes, letter_at)
   begin_command(device, key, frame)
-  items[#items + 1] = {kind = "command", offset = offset, length = letter_at + 1 - offset,
-                       key = key, command = device.command}
+  add(items, "command", offset, letter_at + 1 - offset, {key = key, command = device.command})
   device.prefix = nil
   return letter_at + 1
 end
 
 local function take_control(device, byte, offset, items)
-  local item = {kind = "control", offset = offset, length = 1}
+  local item = add(items, "control", offset, 1)
   if device.next == "block_answer" and byte == ACK then
     device.blocks.number = device.blocks.number + 1
-    if device.blocks.extended then expect_extended_block(device) else expect_block_header(device) end
+    expect_next_block(device)
   elseif byte == CAN or byte == EM or byte == FF then
     device.blocks, device.command = nil, nil
     expect(device, "answer", 1)
   else
     item.is_stray = true
   end
-  items[#items + 1] = item
+  return offset + 1
 end
 
 local function follow_host(device, packet, items, frame)
   local offset = 0
   while offset < #packet.bytes do
     local byte = byte_at(packet.bytes, offset)
-    local is_command = byte == ESC or byte == FS
     local rest = packet.bytes:sub(offset + 1)
     if device.next == "parameters" and (#rest == device.size or not looks_like_command(rest)) then
       offset = take_parameters(device, packet, offset, items)
-    elseif device.prefix ~= nil or is_command then
+    elseif device.prefix ~= nil or byte == ESC or byte == FS then
       offset = take_command(device, packet, offset, items, frame)
     elseif CONTROL_BYTES[byte] ~= nil and byte ~= NAK then
-      take_control(device, byte, offset, items)
-      offset = offset + 1
+      offset = take_control(device, byte, offset, items)
     else
-      items[#items + 1] = {kind = "stray", offset = offset, length = #rest}
+      add(items, "stray", offset, #rest)
       return
     end
   end
@@ -554,65 +557,57 @@ end
 
 -- Items of what the scanner sent.
 
-local function finish_reply(device, item)
-  local reply = device.command.reply
-  local data_bytes = number_at(device.got, 2, 2)
-  item.reply, item.bytes, item.base = reply, device.got, 0
-  if reply == "transfer_header" then
-    begin_extended_blocks(device, device.got)
-  elseif reply == "block_header" then
-    begin_standard_blocks(device, device.got)
-  elseif REPLIES[reply].declares_data and byte_at(device.got, 0) == STX and data_bytes > 0 then
-    expect(device, "reply_data", data_bytes)
-  else
-    expect(device, "nothing")
-  end
+local function tell_reply(device, item, reply, base)
+  item.kind, item.reply, item.bytes, item.base = "reply", reply, device.got, base
 end
 
+-- What is to be done with a message that is whole.
 local FINISH = {
   letter_answer = function(device, item)
     item.kind = "answer"
-    local accepted = byte_at(device.got, 0) == ACK
-    expect(device, accepted and "parameters" or "nothing", device.command.parameters)
+    local is_accepted = byte_at(device.got, 0) == ACK
+    expect(device, is_accepted and "parameters" or "nothing", device.command.parameters)
   end,
   answer = function(device, item)
     item.kind = "answer"
     expect(device, "nothing")
   end,
   reply = function(device, item)
-    item.kind = "reply"
-    finish_reply(device, item)
+    local reply, got = device.command.reply, device.got
+    local data_bytes = number_at(got, 2, 2)
+    tell_reply(device, item, reply, 0)
+    if reply == "transfer_header" then return begin_extended_blocks(device, got) end
+    if reply == "block_header" then return begin_standard_blocks(device, got) end
+    local has_data = REPLIES[reply].declares_data and byte_at(got, 0) == STX and data_bytes > 0
+    expect(device, has_data and "reply_data" or "nothing", data_bytes)
   end,
   reply_data = function(device, item)
-    item.kind, item.reply, item.bytes = "reply", device.command.reply, device.got
-    item.base = HEADER_BYTES
+    tell_reply(device, item, device.command.reply, HEADER_BYTES)
     expect(device, "nothing")
   end,
   block_header = function(device, item)
-    item.kind, item.reply, item.bytes, item.base = "reply", "block_header", device.got, 0
+    tell_reply(device, item, "block_header", 0)
     item.block = device.blocks.number
     take_block_header(device, device.got)
   end,
 }
 
 local function take_message(device, packet, offset, items)
-  local take = math.min(device.size - #device.got, packet.reported - offset)
-  local item = {kind = "part", offset = offset, length = take, command = device.command,
-                asked = device.asked}
-  items[#items + 1] = item
-  if offset + take > #packet.bytes then
+  local wanted = math.min(device.size - #device.got, packet.reported - offset)
+  local item = add(items, "part", offset, wanted, {command = device.command, asked = device.asked})
+  if offset + wanted > #packet.bytes then
     item.kind, item.length = "cut", #packet.bytes - offset
     expect(device, "nothing")
-    return offset + take
+    return offset + wanted
   end
-  device.got = device.got .. packet.bytes:sub(offset + 1, offset + take)
-  if #device.got == device.size then
+  local _, is_whole = collect(device, packet, offset)
+  if is_whole then
     FINISH[device.next](device, item)
-  elseif device.got == string.char(NAK) and take == packet.reported then
+  elseif device.got == string.char(NAK) and wanted == packet.reported then
     item.kind = "answer"  -- in the place of a reply
     expect(device, "nothing")
   end
-  return offset + take
+  return offset + wanted
 end
 
 -- The status of an extended block is its last byte; that of a standard block was in its header.
@@ -624,24 +619,18 @@ local function finish_block(device, packet, item, last_at)
     item.has_status_byte = last_at < #packet.bytes
     item.status = item.has_status_byte and byte_at(packet.bytes, last_at) or packet.last_byte
   end
-  local goes_on = not blocks.is_last
-  if blocks.extended and item.status ~= nil and has_bit(item.status, ERROR_BIT) then
-    goes_on = false
-  end
-  expect(device, goes_on and "block_answer" or "nothing")
+  local has_failed = blocks.extended and item.status ~= nil and has_bit(item.status, ERROR_BIT)
+  expect(device, (blocks.is_last or has_failed) and "nothing" or "block_answer")
 end
 
 local function take_block(device, packet, offset, items)
   local blocks = device.blocks
   local take = math.min(device.size - device.have, packet.reported - offset)
   device.have = device.have + take
-  local item = {
-    kind = "block", offset = offset, reported = take,
-    length = math.max(math.min(take, #packet.bytes - offset), 0),
-    number = blocks.number, count = block_count(device), lines = blocks.lines,
+  local item = add(items, "block", offset, math.max(math.min(take, #packet.bytes - offset), 0), {
+    reported = take, number = blocks.number, count = block_count(device), lines = blocks.lines,
     data_bytes = blocks.bytes, asked = device.asked,
-  }
-  items[#items + 1] = item
+  })
   if device.have == device.size then finish_block(device, packet, item, offset + take - 1) end
   return offset + take
 end
@@ -657,7 +646,7 @@ local function follow_scanner(device, packet, items)
     elseif CAN_BE_READ[device.next] then
       offset = take_message(device, packet, offset, items)
     else
-      items[#items + 1] = {kind = "stray", offset = offset, length = #packet.bytes - offset}
+      add(items, "stray", offset, #packet.bytes - offset)
       return
     end
   end
@@ -816,7 +805,8 @@ local function reply_summary(item)
 end
 
 function SHOW.reply(tree, range, item)
-  local is_header = item.base == 0 and (REPLIES[item.reply].declares_data or item.reply == "condition")
+  local is_header = item.base == 0
+      and (REPLIES[item.reply].declares_data or item.reply == "condition")
   local what = item.block and "header of block " .. item.block
       or "reply to " .. item.command.letters .. " " .. item.command.name
   if is_header then what = "header of the " .. what end
