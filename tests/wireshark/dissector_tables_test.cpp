@@ -1,11 +1,127 @@
-#include "tests/wireshark/dissector_tables.h"
-
 #include <doctest/doctest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <span>
+#include <utility>
+#include <vector>
 
+#include "capture/decode/decode_commands.h"
+#include "wire/reply_shapes.h"
+#include "wire/value_names.h"
+
+namespace pmddb832::tests {
 namespace {
+
+constexpr std::size_t kWidth = 100;
+constexpr std::array kShapes{"number", "signed", "choice", "flags", "code", "text", "position"};
+
+std::string Quoted(std::string_view text) {
+  return '"' + std::string(text) + '"';
+}
+
+std::string Hex(std::uint32_t value) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "0x%02X", static_cast<unsigned>(value));
+  return text.data();
+}
+
+// "main status" as a key of a Lua table.
+std::string Key(std::string_view text) {
+  std::string key(text);
+  std::replace(key.begin(), key.end(), ' ', '_');
+  return key;
+}
+
+std::string Names(std::span<const ValueName> names, const std::string& before,
+                  const std::string& behind) {
+  std::string text;
+  for (const ValueName& name : names) {
+    text += before + "{" + Hex(name.value) + ", " + Quoted(name.name) +
+            (name.isTrouble ? ", trouble = true}" : "}") + behind;
+  }
+  return text;
+}
+
+// The names of values, each list once, under the name of the first field that has it.
+class NameLists {
+ public:
+  std::string KeyOf(const NamedField& field) {
+    for (const auto& [list, key] : keys_) {
+      if (list == field.names.data()) return key;
+    }
+    std::string key = Key(field.name);
+    const auto isTaken = [&](const auto& one) { return one.second == key; };
+    while (std::any_of(keys_.begin(), keys_.end(), isTaken)) key += "_2";
+    keys_.emplace_back(field.names.data(), key);
+    Add(key, field.names);
+    return key;
+  }
+  const std::string& Text() const { return text_; }
+
+ private:
+  void Add(const std::string& key, std::span<const ValueName> names) {
+    std::string line = "  " + key + " = {" + Names(names, "", ", ");
+    line.resize(line.size() - 2);
+    line += "},\n";
+    text_ += line.size() <= kWidth ? line
+                                   : "  " + key + " = {\n" + Names(names, "    ", ",\n") + "  },\n";
+  }
+
+  std::vector<std::pair<const ValueName*, std::string>> keys_;
+  std::string text_;
+};
+
+std::string Field(const NamedField& field, NameLists& lists) {
+  std::string text = "    {name = " + Quoted(field.name) +
+                     ", offset = " + std::to_string(field.offset) +
+                     ", width = " + std::to_string(field.width) +
+                     ", shape = " + Quoted(kShapes.at(static_cast<std::size_t>(field.shape)));
+  if (!field.unit.empty()) text += ", unit = " + Quoted(field.unit);
+  if (field.names.empty()) return text + "}";
+  const std::string names = "names = NAMES." + lists.KeyOf(field) + "}";
+  return text + (text.size() + names.size() < kWidth - 2 ? ", " : ",\n      ") + names;
+}
+
+std::string Fields(std::span<const NamedField> fields, NameLists& lists) {
+  std::string text;
+  for (const NamedField& field : fields) text += ",\n" + Field(field, lists);
+  return text;
+}
+
+std::string Command(const CommandShape& command, NameLists& lists) {
+  const auto key = static_cast<std::uint32_t>(command.prefix << 8 | command.letter);
+  const bool isBare = command.parameterBytes == 0;
+  return "  [" + Hex(key) + "] = {letters = " + Quoted(capture::Letters(command)) +
+         ", name = " + Quoted(command.name) +
+         ", reply = " + Quoted(ReplyShapeOf(command.reply).name) +
+         (isBare ? "" : ", parameters = " + std::to_string(command.parameterBytes)) +
+         Fields(command.parameters, lists) + "},\n";
+}
+
+std::string Reply(const ReplyShape& reply, NameLists& lists) {
+  return "  " + std::string(reply.name) + " = {size = " + std::to_string(reply.firstRead) +
+         (reply.declaresData ? ", declares_data = true" : "") + Fields(reply.fields, lists) +
+         "},\n";
+}
+
+// The commands, fields and names that the module and the tools know, as the tables of the
+// dissector: Lua source.
+std::string DissectorTables() {
+  NameLists lists;
+  std::string text = "}\n\nlocal COMMANDS = {\n";
+  for (const CommandShape& command : kCommandTable) text += Command(command, lists);
+  text += "}\n\nlocal REPLIES = {\n";
+  for (const ReplyShape& reply : kReplyShapes) text += Reply(reply, lists);
+  text += "}\n\nlocal CONTROL_BYTES = {\n";
+  for (const ValueName& name : names::kControlBytes) {
+    text += "  [" + Hex(name.value) + "] = " + Quoted(name.name) + ",\n";
+  }
+  return "local NAMES = {\n" + lists.Text() + text + "}\n";
+}
 
 constexpr const char* kBegin = "-- tables begin\n";
 constexpr const char* kEnd = "-- tables end\n";
@@ -24,10 +140,11 @@ std::string TextBetweenMarks() {
 
 // What names a field differently in Wireshark and in "pmscan decode" is found here.
 TEST_CASE("the dissector has the tables of the module and the tools") {
-  const std::string expected = pmddb832::tests::DissectorTables();
+  const std::string expected = DissectorTables();
   if (TextBetweenMarks() == expected) return;
   std::ofstream(kExpectedFile) << expected;
   FAIL("put the text of ", kExpectedFile, " between the marks in ", PMDDB832_DISSECTOR);
 }
 
 }  // namespace
+}  // namespace pmddb832::tests
