@@ -69,101 +69,99 @@ local NAMES = {
 }
 
 local COMMANDS = {
-  [0x1B3F] = {letters = "ESC ?", name = "product name", reply = "product"},
-  [0x1B40] = {letters = "ESC @", name = "reset", reply = "acknowledge"},
-  [0x1B41] = {letters = "ESC A", name = "scan area", reply = "acknowledge", parameters = 8,
+  [0x1B3F] = {name = "product name", reply = "product"},
+  [0x1B40] = {name = "reset", reply = "acknowledge"},
+  [0x1B41] = {name = "scan area", parameters = 8,
     {name = "left", offset = 0, width = 2, shape = "number", unit = "pixels"},
     {name = "top", offset = 2, width = 2, shape = "number", unit = "lines"},
     {name = "width", offset = 4, width = 2, shape = "number", unit = "pixels"},
     {name = "height", offset = 6, width = 2, shape = "number", unit = "lines"}},
-  [0x1B42] = {letters = "ESC B", name = "halftone", reply = "acknowledge", parameters = 1,
-    {name = "halftone code", offset = 0, width = 1, shape = "code"}},
-  [0x1B43] = {letters = "ESC C", name = "colour mode", reply = "acknowledge", parameters = 1,
-    {name = "colour mode", offset = 0, width = 1, shape = "choice", names = NAMES.colour_mode}},
-  [0x1B44] = {letters = "ESC D", name = "data format", reply = "acknowledge", parameters = 1,
-    {name = "bits per sample", offset = 0, width = 1, shape = "number"}},
-  [0x1B46] = {letters = "ESC F", name = "condition", reply = "condition"},
-  [0x1B47] = {letters = "ESC G", name = "start scan", reply = "block_header"},
-  [0x1B48] = {letters = "ESC H", name = "zoom", reply = "acknowledge", parameters = 2,
-    {name = "main zoom", offset = 0, width = 1, shape = "number", unit = "%"},
-    {name = "sub zoom", offset = 1, width = 1, shape = "number", unit = "%"}},
-  [0x1B49] = {letters = "ESC I", name = "level and identity", reply = "level"},
-  [0x1B4B] = {letters = "ESC K", name = "mirror", reply = "acknowledge", parameters = 1,
-    {name = "mirror", offset = 0, width = 1, shape = "choice", names = NAMES.mirror}},
-  [0x1B4C] = {letters = "ESC L", name = "brightness", reply = "acknowledge", parameters = 1,
-    {name = "brightness", offset = 0, width = 1, shape = "signed"}},
-  [0x1B4D] = {letters = "ESC M", name = "colour correction", reply = "acknowledge", parameters = 1,
-    {name = "colour correction", offset = 0, width = 1, shape = "choice", names = NAMES.mirror}},
-  [0x1B51] = {letters = "ESC Q", name = "sharpness", reply = "acknowledge", parameters = 1,
-    {name = "sharpness", offset = 0, width = 1, shape = "signed"}},
-  [0x1B52] = {letters = "ESC R", name = "resolution", reply = "acknowledge", parameters = 4,
+  [0x1B42] = {name = "halftone", parameters = 1,
+    {name = "halftone code", offset = 0, shape = "code"}},
+  [0x1B43] = {name = "colour mode", parameters = 1,
+    {name = "colour mode", offset = 0, shape = "choice", names = NAMES.colour_mode}},
+  [0x1B44] = {name = "data format", parameters = 1,
+    {name = "bits per sample", offset = 0, shape = "number"}},
+  [0x1B46] = {name = "condition", reply = "condition"},
+  [0x1B47] = {name = "start scan", reply = "block_header"},
+  [0x1B48] = {name = "zoom", parameters = 2,
+    {name = "main zoom", offset = 0, shape = "number", unit = "%"},
+    {name = "sub zoom", offset = 1, shape = "number", unit = "%"}},
+  [0x1B49] = {name = "level and identity", reply = "level"},
+  [0x1B4B] = {name = "mirror", parameters = 1,
+    {name = "mirror", offset = 0, shape = "choice", names = NAMES.mirror}},
+  [0x1B4C] = {name = "brightness", parameters = 1,
+    {name = "brightness", offset = 0, shape = "signed"}},
+  [0x1B4D] = {name = "colour correction", parameters = 1,
+    {name = "colour correction", offset = 0, shape = "choice", names = NAMES.mirror}},
+  [0x1B51] = {name = "sharpness", parameters = 1,
+    {name = "sharpness", offset = 0, shape = "signed"}},
+  [0x1B52] = {name = "resolution", parameters = 4,
     {name = "main resolution", offset = 0, width = 2, shape = "number", unit = "dpi"},
     {name = "sub resolution", offset = 2, width = 2, shape = "number", unit = "dpi"}},
-  [0x1B5A] = {letters = "ESC Z", name = "gamma code", reply = "acknowledge", parameters = 1,
-    {name = "gamma code", offset = 0, width = 1, shape = "choice", names = NAMES.gamma_code}},
-  [0x1B64] = {letters = "ESC d", name = "lines per block", reply = "acknowledge", parameters = 1,
-    {name = "lines per block", offset = 0, width = 1, shape = "number"}},
-  [0x1B65] = {letters = "ESC e", name = "option unit", reply = "acknowledge", parameters = 1,
-    {name = "option unit", offset = 0, width = 1, shape = "choice", names = NAMES.option_unit}},
-  [0x1B66] = {letters = "ESC f", name = "status", reply = "status_reply"},
-  [0x1B67] = {letters = "ESC g", name = "parameter g", reply = "acknowledge", parameters = 1,
-    {name = "parameter g", offset = 0, width = 1, shape = "number"}},
-  [0x1B6D] = {letters = "ESC m", name = "colour matrix", reply = "acknowledge", parameters = 9},
-  [0x1B70] = {letters = "ESC p", name = "focus position", reply = "acknowledge", parameters = 1,
-    {name = "focus position", offset = 0, width = 1, shape = "position",
-      names = NAMES.focus_position}},
-  [0x1B71] = {letters = "ESC q", name = "focus found", reply = "focus"},
-  [0x1B73] = {letters = "ESC s", name = "enhancement", reply = "acknowledge", parameters = 1,
-    {name = "enhancement", offset = 0, width = 1, shape = "number"}},
-  [0x1B74] = {letters = "ESC t", name = "threshold", reply = "acknowledge", parameters = 1,
-    {name = "threshold", offset = 0, width = 1, shape = "number"}},
-  [0x1B7A] = {letters = "ESC z", name = "gamma table", reply = "acknowledge", parameters = 257,
-    {name = "channel", offset = 0, width = 1, shape = "choice", names = NAMES.channel}},
-  [0x1C46] = {letters = "FS F", name = "status", reply = "status"},
-  [0x1C47] = {letters = "FS G", name = "start transfer", reply = "transfer_header"},
-  [0x1C49] = {letters = "FS I", name = "identity", reply = "identity"},
-  [0x1C57] = {letters = "FS W", name = "set parameters", reply = "acknowledge", parameters = 64,
+  [0x1B5A] = {name = "gamma code", parameters = 1,
+    {name = "gamma code", offset = 0, shape = "choice", names = NAMES.gamma_code}},
+  [0x1B64] = {name = "lines per block", parameters = 1,
+    {name = "lines per block", offset = 0, shape = "number"}},
+  [0x1B65] = {name = "option unit", parameters = 1,
+    {name = "option unit", offset = 0, shape = "choice", names = NAMES.option_unit}},
+  [0x1B66] = {name = "status", reply = "status_reply"},
+  [0x1B67] = {name = "parameter g", parameters = 1,
+    {name = "parameter g", offset = 0, shape = "number"}},
+  [0x1B6D] = {name = "colour matrix", parameters = 9},
+  [0x1B70] = {name = "focus position", parameters = 1,
+    {name = "focus position", offset = 0, shape = "position", names = NAMES.focus_position}},
+  [0x1B71] = {name = "focus found", reply = "focus"},
+  [0x1B73] = {name = "enhancement", parameters = 1,
+    {name = "enhancement", offset = 0, shape = "number"}},
+  [0x1B74] = {name = "threshold", parameters = 1,
+    {name = "threshold", offset = 0, shape = "number"}},
+  [0x1B7A] = {name = "gamma table", parameters = 257,
+    {name = "channel", offset = 0, shape = "choice", names = NAMES.channel}},
+  [0x1C46] = {name = "status", reply = "status"},
+  [0x1C47] = {name = "start transfer", reply = "transfer_header"},
+  [0x1C49] = {name = "identity", reply = "identity"},
+  [0x1C57] = {name = "set parameters", parameters = 64,
     {name = "main resolution", offset = 0, width = 4, shape = "number", unit = "dpi"},
     {name = "sub resolution", offset = 4, width = 4, shape = "number", unit = "dpi"},
     {name = "area left", offset = 8, width = 4, shape = "number", unit = "pixels"},
     {name = "area top", offset = 12, width = 4, shape = "number", unit = "lines"},
     {name = "area width", offset = 16, width = 4, shape = "number", unit = "pixels"},
     {name = "area height", offset = 20, width = 4, shape = "number", unit = "lines"},
-    {name = "colour mode", offset = 24, width = 1, shape = "choice", names = NAMES.colour_mode},
-    {name = "bits per sample", offset = 25, width = 1, shape = "number"},
-    {name = "option unit", offset = 26, width = 1, shape = "choice", names = NAMES.option_unit},
-    {name = "parameter g", offset = 27, width = 1, shape = "number"},
-    {name = "lines per block", offset = 28, width = 1, shape = "number"},
-    {name = "gamma code", offset = 29, width = 1, shape = "choice", names = NAMES.gamma_code},
-    {name = "brightness", offset = 30, width = 1, shape = "signed"},
-    {name = "colour correction", offset = 31, width = 1, shape = "choice", names = NAMES.mirror},
-    {name = "halftone code", offset = 32, width = 1, shape = "code"},
-    {name = "mode override", offset = 33, width = 1, shape = "code"},
-    {name = "enhancement", offset = 34, width = 1, shape = "number"},
-    {name = "sharpness", offset = 35, width = 1, shape = "signed"},
-    {name = "mirror", offset = 36, width = 1, shape = "choice", names = NAMES.mirror},
-    {name = "option parameter", offset = 37, width = 1, shape = "code"}},
+    {name = "colour mode", offset = 24, shape = "choice", names = NAMES.colour_mode},
+    {name = "bits per sample", offset = 25, shape = "number"},
+    {name = "option unit", offset = 26, shape = "choice", names = NAMES.option_unit},
+    {name = "parameter g", offset = 27, shape = "number"},
+    {name = "lines per block", offset = 28, shape = "number"},
+    {name = "gamma code", offset = 29, shape = "choice", names = NAMES.gamma_code},
+    {name = "brightness", offset = 30, shape = "signed"},
+    {name = "colour correction", offset = 31, shape = "choice", names = NAMES.mirror},
+    {name = "halftone code", offset = 32, shape = "code"},
+    {name = "mode override", offset = 33, shape = "code"},
+    {name = "enhancement", offset = 34, shape = "number"},
+    {name = "sharpness", offset = 35, shape = "signed"},
+    {name = "mirror", offset = 36, shape = "choice", names = NAMES.mirror},
+    {name = "option parameter", offset = 37, shape = "code"}},
 }
 
 local REPLIES = {
   acknowledge = {size = 1},
   level = {size = 4, declares_data = true,
-    {name = "header status", offset = 1, width = 1, shape = "flags", names = NAMES.header_status}},
+    {name = "header status", offset = 1, shape = "flags", names = NAMES.header_status}},
   product = {size = 4, declares_data = true,
     {name = "product name", offset = 12, width = 16, shape = "text"}},
   status_reply = {size = 4, declares_data = true,
-    {name = "header status", offset = 1, width = 1, shape = "flags", names = NAMES.header_status_2},
-    {name = "main status", offset = 4, width = 1, shape = "flags", names = NAMES.main_status},
-    {name = "feeder", offset = 5, width = 1, shape = "flags", names = NAMES.feeder},
+    {name = "header status", offset = 1, shape = "flags", names = NAMES.header_status_2},
+    {name = "main status", offset = 4, shape = "flags", names = NAMES.main_status},
+    {name = "feeder", offset = 5, shape = "flags", names = NAMES.feeder},
     {name = "feeder width", offset = 6, width = 2, shape = "number", unit = "pixels"},
     {name = "feeder height", offset = 8, width = 2, shape = "number", unit = "pixels"},
-    {name = "transparency unit", offset = 10, width = 1, shape = "flags",
-      names = NAMES.transparency_unit},
+    {name = "transparency unit", offset = 10, shape = "flags", names = NAMES.transparency_unit},
     {name = "transparency unit width", offset = 11, width = 2, shape = "number", unit = "pixels"},
     {name = "transparency unit height", offset = 13, width = 2, shape = "number", unit = "pixels"}},
   focus = {size = 4, declares_data = true,
-    {name = "outcome", offset = 4, width = 1, shape = "flags", names = NAMES.outcome},
-    {name = "focus position", offset = 5, width = 1, shape = "position"}},
+    {name = "outcome", offset = 4, shape = "flags", names = NAMES.outcome},
+    {name = "focus position", offset = 5, shape = "position"}},
   condition = {size = 4},
   identity = {size = 80,
     {name = "command level", offset = 0, width = 2, shape = "text"},
@@ -176,23 +174,21 @@ local REPLIES = {
     {name = "feeder height", offset = 32, width = 4, shape = "number", unit = "pixels"},
     {name = "transparency unit width", offset = 36, width = 4, shape = "number", unit = "pixels"},
     {name = "transparency unit height", offset = 40, width = 4, shape = "number", unit = "pixels"},
-    {name = "feeder capabilities", offset = 44, width = 1, shape = "flags",
-      names = NAMES.feeder_capabilities},
+    {name = "feeder capabilities", offset = 44, shape = "flags", names = NAMES.feeder_capabilities},
     {name = "product name", offset = 46, width = 16, shape = "text"}},
   status = {size = 16,
-    {name = "main status", offset = 0, width = 1, shape = "flags", names = NAMES.main_status_2},
-    {name = "feeder", offset = 1, width = 1, shape = "flags", names = NAMES.feeder},
-    {name = "transparency unit", offset = 2, width = 1, shape = "flags",
-      names = NAMES.transparency_unit}},
+    {name = "main status", offset = 0, shape = "flags", names = NAMES.main_status_2},
+    {name = "feeder", offset = 1, shape = "flags", names = NAMES.feeder},
+    {name = "transparency unit", offset = 2, shape = "flags", names = NAMES.transparency_unit}},
   transfer_header = {size = 14,
-    {name = "start byte", offset = 0, width = 1, shape = "choice", names = NAMES.start_byte},
-    {name = "status", offset = 1, width = 1, shape = "flags", names = NAMES.status},
+    {name = "start byte", offset = 0, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, shape = "flags", names = NAMES.status},
     {name = "full block", offset = 2, width = 4, shape = "number", unit = "bytes"},
     {name = "full blocks", offset = 6, width = 4, shape = "number"},
     {name = "last block", offset = 10, width = 4, shape = "number", unit = "bytes"}},
   block_header = {size = 6,
-    {name = "start byte", offset = 0, width = 1, shape = "choice", names = NAMES.start_byte},
-    {name = "status", offset = 1, width = 1, shape = "flags", names = NAMES.status_2},
+    {name = "start byte", offset = 0, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, shape = "flags", names = NAMES.status_2},
     {name = "line", offset = 2, width = 2, shape = "number", unit = "bytes"},
     {name = "lines", offset = 4, width = 2, shape = "number"}},
 }
@@ -267,13 +263,17 @@ local DECLARE = {
 
 local function declare_rows(block, rows)
   for _, row in ipairs(rows) do
+    row.width = row.width or 1
     row.field = declare(DECLARE[row.shape](row, "pmddb832." .. block .. "." .. slug(row.name)))
   end
 end
 
 local COMMAND_NAMES = {}
 for key, command in pairs(COMMANDS) do
-  COMMAND_NAMES[key] = command.letters .. " " .. command.name
+  local prefix = math.floor(key / 256) == ESC and "ESC " or "FS "
+  command.title = prefix .. string.char(key % 256) .. " " .. command.name
+  command.reply = command.reply or "acknowledge"
+  COMMAND_NAMES[key] = command.title
   declare_rows(slug(command.name), command)
 end
 for name, reply in pairs(REPLIES) do declare_rows(name, reply) end
@@ -732,21 +732,21 @@ local function parameters_summary(command, bytes)
     end
   end
   local values = #texts > 0 and table.concat(texts, ", ") or #bytes .. " bytes"
-  return command.letters .. " " .. command.name .. ": " .. values
+  return command.title .. ": " .. values
 end
 
 local SHOW = {}
 
 function SHOW.command(tree, range, item)
   local shown = tree:add(f.command, range, item.key)
-  if item.command ~= nil then return COMMAND_NAMES[item.key] end
+  if item.command ~= nil then return item.command.title end
   shown:add_proto_expert_info(e.unknown)
   return string.format("unknown command 0x%04X", item.key)
 end
 
 function SHOW.parameters(tree, range, item)
   local command = item.command
-  local block = tree:add(scanner, range, "Parameters of " .. command.letters .. " " .. command.name)
+  local block = tree:add(scanner, range, "Parameters of " .. command.title)
   local shown = show_fields(block, command, range, 0)
   if command.parameters == TABLE_BYTES then
     block:add(f.gamma_table, range(1))
@@ -775,7 +775,7 @@ function SHOW.answer(tree, range, item)
   local text = CONTROL_BYTES[value] or string.format("0x%02X instead of ACK", value)
   if value ~= ACK then shown:add_proto_expert_info(e.refused) end
   if item.command == nil then return text end
-  return text .. " to " .. item.command.letters .. " " .. item.command.name
+  return text .. " to " .. item.command.title
 end
 
 local function show_header(block, range)
@@ -808,7 +808,7 @@ function SHOW.reply(tree, range, item)
   local is_header = item.base == 0
       and (REPLIES[item.reply].declares_data or item.reply == "condition")
   local what = item.block and "header of block " .. item.block
-      or "reply to " .. item.command.letters .. " " .. item.command.name
+      or "reply to " .. item.command.title
   if is_header then what = "header of the " .. what end
   local block = tree:add(scanner, range, capitalised(what))
   if item.asked ~= nil then block:add(f.asked, item.asked):set_generated() end

@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "capture/decode/decode_commands.h"
 #include "wire/reply_shapes.h"
 #include "wire/value_names.h"
 
@@ -75,37 +74,42 @@ class NameLists {
   std::string text_;
 };
 
+// A field has one byte where nothing is said of its width.
 std::string Field(const NamedField& field, NameLists& lists) {
-  std::string text = "    {name = " + Quoted(field.name) +
-                     ", offset = " + std::to_string(field.offset) +
-                     ", width = " + std::to_string(field.width) +
-                     ", shape = " + Quoted(kShapes.at(static_cast<std::size_t>(field.shape)));
+  std::string text = "{name = " + Quoted(field.name) + ", offset = " + std::to_string(field.offset);
+  if (field.width != 1) text += ", width = " + std::to_string(field.width);
+  text += ", shape = " + Quoted(kShapes.at(static_cast<std::size_t>(field.shape)));
   if (!field.unit.empty()) text += ", unit = " + Quoted(field.unit);
-  if (field.names.empty()) return text + "}";
-  const std::string names = "names = NAMES." + lists.KeyOf(field) + "}";
-  return text + (text.size() + names.size() < kWidth - 2 ? ", " : ",\n      ") + names;
+  if (!field.names.empty()) text += ", names = NAMES." + lists.KeyOf(field);
+  return text + "}";
 }
 
-std::string Fields(std::span<const NamedField> fields, NameLists& lists) {
-  std::string text;
-  for (const NamedField& field : fields) text += ",\n" + Field(field, lists);
-  return text;
+// A table that begins with the text, and the fields in it: a single one on the same line if it
+// fits.
+std::string Row(const std::string& begin, std::span<const NamedField> fields, NameLists& lists) {
+  std::string text = begin;
+  for (const NamedField& field : fields) {
+    const std::string row = Field(field, lists);
+    const bool fits = fields.size() == 1 && begin.size() + row.size() + 4 <= kWidth;
+    text += (fits ? ", " : ",\n    ") + row;
+  }
+  return text + "},\n";
 }
 
+// Commands with parameters are acknowledged.
 std::string Command(const CommandShape& command, NameLists& lists) {
   const auto key = static_cast<std::uint32_t>(command.prefix << 8 | command.letter);
-  const bool isBare = command.parameterBytes == 0;
-  return "  [" + Hex(key) + "] = {letters = " + Quoted(capture::Letters(command)) +
-         ", name = " + Quoted(command.name) +
-         ", reply = " + Quoted(ReplyShapeOf(command.reply).name) +
-         (isBare ? "" : ", parameters = " + std::to_string(command.parameterBytes)) +
-         Fields(command.parameters, lists) + "},\n";
+  const std::string shape = command.parameterBytes != 0
+                                ? ", parameters = " + std::to_string(command.parameterBytes)
+                                : ", reply = " + Quoted(ReplyShapeOf(command.reply).name);
+  return Row("  [" + Hex(key) + "] = {name = " + Quoted(command.name) + shape, command.parameters,
+             lists);
 }
 
 std::string Reply(const ReplyShape& reply, NameLists& lists) {
-  return "  " + std::string(reply.name) + " = {size = " + std::to_string(reply.firstRead) +
-         (reply.declaresData ? ", declares_data = true" : "") + Fields(reply.fields, lists) +
-         "},\n";
+  return Row("  " + std::string(reply.name) + " = {size = " + std::to_string(reply.firstRead) +
+                 (reply.declaresData ? ", declares_data = true" : ""),
+             reply.fields, lists);
 }
 
 // The commands, fields and names that the module and the tools know, as the tables of the
