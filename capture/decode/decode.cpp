@@ -13,12 +13,6 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-std::string Joined(const std::vector<FieldRow>& rows) {
-  std::string text;
-  for (const FieldRow& row : rows) text.append(text.empty() ? "" : ", ").append(row.OneLine());
-  return text;
-}
-
 std::string BytesText(Bytes bytes) {
   return Counted(bytes.size(), "byte") + " " + HexText(bytes);
 }

@@ -24,53 +24,41 @@ std::span<const ValueName> NamesOf(std::span<const CallValue> values, std::strin
   return {};
 }
 
-// A call has one result, or several values with names.
-std::string NameOf(const Value& value) {
-  return value.name == "result" ? "" : value.name;
-}
-
-FieldRow Describe(const Value& value, std::span<const ValueName> valueNames) {
-  for (const ValueName& row : valueNames) {
+FieldRow Describe(const Value& value, std::span<const CallValue> values) {
+  // A call has one result, or several values with names.
+  const std::string name = value.name == "result" ? "" : value.name;
+  const std::string number = std::to_string(value.value);
+  for (const ValueName& row : NamesOf(values, value.name)) {
     if (row.value != value.value) continue;
-    const std::string number = std::to_string(value.value);
-    return {NameOf(value), std::string(row.name) + " (" + number + ")", row.isTrouble};
+    return {name, std::string(row.name) + " (" + number + ")", row.isTrouble};
   }
-  return {NameOf(value), std::to_string(value.value)};
+  return {name, number};
 }
 
-std::string ChangeText(const RecordChange& change) {
-  const std::string value = ValueText(change);
-  const std::string count = std::to_string(change.bytes.size()) + " bytes";
-  return std::string(FieldAt(change.offset).name) + " " + (value.empty() ? count : value);
+std::vector<FieldRow> Describe(const std::vector<Value>& told, std::span<const CallValue> values) {
+  std::vector<FieldRow> rows;
+  for (const Value& value : told) rows.push_back(Describe(value, values));
+  return rows;
 }
 
 }  // namespace
 
 std::string DescribeArguments(const CallBegin& call) {
-  const ExportRow row = RowOf(call.name);
-  std::string text;
-  for (const Value& value : call.arguments) {
-    text.append(text.empty() ? "" : ", ");
-    text.append(Describe(value, NamesOf(row.arguments, value.name)).OneLine());
-  }
-  return text;
+  return Joined(Describe(call.arguments, RowOf(call.name).arguments));
 }
 
 std::vector<FieldRow> DescribeResults(const CallEnd& call) {
-  const ExportRow row = RowOf(call.name);
-  std::vector<FieldRow> rows;
-  for (const Value& value : call.results) {
-    rows.push_back(Describe(value, NamesOf(row.results, value.name)));
-  }
-  return rows;
+  return Describe(call.results, RowOf(call.name).results);
 }
 
 std::string DescribeChanges(const std::vector<RecordChange>& changes) {
-  std::string text;
+  std::vector<FieldRow> rows;
   for (const RecordChange& change : changes) {
-    text.append(text.empty() ? "" : ", ").append(ChangeText(change));
+    const std::string value = ValueText(change);
+    const std::string count = std::to_string(change.bytes.size()) + " bytes";
+    rows.push_back({std::string(FieldAt(change.offset).name), value.empty() ? count : value});
   }
-  return text;
+  return Joined(rows);
 }
 
 }  // namespace capture

@@ -18,7 +18,11 @@ struct Exchange {
   std::uint32_t block = 0;  // number of the block, from 1; 0 for a command
 
   // Equal for two exchanges that tell the same but for the number of a block.
-  bool IsLike(const Exchange& other) const;
+  bool IsLike(const Exchange& other) const {
+    const bool hasSameTitle = block != 0 || title == other.title;
+    return hasSameTitle && (block != 0) == (other.block != 0) && parts == other.parts &&
+           rows == other.rows;
+  }
 };
 
 }  // namespace capture

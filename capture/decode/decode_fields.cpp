@@ -137,6 +137,12 @@ std::string DescribeOtherBytes(std::span<const NamedField> fields, Bytes block) 
   return text;
 }
 
+std::string Joined(const std::vector<FieldRow>& rows) {
+  std::string text;
+  for (const FieldRow& row : rows) text.append(text.empty() ? "" : ", ").append(row.OneLine());
+  return text;
+}
+
 std::string DescribeValue(std::uint32_t value, std::span<const ValueName> names) {
   const ValueName* const row = FindName(value, names);
   if (row == nullptr) return CodeText(value);

@@ -28,6 +28,9 @@ std::vector<FieldRow> DescribeFields(std::span<const pmddb832::NamedField> field
 std::string DescribeOtherBytes(std::span<const pmddb832::NamedField> fields,
                                std::span<const std::uint8_t> block);
 
+// "left 8 pixels, top 24 lines".
+std::string Joined(const std::vector<FieldRow>& rows);
+
 // The value under its name: "on (1)"; a number that has none stays a number.
 std::string DescribeValue(std::uint32_t value, std::span<const pmddb832::ValueName> names);
 

@@ -28,10 +28,7 @@ std::string WaitText(std::uint64_t microseconds) {
 
 // A parameter of one field needs no name behind that of its command.
 std::string OneLine(const std::vector<FieldRow>& rows) {
-  if (rows.size() == 1) return rows.front().value;
-  std::string text;
-  for (const FieldRow& row : rows) text.append(text.empty() ? "" : ", ").append(row.OneLine());
-  return text;
+  return rows.size() == 1 ? rows.front().value : Joined(rows);
 }
 
 bool HasTrouble(const std::vector<FieldRow>& rows) {

@@ -115,11 +115,8 @@ class PacketWriter {
   }
 
   void operator()(const CallEnd& call) {
-    std::string text;
-    for (const FieldRow& row : DescribeResults(call)) {
-      text.append(text.empty() ? ": " : ", ").append(row.OneLine());
-    }
-    Remark(call.name + " returns" + text);
+    const std::string results = Joined(DescribeResults(call));
+    Remark(call.name + " returns" + (results.empty() ? "" : ": " + results));
   }
 
   void operator()(const RecordChange&) {}

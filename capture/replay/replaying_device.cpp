@@ -130,19 +130,24 @@ std::int32_t ReplayingDevice::ReadOutOfTurn(std::span<std::uint8_t> buffer,
   return 0;
 }
 
-// Where a write comes next, goes to the next read of that length that is near.
-void ReplayingDevice::SkipToRead(std::size_t length) {
-  if (!IsWrite(Next())) return;
+// The nearest transfer of the call from the cursor on that is such a one.
+template <class Condition>
+std::optional<std::size_t> ReplayingDevice::FindAhead(const Condition& isIt) const {
   int distance = 0;
   for (std::size_t i = cursor_; i < end_ && distance <= kFarthestAhead; ++i) {
     const Transfer* const transfer = TransferAt(i);
     if (transfer == nullptr) continue;
     ++distance;
-    if (IsRead(transfer) && transfer->requested == length) {
-      cursor_ = i;
-      return;
-    }
+    if (isIt(*transfer)) return i;
   }
+  return std::nullopt;
+}
+
+// Where a write comes next, goes to the next read of that length that is near.
+void ReplayingDevice::SkipToRead(std::size_t length) {
+  if (!IsWrite(Next())) return;
+  const auto isIt = [&](const Transfer& one) { return IsRead(&one) && one.requested == length; };
+  cursor_ = FindAhead(isIt).value_or(cursor_);
 }
 
 // Fills the buffer from the rest and the reads from `entry` on, and moves `entry` behind them. The
@@ -190,7 +195,8 @@ std::int32_t ReplayingDevice::Write(Bytes bytes) {
 }
 
 std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes, Part part) {
-  if (const std::optional<std::size_t> ahead = FindWriteAhead(bytes)) {
+  const auto isIt = [&](const Transfer& one) { return IsWriteOf(one, bytes); };
+  if (const std::optional<std::size_t> ahead = FindAhead(isIt)) {
     cursor_ = *ahead + 1;
     return TransferAt(*ahead)->result;
   }
@@ -208,17 +214,6 @@ std::int32_t ReplayingDevice::WriteInAnotherWay(Bytes bytes, Part part) {
 bool ReplayingDevice::IsWriteOf(const Transfer& transfer, Bytes bytes) const {
   return IsWrite(&transfer) && transfer.bytes.has_value() &&
          std::equal(bytes.begin(), bytes.end(), transfer.bytes->begin(), transfer.bytes->end());
-}
-
-std::optional<std::size_t> ReplayingDevice::FindWriteAhead(Bytes bytes) const {
-  int distance = 0;
-  for (std::size_t i = cursor_; i < end_ && distance <= kFarthestAhead; ++i) {
-    const Transfer* const transfer = TransferAt(i);
-    if (transfer == nullptr) continue;
-    ++distance;
-    if (IsWriteOf(*transfer, bytes)) return i;
-  }
-  return std::nullopt;
 }
 
 std::optional<std::size_t> ReplayingDevice::FindWriteAnywhere(Bytes bytes) const {

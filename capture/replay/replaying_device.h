@@ -52,6 +52,8 @@ class ReplayingDevice final : public pmddb832::RawDevice {
   std::int32_t Read(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
   std::int32_t ReadInAnotherWay(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
   std::int32_t ReadOutOfTurn(std::span<std::uint8_t> buffer, std::uint32_t& delivered);
+  template <class Condition>
+  std::optional<std::size_t> FindAhead(const Condition& isIt) const;
   void SkipToRead(std::size_t length);
   std::int32_t FillFrom(std::size_t& entry, std::size_t last, std::span<std::uint8_t> buffer,
                         std::uint32_t& delivered);
@@ -60,7 +62,6 @@ class ReplayingDevice final : public pmddb832::RawDevice {
   std::int32_t Write(Bytes bytes);
   std::int32_t WriteInAnotherWay(Bytes bytes, Part part);
   bool IsWriteOf(const Transfer& transfer, Bytes bytes) const;
-  std::optional<std::size_t> FindWriteAhead(Bytes bytes) const;
   std::optional<std::size_t> FindWriteAnywhere(Bytes bytes) const;
 
   const Capture& capture_;

@@ -10,263 +10,159 @@ local scanner = Proto("pmddb832", "Pmddb832 scanner")
 -- two marks is made from the tables of the module and is not edited by hand.
 
 -- tables begin
+local NAMES = {
+  colour_mode = {
+    {0x00, "grey"},
+    {0x01, "colour planes, plain"},
+    {0x02, "colour planes"},
+    {0x10, "channel 1"},
+    {0x13, "colour"},
+    {0x20, "channel 2"},
+    {0x23, "colour, blue first"},
+    {0x30, "channel 3"},
+  },
+  mirror = {{0x00, "off"}, {0x01, "on"}},
+  gamma_code = {
+    {0x00, "gamma 3.0"},
+    {0x01, "gamma 1.0"},
+    {0x02, "gamma 2.2"},
+    {0x10, "gamma 2.8"},
+    {0x20, "gamma 2.5"},
+  },
+  option_unit = {{0x00, "off, flatbed"}, {0x01, "on"}, {0x02, "on, second side"}},
+  focus_position = {{0xFF, "automatic"}},
+  channel = {{0x52, "red"}, {0x47, "green"}, {0x42, "blue"}, {0x4D, "all channels"}},
+  header_status = {{0x02, "knows the extended commands"}},
+  header_status_2 = {{0x80, "error", trouble = true}},
+  main_status = {
+    {0x80, "fatal error", trouble = true},
+    {0x20, "feeder variant"},
+    {0x10, "second feeder capability"},
+    {0x02, "warming up", trouble = true},
+  },
+  feeder = {
+    {0x80, "installed"},
+    {0x40, "error", trouble = true},
+    {0x08, "empty", trouble = true},
+    {0x04, "cover open", trouble = true},
+    {0x02, "paper jam", trouble = true},
+  },
+  transparency_unit = {
+    {0x80, "installed"},
+    {0x40, "error", trouble = true},
+    {0x02, "fault", trouble = true},
+  },
+  outcome = {{0x01, "no focus found", trouble = true}},
+  feeder_capabilities = {
+    {0x20, "feeder variant"},
+    {0x10, "second capability"},
+    {0x08, "third capability"},
+  },
+  main_status_2 = {
+    {0x80, "fatal error", trouble = true},
+    {0x40, "not ready", trouble = true},
+    {0x02, "warming up", trouble = true},
+  },
+  start_byte = {{0x02, "STX"}},
+  status = {{0x80, "error", trouble = true}},
+  status_2 = {{0x80, "error", trouble = true}, {0x40, "no new start"}, {0x20, "last block"}},
+}
+
 local COMMANDS = {
-  [0x1B3F] = {letters = "ESC ?", name = "product name", reply = "product",
-    parameters = 0,
-  },
-  [0x1B40] = {letters = "ESC @", name = "reset", reply = "acknowledge",
-    parameters = 0,
-  },
-  [0x1B41] = {letters = "ESC A", name = "scan area", reply = "acknowledge",
-    parameters = 8,
+  [0x1B3F] = {name = "product name", reply = "product"},
+  [0x1B40] = {name = "reset", reply = "acknowledge"},
+  [0x1B41] = {name = "scan area", parameters = 8,
     {name = "left", offset = 0, width = 2, shape = "number", unit = "pixels"},
     {name = "top", offset = 2, width = 2, shape = "number", unit = "lines"},
     {name = "width", offset = 4, width = 2, shape = "number", unit = "pixels"},
-    {name = "height", offset = 6, width = 2, shape = "number", unit = "lines"},
-  },
-  [0x1B42] = {letters = "ESC B", name = "halftone", reply = "acknowledge",
-    parameters = 1,
-    {name = "halftone code", offset = 0, width = 1, shape = "code"},
-  },
-  [0x1B43] = {letters = "ESC C", name = "colour mode", reply = "acknowledge",
-    parameters = 1,
-    {name = "colour mode", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "grey"},
-        {0x01, "colour planes, plain"},
-        {0x02, "colour planes"},
-        {0x10, "channel 1"},
-        {0x13, "colour"},
-        {0x20, "channel 2"},
-        {0x23, "colour, blue first"},
-        {0x30, "channel 3"},
-      }},
-  },
-  [0x1B44] = {letters = "ESC D", name = "data format", reply = "acknowledge",
-    parameters = 1,
-    {name = "bits per sample", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B46] = {letters = "ESC F", name = "condition", reply = "condition",
-    parameters = 0,
-  },
-  [0x1B47] = {letters = "ESC G", name = "start scan", reply = "block_header",
-    parameters = 0,
-  },
-  [0x1B48] = {letters = "ESC H", name = "zoom", reply = "acknowledge",
-    parameters = 2,
-    {name = "main zoom", offset = 0, width = 1, shape = "number", unit = "%"},
-    {name = "sub zoom", offset = 1, width = 1, shape = "number", unit = "%"},
-  },
-  [0x1B49] = {letters = "ESC I", name = "level and identity", reply = "level",
-    parameters = 0,
-  },
-  [0x1B4B] = {letters = "ESC K", name = "mirror", reply = "acknowledge",
-    parameters = 1,
-    {name = "mirror", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-  },
-  [0x1B4C] = {letters = "ESC L", name = "brightness", reply = "acknowledge",
-    parameters = 1,
-    {name = "brightness", offset = 0, width = 1, shape = "signed"},
-  },
-  [0x1B4D] = {letters = "ESC M", name = "colour correction", reply = "acknowledge",
-    parameters = 1,
-    {name = "colour correction", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-  },
-  [0x1B51] = {letters = "ESC Q", name = "sharpness", reply = "acknowledge",
-    parameters = 1,
-    {name = "sharpness", offset = 0, width = 1, shape = "signed"},
-  },
-  [0x1B52] = {letters = "ESC R", name = "resolution", reply = "acknowledge",
-    parameters = 4,
+    {name = "height", offset = 6, width = 2, shape = "number", unit = "lines"}},
+  [0x1B42] = {name = "halftone", parameters = 1,
+    {name = "halftone code", offset = 0, shape = "code"}},
+  [0x1B43] = {name = "colour mode", parameters = 1,
+    {name = "colour mode", offset = 0, shape = "choice", names = NAMES.colour_mode}},
+  [0x1B44] = {name = "data format", parameters = 1,
+    {name = "bits per sample", offset = 0, shape = "number"}},
+  [0x1B46] = {name = "condition", reply = "condition"},
+  [0x1B47] = {name = "start scan", reply = "block_header"},
+  [0x1B48] = {name = "zoom", parameters = 2,
+    {name = "main zoom", offset = 0, shape = "number", unit = "%"},
+    {name = "sub zoom", offset = 1, shape = "number", unit = "%"}},
+  [0x1B49] = {name = "level and identity", reply = "level"},
+  [0x1B4B] = {name = "mirror", parameters = 1,
+    {name = "mirror", offset = 0, shape = "choice", names = NAMES.mirror}},
+  [0x1B4C] = {name = "brightness", parameters = 1,
+    {name = "brightness", offset = 0, shape = "signed"}},
+  [0x1B4D] = {name = "colour correction", parameters = 1,
+    {name = "colour correction", offset = 0, shape = "choice", names = NAMES.mirror}},
+  [0x1B51] = {name = "sharpness", parameters = 1,
+    {name = "sharpness", offset = 0, shape = "signed"}},
+  [0x1B52] = {name = "resolution", parameters = 4,
     {name = "main resolution", offset = 0, width = 2, shape = "number", unit = "dpi"},
-    {name = "sub resolution", offset = 2, width = 2, shape = "number", unit = "dpi"},
-  },
-  [0x1B5A] = {letters = "ESC Z", name = "gamma code", reply = "acknowledge",
-    parameters = 1,
-    {name = "gamma code", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "gamma 3.0"},
-        {0x01, "gamma 1.0"},
-        {0x02, "gamma 2.2"},
-        {0x10, "gamma 2.8"},
-        {0x20, "gamma 2.5"},
-      }},
-  },
-  [0x1B64] = {letters = "ESC d", name = "lines per block", reply = "acknowledge",
-    parameters = 1,
-    {name = "lines per block", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B65] = {letters = "ESC e", name = "option unit", reply = "acknowledge",
-    parameters = 1,
-    {name = "option unit", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x00, "off, flatbed"},
-        {0x01, "on"},
-        {0x02, "on, second side"},
-      }},
-  },
-  [0x1B66] = {letters = "ESC f", name = "status", reply = "status_reply",
-    parameters = 0,
-  },
-  [0x1B67] = {letters = "ESC g", name = "parameter g", reply = "acknowledge",
-    parameters = 1,
-    {name = "parameter g", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B6D] = {letters = "ESC m", name = "colour matrix", reply = "acknowledge",
-    parameters = 9,
-  },
-  [0x1B70] = {letters = "ESC p", name = "focus position", reply = "acknowledge",
-    parameters = 1,
-    {name = "focus position", offset = 0, width = 1, shape = "position",
-      names = {
-        {0xFF, "automatic"},
-      }},
-  },
-  [0x1B71] = {letters = "ESC q", name = "focus found", reply = "focus",
-    parameters = 0,
-  },
-  [0x1B73] = {letters = "ESC s", name = "enhancement", reply = "acknowledge",
-    parameters = 1,
-    {name = "enhancement", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B74] = {letters = "ESC t", name = "threshold", reply = "acknowledge",
-    parameters = 1,
-    {name = "threshold", offset = 0, width = 1, shape = "number"},
-  },
-  [0x1B7A] = {letters = "ESC z", name = "gamma table", reply = "acknowledge",
-    parameters = 257,
-    {name = "channel", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x52, "red"},
-        {0x47, "green"},
-        {0x42, "blue"},
-        {0x4D, "all channels"},
-      }},
-  },
-  [0x1C46] = {letters = "FS F", name = "status", reply = "status",
-    parameters = 0,
-  },
-  [0x1C47] = {letters = "FS G", name = "start transfer", reply = "transfer_header",
-    parameters = 0,
-  },
-  [0x1C49] = {letters = "FS I", name = "identity", reply = "identity",
-    parameters = 0,
-  },
-  [0x1C57] = {letters = "FS W", name = "set parameters", reply = "acknowledge",
-    parameters = 64,
+    {name = "sub resolution", offset = 2, width = 2, shape = "number", unit = "dpi"}},
+  [0x1B5A] = {name = "gamma code", parameters = 1,
+    {name = "gamma code", offset = 0, shape = "choice", names = NAMES.gamma_code}},
+  [0x1B64] = {name = "lines per block", parameters = 1,
+    {name = "lines per block", offset = 0, shape = "number"}},
+  [0x1B65] = {name = "option unit", parameters = 1,
+    {name = "option unit", offset = 0, shape = "choice", names = NAMES.option_unit}},
+  [0x1B66] = {name = "status", reply = "status_reply"},
+  [0x1B67] = {name = "parameter g", parameters = 1,
+    {name = "parameter g", offset = 0, shape = "number"}},
+  [0x1B6D] = {name = "colour matrix", parameters = 9},
+  [0x1B70] = {name = "focus position", parameters = 1,
+    {name = "focus position", offset = 0, shape = "position", names = NAMES.focus_position}},
+  [0x1B71] = {name = "focus found", reply = "focus"},
+  [0x1B73] = {name = "enhancement", parameters = 1,
+    {name = "enhancement", offset = 0, shape = "number"}},
+  [0x1B74] = {name = "threshold", parameters = 1,
+    {name = "threshold", offset = 0, shape = "number"}},
+  [0x1B7A] = {name = "gamma table", parameters = 257,
+    {name = "channel", offset = 0, shape = "choice", names = NAMES.channel}},
+  [0x1C46] = {name = "status", reply = "status"},
+  [0x1C47] = {name = "start transfer", reply = "transfer_header"},
+  [0x1C49] = {name = "identity", reply = "identity"},
+  [0x1C57] = {name = "set parameters", parameters = 64,
     {name = "main resolution", offset = 0, width = 4, shape = "number", unit = "dpi"},
     {name = "sub resolution", offset = 4, width = 4, shape = "number", unit = "dpi"},
     {name = "area left", offset = 8, width = 4, shape = "number", unit = "pixels"},
     {name = "area top", offset = 12, width = 4, shape = "number", unit = "lines"},
     {name = "area width", offset = 16, width = 4, shape = "number", unit = "pixels"},
     {name = "area height", offset = 20, width = 4, shape = "number", unit = "lines"},
-    {name = "colour mode", offset = 24, width = 1, shape = "choice",
-      names = {
-        {0x00, "grey"},
-        {0x01, "colour planes, plain"},
-        {0x02, "colour planes"},
-        {0x10, "channel 1"},
-        {0x13, "colour"},
-        {0x20, "channel 2"},
-        {0x23, "colour, blue first"},
-        {0x30, "channel 3"},
-      }},
-    {name = "bits per sample", offset = 25, width = 1, shape = "number"},
-    {name = "option unit", offset = 26, width = 1, shape = "choice",
-      names = {
-        {0x00, "off, flatbed"},
-        {0x01, "on"},
-        {0x02, "on, second side"},
-      }},
-    {name = "parameter g", offset = 27, width = 1, shape = "number"},
-    {name = "lines per block", offset = 28, width = 1, shape = "number"},
-    {name = "gamma code", offset = 29, width = 1, shape = "choice",
-      names = {
-        {0x00, "gamma 3.0"},
-        {0x01, "gamma 1.0"},
-        {0x02, "gamma 2.2"},
-        {0x10, "gamma 2.8"},
-        {0x20, "gamma 2.5"},
-      }},
-    {name = "brightness", offset = 30, width = 1, shape = "signed"},
-    {name = "colour correction", offset = 31, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-    {name = "halftone code", offset = 32, width = 1, shape = "code"},
-    {name = "mode override", offset = 33, width = 1, shape = "code"},
-    {name = "enhancement", offset = 34, width = 1, shape = "number"},
-    {name = "sharpness", offset = 35, width = 1, shape = "signed"},
-    {name = "mirror", offset = 36, width = 1, shape = "choice",
-      names = {
-        {0x00, "off"},
-        {0x01, "on"},
-      }},
-    {name = "option parameter", offset = 37, width = 1, shape = "code"},
-  },
+    {name = "colour mode", offset = 24, shape = "choice", names = NAMES.colour_mode},
+    {name = "bits per sample", offset = 25, shape = "number"},
+    {name = "option unit", offset = 26, shape = "choice", names = NAMES.option_unit},
+    {name = "parameter g", offset = 27, shape = "number"},
+    {name = "lines per block", offset = 28, shape = "number"},
+    {name = "gamma code", offset = 29, shape = "choice", names = NAMES.gamma_code},
+    {name = "brightness", offset = 30, shape = "signed"},
+    {name = "colour correction", offset = 31, shape = "choice", names = NAMES.mirror},
+    {name = "halftone code", offset = 32, shape = "code"},
+    {name = "mode override", offset = 33, shape = "code"},
+    {name = "enhancement", offset = 34, shape = "number"},
+    {name = "sharpness", offset = 35, shape = "signed"},
+    {name = "mirror", offset = 36, shape = "choice", names = NAMES.mirror},
+    {name = "option parameter", offset = 37, shape = "code"}},
 }
 
 local REPLIES = {
-  acknowledge = {size = 1,
-  },
-  level = {size = 4,
-    {name = "header status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x02, "knows the extended commands"},
-      }},
-  },
-  product = {size = 4,
-    {name = "product name", offset = 12, width = 16, shape = "text"},
-  },
-  status_reply = {size = 4,
-    {name = "header status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-      }},
-    {name = "main status", offset = 4, width = 1, shape = "flags",
-      names = {
-        {0x80, "fatal error", trouble = true},
-        {0x20, "feeder variant"},
-        {0x10, "second feeder capability"},
-        {0x02, "warming up", trouble = true},
-      }},
-    {name = "feeder", offset = 5, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x08, "empty", trouble = true},
-        {0x04, "cover open", trouble = true},
-        {0x02, "paper jam", trouble = true},
-      }},
+  acknowledge = {size = 1},
+  level = {size = 4, declares_data = true,
+    {name = "header status", offset = 1, shape = "flags", names = NAMES.header_status}},
+  product = {size = 4, declares_data = true,
+    {name = "product name", offset = 12, width = 16, shape = "text"}},
+  status_reply = {size = 4, declares_data = true,
+    {name = "header status", offset = 1, shape = "flags", names = NAMES.header_status_2},
+    {name = "main status", offset = 4, shape = "flags", names = NAMES.main_status},
+    {name = "feeder", offset = 5, shape = "flags", names = NAMES.feeder},
     {name = "feeder width", offset = 6, width = 2, shape = "number", unit = "pixels"},
     {name = "feeder height", offset = 8, width = 2, shape = "number", unit = "pixels"},
-    {name = "transparency unit", offset = 10, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x02, "fault", trouble = true},
-      }},
+    {name = "transparency unit", offset = 10, shape = "flags", names = NAMES.transparency_unit},
     {name = "transparency unit width", offset = 11, width = 2, shape = "number", unit = "pixels"},
-    {name = "transparency unit height", offset = 13, width = 2, shape = "number", unit = "pixels"},
-  },
-  focus = {size = 4,
-    {name = "outcome", offset = 4, width = 1, shape = "flags",
-      names = {
-        {0x01, "no focus found", trouble = true},
-      }},
-    {name = "focus position", offset = 5, width = 1, shape = "position"},
-  },
-  condition = {size = 4,
-  },
+    {name = "transparency unit height", offset = 13, width = 2, shape = "number", unit = "pixels"}},
+  focus = {size = 4, declares_data = true,
+    {name = "outcome", offset = 4, shape = "flags", names = NAMES.outcome},
+    {name = "focus position", offset = 5, shape = "position"}},
+  condition = {size = 4},
   identity = {size = 80,
     {name = "command level", offset = 0, width = 2, shape = "text"},
     {name = "basic resolution", offset = 4, width = 4, shape = "number", unit = "dpi"},
@@ -278,63 +174,23 @@ local REPLIES = {
     {name = "feeder height", offset = 32, width = 4, shape = "number", unit = "pixels"},
     {name = "transparency unit width", offset = 36, width = 4, shape = "number", unit = "pixels"},
     {name = "transparency unit height", offset = 40, width = 4, shape = "number", unit = "pixels"},
-    {name = "feeder capabilities", offset = 44, width = 1, shape = "flags",
-      names = {
-        {0x20, "feeder variant"},
-        {0x10, "second capability"},
-        {0x08, "third capability"},
-      }},
-    {name = "product name", offset = 46, width = 16, shape = "text"},
-  },
+    {name = "feeder capabilities", offset = 44, shape = "flags", names = NAMES.feeder_capabilities},
+    {name = "product name", offset = 46, width = 16, shape = "text"}},
   status = {size = 16,
-    {name = "main status", offset = 0, width = 1, shape = "flags",
-      names = {
-        {0x80, "fatal error", trouble = true},
-        {0x40, "not ready", trouble = true},
-        {0x02, "warming up", trouble = true},
-      }},
-    {name = "feeder", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x08, "empty", trouble = true},
-        {0x04, "cover open", trouble = true},
-        {0x02, "paper jam", trouble = true},
-      }},
-    {name = "transparency unit", offset = 2, width = 1, shape = "flags",
-      names = {
-        {0x80, "installed"},
-        {0x40, "error", trouble = true},
-        {0x02, "fault", trouble = true},
-      }},
-  },
+    {name = "main status", offset = 0, shape = "flags", names = NAMES.main_status_2},
+    {name = "feeder", offset = 1, shape = "flags", names = NAMES.feeder},
+    {name = "transparency unit", offset = 2, shape = "flags", names = NAMES.transparency_unit}},
   transfer_header = {size = 14,
-    {name = "start byte", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x02, "STX"},
-      }},
-    {name = "status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-      }},
+    {name = "start byte", offset = 0, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, shape = "flags", names = NAMES.status},
     {name = "full block", offset = 2, width = 4, shape = "number", unit = "bytes"},
     {name = "full blocks", offset = 6, width = 4, shape = "number"},
-    {name = "last block", offset = 10, width = 4, shape = "number", unit = "bytes"},
-  },
+    {name = "last block", offset = 10, width = 4, shape = "number", unit = "bytes"}},
   block_header = {size = 6,
-    {name = "start byte", offset = 0, width = 1, shape = "choice",
-      names = {
-        {0x02, "STX"},
-      }},
-    {name = "status", offset = 1, width = 1, shape = "flags",
-      names = {
-        {0x80, "error", trouble = true},
-        {0x40, "no new start"},
-        {0x20, "last block"},
-      }},
+    {name = "start byte", offset = 0, shape = "choice", names = NAMES.start_byte},
+    {name = "status", offset = 1, shape = "flags", names = NAMES.status_2},
     {name = "line", offset = 2, width = 2, shape = "number", unit = "bytes"},
-    {name = "lines", offset = 4, width = 2, shape = "number"},
-  },
+    {name = "lines", offset = 4, width = 2, shape = "number"}},
 }
 
 local CONTROL_BYTES = {
@@ -349,7 +205,6 @@ local CONTROL_BYTES = {
 local ESC, FS = 0x1B, 0x1C
 local STX, ACK, FF, NAK, CAN, EM = 0x02, 0x06, 0x0C, 0x15, 0x18, 0x19
 local HEADER_BYTES = 4          -- of an information reply: start byte, status, count of data
-local DATA_FOLLOWS = {level = true, product = true, status_reply = true, focus = true}
 local TABLE_BYTES, MATRIX_BYTES = 257, 9
 local ERROR_BIT, LAST_BIT = 0x80, 0x20  -- of the status of a block
 
@@ -377,77 +232,78 @@ local function capitalised(text)
   return text:sub(1, 1):upper() .. text:sub(2)
 end
 
-local function label_of(row)
-  return capitalised(row.name)
-end
-
 local NUMBER = {[1] = ProtoField.uint8, [2] = ProtoField.uint16, [4] = ProtoField.uint32}
+
+local function declare_named(row, filter)
+  local names = row.names and names_by_value(row)
+  return NUMBER[row.width](filter, capitalised(row.name), base.HEX, names)
+end
 
 local DECLARE = {
   number = function(row, filter)
-    if row.unit == nil then return NUMBER[row.width](filter, label_of(row), base.DEC) end
-    return NUMBER[row.width](filter, label_of(row), base.UNIT_STRING, {" " .. row.unit})
+    if row.unit == nil then return NUMBER[row.width](filter, capitalised(row.name), base.DEC) end
+    return NUMBER[row.width](filter, capitalised(row.name), base.UNIT_STRING, {" " .. row.unit})
   end,
-  signed = function(row, filter) return ProtoField.int8(filter, label_of(row), base.DEC) end,
-  code = function(row, filter) return NUMBER[row.width](filter, label_of(row), base.HEX) end,
-  position = function(row, filter)
-    return ProtoField.uint8(filter, label_of(row), base.HEX, names_by_value(row))
+  signed = function(row, filter)
+    return ProtoField.int8(filter, capitalised(row.name), base.DEC)
   end,
-  text = function(row, filter) return ProtoField.string(filter, label_of(row)) end,
-  choice = function(row, filter)
-    return NUMBER[row.width](filter, label_of(row), base.HEX, names_by_value(row))
-  end,
+  text = function(row, filter) return ProtoField.string(filter, capitalised(row.name)) end,
+  code = declare_named,
+  position = declare_named,
+  choice = declare_named,
   flags = function(row, filter)
     row.bits = {}
     for i, name in ipairs(row.names) do
       row.bits[i] = declare(ProtoField.bool(filter .. "." .. slug(name[2]), name[2],
                                             8 * row.width, nil, name[1]))
     end
-    return NUMBER[row.width](filter, label_of(row), base.HEX)
+    return NUMBER[row.width](filter, capitalised(row.name), base.HEX)
   end,
 }
 
 local function declare_rows(block, rows)
   for _, row in ipairs(rows) do
+    row.width = row.width or 1
     row.field = declare(DECLARE[row.shape](row, "pmddb832." .. block .. "." .. slug(row.name)))
   end
 end
 
 local COMMAND_NAMES = {}
 for key, command in pairs(COMMANDS) do
-  COMMAND_NAMES[key] = command.letters .. " " .. command.name
+  local prefix = math.floor(key / 256) == ESC and "ESC " or "FS "
+  command.title = prefix .. string.char(key % 256) .. " " .. command.name
+  command.reply = command.reply or "acknowledge"
+  COMMAND_NAMES[key] = command.title
   declare_rows(slug(command.name), command)
 end
 for name, reply in pairs(REPLIES) do declare_rows(name, reply) end
 
+local function plain(kind, filter, label, ...)
+  return declare(ProtoField[kind]("pmddb832." .. filter, label, ...))
+end
+
 local f = {
-  command = declare(ProtoField.uint16("pmddb832.command", "Command", base.HEX, COMMAND_NAMES)),
-  control = declare(ProtoField.uint8("pmddb832.control", "Control byte", base.HEX, CONTROL_BYTES)),
-  answer = declare(ProtoField.uint8("pmddb832.answer", "Answer", base.HEX, CONTROL_BYTES)),
-  asked = declare(ProtoField.framenum("pmddb832.asked_in", "Asked in", base.NONE,
-                                      frametype.REQUEST)),
-  start = declare(ProtoField.uint8("pmddb832.reply.start", "Start byte", base.HEX,
-                                   {[STX] = "STX"})),
-  reply_status = declare(ProtoField.uint8("pmddb832.reply.status", "Status", base.HEX)),
-  count = declare(ProtoField.uint16("pmddb832.reply.count", "Data", base.UNIT_STRING,
-                                    {" byte", " bytes"})),
-  level = declare(ProtoField.string("pmddb832.level.command_level", "Command level")),
-  resolution = declare(ProtoField.uint16("pmddb832.level.resolution", "Resolution",
-                                         base.UNIT_STRING, {" dpi"})),
-  width = declare(ProtoField.uint16("pmddb832.level.width", "Largest width", base.UNIT_STRING,
-                                    {" pixel", " pixels"})),
-  height = declare(ProtoField.uint16("pmddb832.level.height", "Largest height", base.UNIT_STRING,
-                                     {" line", " lines"})),
-  gamma_table = declare(ProtoField.bytes("pmddb832.gamma_table.table", "Table")),
-  matrix = declare(ProtoField.bytes("pmddb832.colour_matrix.matrix", "Matrix")),
-  block_number = declare(ProtoField.uint32("pmddb832.block.number", "Block")),
-  block_count = declare(ProtoField.uint32("pmddb832.block.count", "Blocks in the picture")),
-  block_lines = declare(ProtoField.uint32("pmddb832.block.lines", "Lines")),
-  block_bytes = declare(ProtoField.uint32("pmddb832.block.bytes", "Bytes")),
-  block_status = declare(ProtoField.uint8("pmddb832.block.status", "Status", base.HEX)),
-  block_data = declare(ProtoField.bytes("pmddb832.block.data", "Data")),
-  part = declare(ProtoField.bytes("pmddb832.part", "Part of a longer message")),
-  unexpected = declare(ProtoField.bytes("pmddb832.unexpected", "Unexpected bytes")),
+  command = plain("uint16", "command", "Command", base.HEX, COMMAND_NAMES),
+  control = plain("uint8", "control", "Control byte", base.HEX, CONTROL_BYTES),
+  answer = plain("uint8", "answer", "Answer", base.HEX, CONTROL_BYTES),
+  asked = plain("framenum", "asked_in", "Asked in", base.NONE, frametype.REQUEST),
+  start = plain("uint8", "reply.start", "Start byte", base.HEX, {[STX] = "STX"}),
+  reply_status = plain("uint8", "reply.status", "Status", base.HEX),
+  count = plain("uint16", "reply.count", "Data", base.UNIT_STRING, {" byte", " bytes"}),
+  level = plain("string", "level.command_level", "Command level"),
+  resolution = plain("uint16", "level.resolution", "Resolution", base.UNIT_STRING, {" dpi"}),
+  width = plain("uint16", "level.width", "Largest width", base.UNIT_STRING, {" pixel", " pixels"}),
+  height = plain("uint16", "level.height", "Largest height", base.UNIT_STRING, {" line", " lines"}),
+  gamma_table = plain("bytes", "gamma_table.table", "Table"),
+  matrix = plain("bytes", "colour_matrix.matrix", "Matrix"),
+  block_number = plain("uint32", "block.number", "Block"),
+  block_count = plain("uint32", "block.count", "Blocks in the picture"),
+  block_lines = plain("uint32", "block.lines", "Lines"),
+  block_bytes = plain("uint32", "block.bytes", "Bytes"),
+  block_status = plain("uint8", "block.status", "Status", base.HEX),
+  block_data = plain("bytes", "block.data", "Data"),
+  part = plain("bytes", "part", "Part of a longer message"),
+  unexpected = plain("bytes", "unexpected", "Unexpected bytes"),
 }
 scanner.fields = fields
 
@@ -461,29 +317,23 @@ local BULK = 3
 local IN_PROGRESS = -115  -- Linux tells so where a transfer begins
 local usb_results = {Field.new("usb.usbd_status"), Field.new("usb.urb_status")}
 
-local function problem(name, text, group, severity)
-  return ProtoExpert.new("pmddb832." .. name, text, group, severity)
+local e = {}
+local experts = {}
+for name, row in pairs({
+  refused = {"The scanner did not acknowledge", "RESPONSE_CODE", "ERROR"},
+  trouble = {"The scanner reports trouble", "RESPONSE_CODE", "WARN"},
+  spoiled = {"The reply does not begin with STX", "MALFORMED", "ERROR"},
+  stray = {"Bytes that nothing asked for", "PROTOCOL", "ERROR"},
+  unknown = {"A command that no scanner knows", "PROTOCOL", "ERROR"},
+  not_zero = {"A byte that must be 0 is not", "PROTOCOL", "WARN"},
+  failed = {"The transfer failed", "RESPONSE_CODE", "ERROR"},
+  cut = {"The data were not kept in the capture", "UNDECODED", "NOTE"},
+}) do
+  e[name] = ProtoExpert.new("pmddb832." .. name, row[1], expert.group[row[2]],
+                            expert.severity[row[3]])
+  experts[#experts + 1] = e[name]
 end
-
-local e = {
-  refused = problem("refused", "The scanner did not acknowledge",
-                    expert.group.RESPONSE_CODE, expert.severity.ERROR),
-  trouble = problem("trouble", "The scanner reports trouble",
-                    expert.group.RESPONSE_CODE, expert.severity.WARN),
-  spoiled = problem("spoiled", "The reply does not begin with STX",
-                    expert.group.MALFORMED, expert.severity.ERROR),
-  stray = problem("stray", "Bytes that nothing asked for",
-                  expert.group.PROTOCOL, expert.severity.ERROR),
-  unknown = problem("unknown", "A command that no scanner knows",
-                    expert.group.PROTOCOL, expert.severity.ERROR),
-  not_zero = problem("not_zero", "A byte that must be 0 is not",
-                     expert.group.PROTOCOL, expert.severity.WARN),
-  failed = problem("failed", "The transfer failed",
-                   expert.group.RESPONSE_CODE, expert.severity.ERROR),
-  cut = problem("cut", "The data were not kept in the capture",
-                expert.group.UNDECODED, expert.severity.NOTE),
-}
-scanner.experts = {e.refused, e.trouble, e.spoiled, e.stray, e.unknown, e.not_zero, e.failed, e.cut}
+scanner.experts = experts
 
 scanner.prefs.device = Pref.uint("Device address", 0,
     "USB address of the scanner; 0 recognises it by its first command")
@@ -514,16 +364,11 @@ local function has_bit(value, bit_value)
   return math.floor(value / bit_value) % 2 == 1
 end
 
-local function field_of(rows, name)
+local function value_of(rows, name, bytes)
   for _, row in ipairs(rows) do
-    if row.name == name then return row end
+    if row.name == name then return number_at(bytes, row.offset, row.width) end
   end
   error("the tables have no field '" .. name .. "'")
-end
-
-local function value_of(rows, name, bytes)
-  local row = field_of(rows, name)
-  return number_at(bytes, row.offset, row.width)
 end
 
 local SET_PARAMETERS, SCAN_AREA = COMMANDS[0x1C57], COMMANDS[0x1B41]
@@ -539,10 +384,7 @@ local function new_device()
 end
 
 local function expect(device, what, size)
-  device.next = what
-  device.size = size or 0
-  device.got = ""
-  device.have = 0
+  device.next, device.size, device.got, device.have = what, size or 0, "", 0
 end
 
 local function block_count(device)
@@ -553,31 +395,33 @@ local function block_count(device)
   return math.floor((plan.height + plan.lines_per_block - 1) / plan.lines_per_block)
 end
 
-local function expect_extended_block(device)
+local function expect_next_block(device)
   local blocks, plan = device.blocks, device.plan
-  local is_last = blocks.number > blocks.full
-  local before = blocks.full * plan.lines_per_block
-  blocks.bytes = is_last and blocks.last_bytes or blocks.block_bytes
-  blocks.lines = is_last and math.max(plan.height - before, 0) or plan.lines_per_block
-  blocks.is_last = is_last
+  if not blocks.extended then
+    return expect(device, "block_header", plan.lines_at_once and 6 or 4)
+  end
+  local lines_left = math.max(plan.height - blocks.full * plan.lines_per_block, 0)
+  blocks.is_last = blocks.number > blocks.full
+  blocks.bytes = blocks.is_last and blocks.last_bytes or blocks.block_bytes
+  blocks.lines = blocks.is_last and lines_left or plan.lines_per_block
   expect(device, "block", blocks.bytes + 1)
+end
+
+local function is_refused(header)
+  return byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT)
 end
 
 local function begin_extended_blocks(device, header)
   local rows = REPLIES.transfer_header
   expect(device, "nothing")
-  if byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT) then return end
+  if is_refused(header) then return end
   device.blocks = {
     extended = true, number = 1,
     block_bytes = value_of(rows, "full block", header),
     full = value_of(rows, "full blocks", header),
     last_bytes = value_of(rows, "last block", header),
   }
-  expect_extended_block(device)
-end
-
-local function expect_block_header(device)
-  expect(device, "block_header", device.plan.lines_at_once and 6 or 4)
+  expect_next_block(device)
 end
 
 local function take_block_header(device, header)
@@ -596,30 +440,27 @@ end
 -- With blocks of several lines the reply to the start is the header of the first block.
 local function begin_standard_blocks(device, header)
   expect(device, "nothing")
-  device.plan.repeated = byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT)
+  device.plan.repeated = is_refused(header)
   if device.plan.repeated then return end
   device.blocks = {extended = false, number = 1}
-  if device.plan.lines_at_once then
-    take_block_header(device, header)
-  else
-    expect_block_header(device)
-  end
+  if device.plan.lines_at_once then return take_block_header(device, header) end
+  expect_next_block(device)
 end
 
 local function begin_command(device, key, frame)
-  local command = COMMANDS[key]
-  device.command, device.command_key, device.asked, device.blocks = command, key, frame, nil
+  local command, plan = COMMANDS[key], device.plan
+  device.command, device.asked, device.blocks = command, frame, nil
   if command == nil then return expect(device, "nothing") end
-  if command.reply ~= "acknowledge" then
-    if command == START_SCAN and device.plan.repeated and not device.plan.lines_at_once then
-      device.plan.repeated = false
-      device.blocks = {extended = false, number = 1}
-      return expect_block_header(device)
-    end
+  if command.reply == "acknowledge" then
+    if not command.parameters then device.plan = new_plan() end
+    return expect(device, command.parameters and "letter_answer" or "answer", 1)
+  end
+  if command ~= START_SCAN or not plan.repeated or plan.lines_at_once then
     return expect(device, "reply", REPLIES[command.reply].size)
   end
-  expect(device, command.parameters > 0 and "letter_answer" or "answer", 1)
-  if command.parameters == 0 then device.plan = new_plan() end
+  plan.repeated = false
+  device.blocks = {extended = false, number = 1}
+  expect_next_block(device)
 end
 
 local function note_parameters(device, bytes)
@@ -636,22 +477,34 @@ local function note_parameters(device, bytes)
   end
 end
 
+local function add(items, kind, offset, length, item)
+  item = item or {}
+  item.kind, item.offset, item.length = kind, offset, length
+  items[#items + 1] = item
+  return item
+end
+
+-- Puts what is there to the message that is expected. How much that was, and whether all is there.
+local function collect(device, packet, offset)
+  local part = packet.bytes:sub(offset + 1, offset + device.size - #device.got)
+  device.got = device.got .. part
+  return #part, #device.got == device.size
+end
+
 -- Items of what the host sent.
 
 local function looks_like_command(bytes)
-  return #bytes == 2 and COMMANDS[number_at(bytes, 1, 1) + 256 * byte_at(bytes, 0)] ~= nil
+  return #bytes == 2 and COMMANDS[256 * byte_at(bytes, 0) + byte_at(bytes, 1)] ~= nil
 end
 
 local function take_parameters(device, packet, offset, items)
-  local take = math.min(device.size - #device.got, #packet.bytes - offset)
-  device.got = device.got .. packet.bytes:sub(offset + 1, offset + take)
-  local item = {kind = "part", offset = offset, length = take, command = device.command}
-  if #device.got == device.size then
+  local take, is_whole = collect(device, packet, offset)
+  local item = add(items, "part", offset, take, {command = device.command})
+  if is_whole then
     item.kind, item.bytes = "parameters", device.got
     note_parameters(device, device.got)
     expect(device, "answer", 1)
   end
-  items[#items + 1] = item
   return offset + take
 end
 
@@ -660,46 +513,43 @@ local function take_command(device, packet, offset, items, frame)
   local letter_at = device.prefix and offset or offset + 1
   if letter_at >= #packet.bytes then
     device.prefix = prefix
-    items[#items + 1] = {kind = "part", offset = offset, length = 1}
+    add(items, "part", offset, 1)
     return letter_at
   end
   local key = 256 * prefix + byte_at(packet.bytes, letter_at)
   begin_command(device, key, frame)
-  items[#items + 1] = {kind = "command", offset = offset, length = letter_at + 1 - offset,
-                       key = key, command = device.command}
+  add(items, "command", offset, letter_at + 1 - offset, {key = key, command = device.command})
   device.prefix = nil
   return letter_at + 1
 end
 
 local function take_control(device, byte, offset, items)
-  local item = {kind = "control", offset = offset, length = 1}
+  local item = add(items, "control", offset, 1)
   if device.next == "block_answer" and byte == ACK then
     device.blocks.number = device.blocks.number + 1
-    if device.blocks.extended then expect_extended_block(device) else expect_block_header(device) end
+    expect_next_block(device)
   elseif byte == CAN or byte == EM or byte == FF then
     device.blocks, device.command = nil, nil
     expect(device, "answer", 1)
   else
     item.is_stray = true
   end
-  items[#items + 1] = item
+  return offset + 1
 end
 
 local function follow_host(device, packet, items, frame)
   local offset = 0
   while offset < #packet.bytes do
     local byte = byte_at(packet.bytes, offset)
-    local is_command = byte == ESC or byte == FS
     local rest = packet.bytes:sub(offset + 1)
     if device.next == "parameters" and (#rest == device.size or not looks_like_command(rest)) then
       offset = take_parameters(device, packet, offset, items)
-    elseif device.prefix ~= nil or is_command then
+    elseif device.prefix ~= nil or byte == ESC or byte == FS then
       offset = take_command(device, packet, offset, items, frame)
     elseif CONTROL_BYTES[byte] ~= nil and byte ~= NAK then
-      take_control(device, byte, offset, items)
-      offset = offset + 1
+      offset = take_control(device, byte, offset, items)
     else
-      items[#items + 1] = {kind = "stray", offset = offset, length = #rest}
+      add(items, "stray", offset, #rest)
       return
     end
   end
@@ -707,65 +557,57 @@ end
 
 -- Items of what the scanner sent.
 
-local function finish_reply(device, item)
-  local reply = device.command.reply
-  local data_bytes = number_at(device.got, 2, 2)
-  item.reply, item.bytes, item.base = reply, device.got, 0
-  if reply == "transfer_header" then
-    begin_extended_blocks(device, device.got)
-  elseif reply == "block_header" then
-    begin_standard_blocks(device, device.got)
-  elseif DATA_FOLLOWS[reply] and byte_at(device.got, 0) == STX and data_bytes > 0 then
-    expect(device, "reply_data", data_bytes)
-  else
-    expect(device, "nothing")
-  end
+local function tell_reply(device, item, reply, base)
+  item.kind, item.reply, item.bytes, item.base = "reply", reply, device.got, base
 end
 
+-- What is to be done with a message that is whole.
 local FINISH = {
   letter_answer = function(device, item)
     item.kind = "answer"
-    local accepted = byte_at(device.got, 0) == ACK
-    expect(device, accepted and "parameters" or "nothing", device.command.parameters)
+    local is_accepted = byte_at(device.got, 0) == ACK
+    expect(device, is_accepted and "parameters" or "nothing", device.command.parameters)
   end,
   answer = function(device, item)
     item.kind = "answer"
     expect(device, "nothing")
   end,
   reply = function(device, item)
-    item.kind = "reply"
-    finish_reply(device, item)
+    local reply, got = device.command.reply, device.got
+    local data_bytes = number_at(got, 2, 2)
+    tell_reply(device, item, reply, 0)
+    if reply == "transfer_header" then return begin_extended_blocks(device, got) end
+    if reply == "block_header" then return begin_standard_blocks(device, got) end
+    local has_data = REPLIES[reply].declares_data and byte_at(got, 0) == STX and data_bytes > 0
+    expect(device, has_data and "reply_data" or "nothing", data_bytes)
   end,
   reply_data = function(device, item)
-    item.kind, item.reply, item.bytes = "reply", device.command.reply, device.got
-    item.base = HEADER_BYTES
+    tell_reply(device, item, device.command.reply, HEADER_BYTES)
     expect(device, "nothing")
   end,
   block_header = function(device, item)
-    item.kind, item.reply, item.bytes, item.base = "reply", "block_header", device.got, 0
+    tell_reply(device, item, "block_header", 0)
     item.block = device.blocks.number
     take_block_header(device, device.got)
   end,
 }
 
 local function take_message(device, packet, offset, items)
-  local take = math.min(device.size - #device.got, packet.reported - offset)
-  local item = {kind = "part", offset = offset, length = take, command = device.command,
-                asked = device.asked}
-  items[#items + 1] = item
-  if offset + take > #packet.bytes then
+  local wanted = math.min(device.size - #device.got, packet.reported - offset)
+  local item = add(items, "part", offset, wanted, {command = device.command, asked = device.asked})
+  if offset + wanted > #packet.bytes then
     item.kind, item.length = "cut", #packet.bytes - offset
     expect(device, "nothing")
-    return offset + take
+    return offset + wanted
   end
-  device.got = device.got .. packet.bytes:sub(offset + 1, offset + take)
-  if #device.got == device.size then
+  local _, is_whole = collect(device, packet, offset)
+  if is_whole then
     FINISH[device.next](device, item)
-  elseif device.got == string.char(NAK) and take == packet.reported then
+  elseif device.got == string.char(NAK) and wanted == packet.reported then
     item.kind = "answer"  -- in the place of a reply
     expect(device, "nothing")
   end
-  return offset + take
+  return offset + wanted
 end
 
 -- The status of an extended block is its last byte; that of a standard block was in its header.
@@ -777,24 +619,18 @@ local function finish_block(device, packet, item, last_at)
     item.has_status_byte = last_at < #packet.bytes
     item.status = item.has_status_byte and byte_at(packet.bytes, last_at) or packet.last_byte
   end
-  local goes_on = not blocks.is_last
-  if blocks.extended and item.status ~= nil and has_bit(item.status, ERROR_BIT) then
-    goes_on = false
-  end
-  expect(device, goes_on and "block_answer" or "nothing")
+  local has_failed = blocks.extended and item.status ~= nil and has_bit(item.status, ERROR_BIT)
+  expect(device, (blocks.is_last or has_failed) and "nothing" or "block_answer")
 end
 
 local function take_block(device, packet, offset, items)
   local blocks = device.blocks
   local take = math.min(device.size - device.have, packet.reported - offset)
   device.have = device.have + take
-  local item = {
-    kind = "block", offset = offset, reported = take,
-    length = math.max(math.min(take, #packet.bytes - offset), 0),
-    number = blocks.number, count = block_count(device), lines = blocks.lines,
+  local item = add(items, "block", offset, math.max(math.min(take, #packet.bytes - offset), 0), {
+    reported = take, number = blocks.number, count = block_count(device), lines = blocks.lines,
     data_bytes = blocks.bytes, asked = device.asked,
-  }
-  items[#items + 1] = item
+  })
   if device.have == device.size then finish_block(device, packet, item, offset + take - 1) end
   return offset + take
 end
@@ -810,7 +646,7 @@ local function follow_scanner(device, packet, items)
     elseif CAN_BE_READ[device.next] then
       offset = take_message(device, packet, offset, items)
     else
-      items[#items + 1] = {kind = "stray", offset = offset, length = #packet.bytes - offset}
+      add(items, "stray", offset, #packet.bytes - offset)
       return
     end
   end
@@ -896,21 +732,21 @@ local function parameters_summary(command, bytes)
     end
   end
   local values = #texts > 0 and table.concat(texts, ", ") or #bytes .. " bytes"
-  return command.letters .. " " .. command.name .. ": " .. values
+  return command.title .. ": " .. values
 end
 
 local SHOW = {}
 
 function SHOW.command(tree, range, item)
   local shown = tree:add(f.command, range, item.key)
-  if item.command ~= nil then return COMMAND_NAMES[item.key] end
+  if item.command ~= nil then return item.command.title end
   shown:add_proto_expert_info(e.unknown)
   return string.format("unknown command 0x%04X", item.key)
 end
 
 function SHOW.parameters(tree, range, item)
   local command = item.command
-  local block = tree:add(scanner, range, "Parameters of " .. command.letters .. " " .. command.name)
+  local block = tree:add(scanner, range, "Parameters of " .. command.title)
   local shown = show_fields(block, command, range, 0)
   if command.parameters == TABLE_BYTES then
     block:add(f.gamma_table, range(1))
@@ -939,7 +775,7 @@ function SHOW.answer(tree, range, item)
   local text = CONTROL_BYTES[value] or string.format("0x%02X instead of ACK", value)
   if value ~= ACK then shown:add_proto_expert_info(e.refused) end
   if item.command == nil then return text end
-  return text .. " to " .. item.command.letters .. " " .. item.command.name
+  return text .. " to " .. item.command.title
 end
 
 local function show_header(block, range)
@@ -969,9 +805,10 @@ local function reply_summary(item)
 end
 
 function SHOW.reply(tree, range, item)
-  local is_header = item.base == 0 and (DATA_FOLLOWS[item.reply] or item.reply == "condition")
+  local is_header = item.base == 0
+      and (REPLIES[item.reply].declares_data or item.reply == "condition")
   local what = item.block and "header of block " .. item.block
-      or "reply to " .. item.command.letters .. " " .. item.command.name
+      or "reply to " .. item.command.title
   if is_header then what = "header of the " .. what end
   local block = tree:add(scanner, range, capitalised(what))
   if item.asked ~= nil then block:add(f.asked, item.asked):set_generated() end

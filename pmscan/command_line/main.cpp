@@ -6,9 +6,8 @@
 #include <optional>
 
 #include "pmscan/captures/capture_session.h"
-#include "pmscan/captures/convert_command.h"
-#include "pmscan/captures/decode_command.h"
 #include "pmscan/captures/dry_run.h"
+#include "pmscan/captures/file_commands.h"
 #include "pmscan/captures/replay_command.h"
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/console.h"

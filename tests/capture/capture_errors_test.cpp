@@ -6,17 +6,7 @@
 
 namespace {
 
-// What the reader says of a capture with such lines behind its title.
-std::string ErrorOf(const std::string& lines) {
-  std::istringstream stream("pmddb832 capture 1\n" + lines);
-  try {
-    capture::ReadCapture(stream, "c.txt");
-  } catch (const capture::FormatError& error) {
-    return error.what();
-  }
-  return "none";
-}
-
+// What the reader says of a file with such a text.
 std::string TitleError(const std::string& text) {
   std::istringstream stream(text);
   try {
@@ -25,6 +15,11 @@ std::string TitleError(const std::string& text) {
     return error.what();
   }
   return "none";
+}
+
+// The same of a capture with such lines behind its title.
+std::string ErrorOf(const std::string& lines) {
+  return TitleError("pmddb832 capture 1\n" + lines);
 }
 
 TEST_CASE("capture: a file that is no capture is refused") {

@@ -4,8 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "pmscan/captures/convert_command.h"
-#include "pmscan/captures/decode_command.h"
+#include "pmscan/captures/file_commands.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
 

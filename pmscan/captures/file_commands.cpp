@@ -1,4 +1,4 @@
-#include "pmscan/captures/convert_command.h"
+#include "pmscan/captures/file_commands.h"
 
 #include <algorithm>
 #include <fstream>
@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "capture/decode/decode.h"
 #include "capture/file/pcapng_writer.h"
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
@@ -53,6 +54,10 @@ std::string Summary(const capture::Capture& capture) {
 }
 
 }  // namespace
+
+void RunDecodeCommand(const Options& options, std::ostream& out) {
+  out << capture::Decode(ReadCaptureFile(options.readCapture));
+}
 
 void RunConvertCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
