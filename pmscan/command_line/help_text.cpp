@@ -105,7 +105,7 @@ std::string RightAligned(int number) {
 std::string HelpText() {
   std::string page(kPage);
   for (const ErrorCode& row : kErrorCodes) {
-    page.append(RightAligned(row.exitCode)).append("  ").append(row.meaning).append("\n");
+    page.append(RightAligned(row.ExitCode())).append("  ").append(row.meaning).append("\n");
   }
   return page;
 }

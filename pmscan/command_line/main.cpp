@@ -77,7 +77,7 @@ void RunCommand(const Options& options, const ModuleExports& module,
 
 int Report(const Failure& failure) {
   std::cerr << Describe(failure);
-  return FindErrorCode(failure.code).exitCode;
+  return FindErrorCode(failure.code).ExitCode();
 }
 
 // Records into `capture` what goes on, unless that is null.
@@ -182,6 +182,6 @@ int main() {
     return pmscan::Report(failure);
   } catch (const std::exception& error) {
     std::cerr << "pmscan: " << error.what() << "\n";
-    return pmscan::FindErrorCode(pmscan::kUnknownError).exitCode;
+    return pmscan::FindErrorCode(pmscan::kUnknownError).ExitCode();
   }
 }

@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/batch.h"
 #include "pmscan/scan/scan_mode.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -88,12 +87,8 @@ struct Fixture {
 
   // The code of the failure, 0 for a batch that ends well.
   std::uint32_t Scan() {
-    try {
-      end = ScanPages(Module(), batch, manners, store, saved);
-    } catch (const pmscan::Failure& failure) {
-      return failure.code;
-    }
-    return 0;
+    return pmscan::tests::CodeOf(
+        [this] { end = ScanPages(Module(), batch, manners, store, saved); });
   }
 
   FakeFeeder feeder;

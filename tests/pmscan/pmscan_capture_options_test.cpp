@@ -1,8 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -11,12 +10,7 @@ using pmscan::Options;
 using pmscan::ParseCommandLine;
 
 std::uint32_t CodeOf(const std::vector<std::string>& arguments) {
-  try {
-    ParseCommandLine(arguments);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
+  return pmscan::tests::CodeOf([&] { ParseCommandLine(arguments); });
 }
 
 TEST_CASE("pmscan: nothing is captured unless asked for") {

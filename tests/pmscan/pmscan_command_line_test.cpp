@@ -1,8 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -12,12 +11,7 @@ using pmscan::ParseCommandLine;
 using Arguments = std::vector<std::string>;
 
 std::uint32_t RefusalOf(const Arguments& arguments) {
-  try {
-    ParseCommandLine(arguments);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
+  return pmscan::tests::CodeOf([&] { ParseCommandLine(arguments); });
 }
 
 TEST_CASE("pmscan: a scan needs nothing but a file and has its defaults") {

@@ -6,12 +6,10 @@
 
 #include "pmscan/captures/convert_command.h"
 #include "pmscan/captures/decode_command.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
-using pmscan::Failure;
 using pmscan::Options;
 
 // A folder of its own, removed at the end.
@@ -40,12 +38,7 @@ constexpr const char* kReset =
 
 std::uint32_t CodeOf(void (*command)(const Options&, std::ostream&), const Options& options) {
   std::ostringstream out;
-  try {
-    command(options, out);
-  } catch (const Failure& failure) {
-    return failure.code;
-  }
-  return 0;
+  return pmscan::tests::CodeOf([&] { command(options, out); });
 }
 
 TEST_CASE("decode tells a capture's file, and in which line the trouble is") {

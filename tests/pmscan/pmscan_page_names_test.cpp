@@ -4,9 +4,8 @@
 #include <fstream>
 #include <string>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/page_names.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -27,15 +26,6 @@ struct Folder {
   const std::filesystem::path path = std::filesystem::temp_directory_path() / "pmscan_page_names";
 };
 
-std::uint32_t RefusalOf(const char* pattern) {
-  try {
-    PageNames::Numbered(pattern);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
-}
-
 TEST_CASE("pmscan: the page's number takes its place in the name, with leading zeros if asked") {
   CHECK(PageNames::Numbered("page%03d.png").Of(7) == "page007.png");
   CHECK(PageNames::Numbered("page%03d.png").Of(1234) == "page1234.png");
@@ -47,7 +37,7 @@ TEST_CASE("pmscan: a pattern for file names has exactly one number, and in the f
   for (const char* pattern : {"page.png", "%d%d.png", "%s.png", "%3d.png", "%0d.png", "%00d.png",
                               "%", "a%", "%010d.png", "%%.png", "%d/page.png", "%d\\page.png"}) {
     CAPTURE(pattern);
-    CHECK(RefusalOf(pattern) == pmscan::kUsage);
+    CHECK(pmscan::tests::CodeOf([&] { PageNames::Numbered(pattern); }) == pmscan::kUsage);
   }
 }
 

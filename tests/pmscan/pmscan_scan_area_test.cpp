@@ -2,9 +2,8 @@
 
 #include <string>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_area.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -15,14 +14,8 @@ using pmscan::PlaceArea;
 
 constexpr BedSize kBed{850, 1169};
 
-// The failure's number and text, or "placed".
 std::string Outcome(const char* area, const BedSize& bed) {
-  try {
-    PlaceArea(ParseArea(area), bed, 300);
-  } catch (const pmscan::Failure& failure) {
-    return std::to_string(failure.code) + " " + failure.what();
-  }
-  return "placed";
+  return pmscan::tests::RefusalOf([&] { PlaceArea(ParseArea(area), bed, 300); });
 }
 
 TEST_CASE("pmscan: an area is four lengths, each with a unit of its own") {
@@ -62,7 +55,7 @@ TEST_CASE("pmscan: an area beyond the bed is refused with the bed's size") {
 }
 
 TEST_CASE("pmscan: an area that ends at the bed's edge is not beyond it") {
-  CHECK(Outcome("7.5in,10.69in,1in,1in", kBed) == "placed");
+  CHECK(Outcome("7.5in,10.69in,1in,1in", kBed) == "accepted");
 }
 
 TEST_CASE("pmscan: an empty area is refused") {

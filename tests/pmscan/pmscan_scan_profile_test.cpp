@@ -6,9 +6,8 @@
 #include <string>
 
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -33,14 +32,8 @@ struct Profiles {
   Options Parse(const Arguments& arguments) const {
     return pmscan::ParseCommandLine(arguments, folder);
   }
-  // What is said when the arguments are refused, behind the code.
   std::string RefusalOf(const Arguments& arguments) const {
-    try {
-      Parse(arguments);
-    } catch (const pmscan::Failure& failure) {
-      return std::to_string(failure.code) + " " + failure.what();
-    }
-    return "accepted";
+    return pmscan::tests::RefusalOf([&] { Parse(arguments); });
   }
 
   const std::filesystem::path folder =
