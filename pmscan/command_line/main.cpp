@@ -163,7 +163,11 @@ bool RunFileCommand(const Options& options) {
 int Run() {
   const Options options = ParseCommandLine(CommandLineArguments(), ProfileFolder());
   if (options.command == Command::kHelp) {
-    std::cout << HelpText();
+    std::cout << HelpText(options.helpOf);
+    return 0;
+  }
+  if (options.command == Command::kVersion) {
+    std::cout << "pmscan " PMSCAN_VERSION "\n";
     return 0;
   }
   if (RunFileCommand(options)) return 0;

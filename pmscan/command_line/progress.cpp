@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <ostream>
 
+#include "pmscan/command_line/named_rows.h"
+
 namespace pmscan {
 namespace {
 
@@ -54,10 +56,12 @@ std::string TimeLeft(double secondsLeft) {
 }  // namespace
 
 std::optional<ProgressStyle> FindProgressStyle(std::string_view name) {
-  for (const StyleRow& row : kStyles) {
-    if (row.name == name) return row.style;
-  }
-  return std::nullopt;
+  const StyleRow* const row = FindByName(kStyles, name);
+  return row == nullptr ? std::nullopt : std::optional(row->style);
+}
+
+std::string ProgressStyleNames() {
+  return NamesOf(kStyles);
 }
 
 ProgressMeter::ProgressMeter(std::ostream& output, ProgressStyle progressStyle,

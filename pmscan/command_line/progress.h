@@ -19,6 +19,7 @@ enum class ProgressStyle {
 
 // "bar", "json" or "none" as on the command line; nothing for another text.
 std::optional<ProgressStyle> FindProgressStyle(std::string_view name);
+std::string ProgressStyleNames();  // "bar, json, none"
 
 // Prints how far the scan of each page is: lines, rate and time left.
 class ProgressMeter {

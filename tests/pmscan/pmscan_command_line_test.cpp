@@ -80,6 +80,26 @@ TEST_CASE("pmscan: help is given wherever it is asked for") {
   CHECK(ParseCommandLine({"--help"}).command == Command::kHelp);
   CHECK(ParseCommandLine({"scan", "--help"}).command == Command::kHelp);
   CHECK(ParseCommandLine({"info", "-h"}).command == Command::kHelp);
+  CHECK(ParseCommandLine({"--help"}).helpOf == Command::kHelp);
+  CHECK(ParseCommandLine({"scan", "--help"}).helpOf == Command::kScan);
+  CHECK(ParseCommandLine({"--version"}).command == Command::kVersion);
+}
+
+TEST_CASE("pmscan: a misspelt word is answered with the one that was meant") {
+  const auto refusal = [](const Arguments& arguments) {
+    return pmscan::tests::RefusalOf([&] { ParseCommandLine(arguments); });
+  };
+  CHECK(refusal({"scna", "-o", "a.png"}) == "64 There is no \"scna\"; did you mean \"scan\"?");
+  CHECK(refusal({"scan", "-o", "a.png", "--mdoe=grey"}) ==
+        "64 There is no \"--mdoe\"; did you mean \"--mode\"?");
+  CHECK(refusal({"scan", "-o", "a.png", "--mode", "gery"}) ==
+        "64 There is no mode \"gery\"; did you mean \"grey\"? --mode can be: lineart, grey, "
+        "colour, colour12, palette, deep-grey, deep-colour.");
+}
+
+TEST_CASE("pmscan: a file's name may begin with a slash") {
+  CHECK(ParseCommandLine({"scan", "-o", "/tmp/a.png"}).names.Of(1) == "/tmp/a.png");
+  CHECK(ParseCommandLine({"decode", "/tmp/x.capture"}).readCapture == "/tmp/x.capture");
 }
 
 TEST_CASE("pmscan: a command line that is not understood is a usage error") {
