@@ -153,8 +153,8 @@ inline constexpr std::array kAll{
     OptionRow{kReplay, kGiven, "--tolerant", "", &At<&W::isTolerant>,
               "go on behind a difference, and count them"},
     OptionRow{kReplay, kGiven, "-o,--output", "FILE", &At<&W::replayedPicture>,
-              "write the first picture of the capture; recorded with\n"
-              "--capture-data it is the same again"},
+              "write the first picture of the capture, which was recorded with\n"
+              "--capture-data, in full lines"},
     OptionRow{kConvert, kGiven, "-o,--output", "FILE", &At<&W::convertedFile>,
               "the pcapng file; the Wireshark dissector is in docs/wireshark"},
 };

@@ -62,7 +62,7 @@ pmscan::ModuleExports Module() {
 
 // Writes down what happens to it.
 struct Store : pmscan::PageStore, pmscan::RowSink {
-  pmscan::RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup&) override {
+  pmscan::RowSink& Begin(std::uint32_t page, std::uint32_t, std::uint32_t) override {
     story += " begin " + std::to_string(page);
     return *this;
   }
@@ -92,7 +92,8 @@ struct Fixture {
   }
 
   FakeFeeder feeder;
-  pmscan::Batch batch{*pmscan::FindScanSource("feeder"), pmscan::kBlueFirst, std::nullopt, 0};
+  pmscan::Batch batch{
+      *pmscan::FindScanSource("feeder"), {8, 0, 8, false}, pmscan::kBlueFirst, std::nullopt, 0};
   pmscan::BatchManners manners;
   Store store;
   std::vector<pmscan::SavedPage> saved;

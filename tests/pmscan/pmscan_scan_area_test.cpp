@@ -67,26 +67,4 @@ TEST_CASE("pmscan: an area that begins where the bed ends is refused") {
   CHECK(Outcome("2550px,0px,1px,1px", kBed).starts_with("65 The area reaches beyond"));
 }
 
-std::uint32_t TrimmedWidth(std::uint32_t left, std::uint32_t width, bool isMirrored) {
-  return pmscan::TrimToGroups({left, 0, width, 1}, kBed, 100, isMirrored).width;
-}
-
-TEST_CASE("pmscan: an inverted area ends with the last group of eight pixels that is on the bed") {
-  CHECK(TrimmedWidth(0, 850, false) == 848);
-  CHECK(TrimmedWidth(549, 301, false) == 296);
-  CHECK(TrimmedWidth(546, 301, false) == 301);  // the last group just fits
-  CHECK(TrimmedWidth(2, 848, false) == 848);
-}
-
-TEST_CASE("pmscan: an inverted, mirrored area has its incomplete group at the left") {
-  CHECK(TrimmedWidth(0, 850, true) == 848);
-  CHECK(TrimmedWidth(549, 301, true) == 301);
-  CHECK(TrimmedWidth(2, 301, true) == 296);
-  CHECK(TrimmedWidth(3, 301, true) == 301);
-}
-
-TEST_CASE("pmscan: an inverted area of less than a group stays") {
-  CHECK(TrimmedWidth(845, 5, false) == 5);
-}
-
 }  // namespace
