@@ -59,6 +59,20 @@ bool IsErrorOutputTerminal() {
   return _isatty(_fileno(stderr)) != 0;
 }
 
+std::size_t ErrorOutputColumns() {
+  constexpr std::size_t kUsual = 80;
+  CONSOLE_SCREEN_BUFFER_INFO screen{};
+  if (GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &screen) == 0) return kUsual;
+  const int columns = screen.srWindow.Right - screen.srWindow.Left + 1;
+  return columns > 0 ? static_cast<std::size_t>(columns) : kUsual;
+}
+
+// Each output operation of std::cerr flushes the buffer at its end.
+void JoinErrorOutput() {
+  constexpr std::size_t kBytes = 4096;
+  std::setvbuf(stderr, nullptr, _IOFBF, kBytes);
+}
+
 void CatchInterrupt() {
   SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
 }

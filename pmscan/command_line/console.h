@@ -19,6 +19,12 @@ std::filesystem::path ProfileFolder();
 // False when standard error goes into a file or a pipe.
 bool IsErrorOutputTerminal();
 
+// Columns of the terminal that standard error goes to; 80 where that is not known.
+std::size_t ErrorOutputColumns();
+
+// From here on a text that goes to standard error goes there in one piece, not letter by letter.
+void JoinErrorOutput();
+
 // From here on Ctrl+C no longer ends the program but makes IsInterrupted true.
 void CatchInterrupt();
 bool IsInterrupted();

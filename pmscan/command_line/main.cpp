@@ -180,6 +180,7 @@ int Run() {
 }  // namespace pmscan
 
 int main() {
+  pmscan::JoinErrorOutput();
   try {
     return pmscan::Run();
   } catch (const pmscan::Failure& failure) {

@@ -91,7 +91,7 @@ class ScanRun {
 
 void ScanRun::Run(const ScanPlan& plan) {
   const Clock::time_point start = Clock::now();
-  ProgressMeter progress(std::cerr, StyleFor(options_));
+  ProgressMeter progress(std::cerr, StyleFor(options_), ErrorOutputColumns());
   PictureStore store(options_.names, PictureFileFor(options_, plan));
   const Batch batch{options_.source, plan.window, plan.asked.mode.outputFormat, options_.pages,
                     options_.paperSeconds};
