@@ -50,6 +50,13 @@ std::wstring ToWide(const std::string& utf8) {
   return wide;
 }
 
+std::filesystem::path ProgramFolder() {
+  constexpr DWORD kLongestPath = 32768;
+  std::wstring program(kLongestPath, L'\0');
+  program.resize(GetModuleFileNameW(nullptr, program.data(), kLongestPath));
+  return std::filesystem::path(program).parent_path();
+}
+
 std::filesystem::path ProfileFolder() {
   const wchar_t* const folder = _wgetenv(L"APPDATA");
   return std::filesystem::path(folder == nullptr ? L"" : folder) / "pmscan";

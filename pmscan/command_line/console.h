@@ -16,6 +16,9 @@ std::string ToUtf8(const wchar_t* wide);
 // Where the user's profiles are kept; relative when the system tells no folder for it.
 std::filesystem::path ProfileFolder();
 
+// The folder that this program lies in.
+std::filesystem::path ProgramFolder();
+
 // False when standard error goes into a file or a pipe.
 bool IsErrorOutputTerminal();
 

@@ -124,6 +124,10 @@ ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettin
   const ScanPlan plan = PlanScan(options, settings);
   session.Select(options.source);
   DescribeScan(plan.asked, settings);
+  if (options.area && plan.missing > 0) {
+    std::cerr << "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
+                     std::to_string(plan.missing) + " pixels before the right edge.\n";
+  }
   return plan;
 }
 

@@ -83,8 +83,10 @@ ScanPlan PlanScan(const Options& options, const pmddb832::ScannerSettings& setti
   plan.asked.isMirrored = options.isMirrored && CanMirror(settings);
   if (ComesInGroups(plan, settings)) {
     PixelArea& area = plan.picture.area;
+    const std::uint32_t wanted = area.width;
     plan.asked.area = WholeGroups(area, BedPixels(bed.width, dotsPerInch),
                                   StartsAtLeftEdge(area, bed, dotsPerInch, settings));
+    plan.missing = wanted - area.width;
   }
   plan.window = WindowOf(plan);
   RequireTransferable(plan.asked, settings);

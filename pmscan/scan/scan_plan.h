@@ -20,6 +20,7 @@ struct ScanPlan {
   ScanRequest picture;
   ScanRequest asked;
   LineWindow window;
+  std::uint32_t missing = 0;    // pixels of a last group, which cannot be had
   std::uint8_t sampleBits = 0;  // of the samples in deep pictures, which are the highest of 16
 };
 

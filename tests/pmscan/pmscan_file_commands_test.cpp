@@ -7,29 +7,22 @@
 #include "pmscan/captures/convert_command.h"
 #include "pmscan/captures/decode_command.h"
 #include "tests/pmscan/refusal.h"
+#include "tests/pmscan/test_folder.h"
 
 namespace {
 
 using pmscan::Options;
 
-// A folder of its own, removed at the end.
-struct CaptureFolder {
-  CaptureFolder() { std::filesystem::create_directories(path); }
-  ~CaptureFolder() { std::filesystem::remove_all(path); }
-  CaptureFolder(const CaptureFolder&) = delete;
-  CaptureFolder& operator=(const CaptureFolder&) = delete;
-
-  std::string Name(const std::string& file) const { return (path / file).string(); }
+struct CaptureFolder : pmscan::tests::TestFolder {
+  CaptureFolder() : TestFolder("pmscan_file_commands") {}
 
   Options Write(const std::string& text) const {
-    std::ofstream(path / "some.capture", std::ios::binary) << text;
+    TestFolder::Write("some.capture", text);
     Options options;
     options.readCapture = Name("some.capture");
     options.convertedFile = Name("some.pcapng");
     return options;
   }
-
-  const std::filesystem::path path = "pmscan_file_commands_test";  // in the build folder
 };
 
 constexpr const char* kReset =

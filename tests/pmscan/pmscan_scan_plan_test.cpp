@@ -59,6 +59,7 @@ TEST_CASE_FIXTURE(Desk, "pmscan: a picture as wide as the bed ends with its last
   CHECK(plan.asked.area.width == 632);
   CHECK(plan.picture.area.width == 632);
   CHECK(plan.window.width == 632);
+  CHECK(plan.missing == 5);
 }
 
 TEST_CASE_FIXTURE(Desk, "pmscan: a mirrored line begins with what lies behind the picture") {
