@@ -26,23 +26,14 @@ inline constexpr std::array kColorModes{ValueName{0x00, "grey"},
                                         ValueName{0x30, "channel 3"}};
 
 // Of the codes that PMGetScanError answers. After a call that succeeded there is none.
-inline constexpr std::array kErrorCodes{
-    ValueName{kNoError, "no error"},
-    ValueName{kIdentificationFailed, "identification failed, or empty line", true},
-    ValueName{kUnreadable, "no device, or status or identity unreadable", true},
-    ValueName{kNoTransport, "no connection", true},
-    ValueName{kTransferFailed, "transfer failed", true},
-    ValueName{kUnsupportedLevel, "unsupported command level", true},
-    ValueName{kOptionEmpty, "feeder empty", true},
-    ValueName{kOptionOpen, "feeder not ready, cover open", true},
-    ValueName{kOptionJammed, "paper jam, or fault of the transparency unit", true},
-    ValueName{kTooLarge, "area, line or buffer too large", true},
-    ValueName{kScannerError, "scanner error", true},
-    ValueName{kNotReady, "scanner not ready", true},
-    ValueName{kOriginBeyondLimits, "area begins beyond the limits", true},
-    ValueName{kAreaBeyondLimits, "area beyond the limits", true},
-    ValueName{kWarmingUp, "warming up", true},
-};
+inline constexpr auto kErrorCodes = [] {
+  std::array<ValueName, kErrorWords.size()> names{};
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const ErrorWords& row = kErrorWords[i];
+    names[i] = {row.code, row.name, row.code != kNoError};
+  }
+  return names;
+}();
 
 inline constexpr std::array kDocumentSources{ValueName{kFeeder, "document feeder"},
                                              ValueName{kTransparencyUnit, "transparency unit"},

@@ -1,114 +1,79 @@
 #include "pmscan/command_line/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <type_traits>
+#include <utility>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
 
 constexpr std::string_view kSimulatorPrefix = "sim:";
-constexpr std::uint32_t kMostDotsPerInch = 65535;
-constexpr std::uint32_t kMostSeconds = 3600;
-constexpr std::uint32_t kMostPages = 9999;
-
-// The texts that become something else once all is read.
-struct ScanTexts {
-  std::string mode = "colour";
-  std::string source = "flatbed";
-  std::string area;
-  std::string output;
-  std::string batch;
-  std::string progress;
-  std::string profile;
-};
 
 // The parser and what it fills.
 struct Program {
-  Options options;
-  ScanTexts texts;
+  CommandWords words;
   CLI::App app;
-  CLI::App* scan = nullptr;
-  CLI::App* info = nullptr;
-  CLI::App* devices = nullptr;
-  CLI::App* replay = nullptr;
-  CLI::App* decode = nullptr;
-  CLI::App* convert = nullptr;
 };
 
-void DeclareCapture(CLI::App& command, Options& options) {
-  CLI::Option* const capture = command.add_option("--capture", options.capture.file);
-  command.add_flag("--capture-data", options.capture.keepsImageData)->needs(capture);
-  command.add_flag("--overwrite", options.mayOverwrite);
+// The name with which the library takes the option: braces hold what it alone stands for.
+std::string ParserNames(const OptionRow& row) {
+  std::string names(row.names);
+  return row.alone.empty() ? names : names + "{" + std::string(row.alone) + "}";
 }
 
-void DeclareReplay(CLI::App& command, Options& options) {
-  command.add_option("file", options.readCapture)->required();
-  command.add_option("--dll", options.modulePath);
-  command.add_option("-o,--output", options.replayedPicture);
-  command.add_flag("--overwrite", options.mayOverwrite);
-  command.add_flag("--tolerant", options.isTolerant);
+CLI::Option* Declare(CLI::App& command, const OptionRow& row, bool& isOn) {
+  return command.add_flag(ParserNames(row), isOn);
 }
 
-void DeclareDecode(CLI::App& command, Options& options) {
-  command.add_option("file", options.readCapture)->required();
+template <typename Value>
+CLI::Option* Declare(CLI::App& command, const OptionRow& row, Value& value) {
+  if constexpr (std::is_integral_v<Value>) {
+    if (!row.alone.empty()) return command.add_flag(ParserNames(row), value);
+  }
+  return command.add_option(ParserNames(row), value);
 }
 
-void DeclareConvert(CLI::App& command, Options& options) {
-  DeclareDecode(command, options);
-  command.add_option("-o,--output", options.convertedFile)->required();
-  command.add_flag("--overwrite", options.mayOverwrite);
+void DeclareOptions(CLI::App& command, Command which, CommandWords& words) {
+  for (const OptionRow& row : kOptions) {
+    if ((row.commands & Bit(which)) == 0) continue;
+    CLI::Option* const option =
+        std::visit([&](auto* value) { return Declare(command, row, *value); }, row.place(words));
+    if (row.most > 0) option->check(CLI::Range(row.least, row.most));
+  }
 }
 
-void DeclareInfo(CLI::App& command, Options& options) {
-  DeclareCapture(command, options);
-  command.add_option("--device", options.device);
-  command.add_option("--faults", options.faults);
-  command.add_option("--dll", options.modulePath);
-  command.add_flag("--json", options.isJson);
-}
-
-void DeclarePages(CLI::App& command, Options& options, ScanTexts& texts) {
-  command.add_option("-o,--output", texts.output);
-  command.add_option("--batch", texts.batch)->excludes("--output");
-  command.add_option("--pages", options.pages)->check(CLI::Range(1u, kMostPages));
-  // The text in braces is what the option alone stands for.
-  command.add_flag("--wait-for-paper{60}", options.paperSeconds);
-  command.add_flag("--dry-run", options.isDryRun);
-}
-
-void DeclareScan(CLI::App& command, Options& options, ScanTexts& texts) {
-  DeclareInfo(command, options);
-  DeclarePages(command, options, texts);
-  command.add_option("--mode", texts.mode);
-  command.add_option("--resolution", options.dotsPerInch)->check(CLI::Range(1u, kMostDotsPerInch));
-  command.add_option("--area", texts.area);
-  command.add_option("--source", texts.source);
-  command.add_option("--original", options.original);
-  command.add_option("--warm-up", options.warmUpSeconds)->check(CLI::Range(0u, kMostSeconds));
-  command.add_flag("--mirror", options.isMirrored);
-  command.add_flag("--invert", options.isInverted);
-  command.add_option("--progress", texts.progress);
-  command.add_option("--profile", texts.profile);
-  command.add_option("--save-profile", options.savedProfile);
+// Which options need or exclude each other, and what must not be missing.
+void DeclareBonds(CLI::App& app) {
+  for (const char* const name : {"scan", "info"}) {
+    CLI::App& command = *app.get_subcommand(name);
+    command.get_option("--capture-data")->needs(command.get_option("--capture"));
+  }
+  app.get_subcommand("scan")->get_option("--batch")->excludes("--output");
+  app.get_subcommand("convert")->get_option("--output")->required();
+  app.require_subcommand(1);
 }
 
 void Declare(Program& program) {
-  program.scan = program.app.add_subcommand("scan");
-  program.info = program.app.add_subcommand("info");
-  program.devices = program.app.add_subcommand("devices");
-  program.replay = program.app.add_subcommand("replay");
-  program.decode = program.app.add_subcommand("decode");
-  program.convert = program.app.add_subcommand("convert");
-  program.app.require_subcommand(1);
-  DeclareScan(*program.scan, program.options, program.texts);
-  DeclareInfo(*program.info, program.options);
-  DeclareReplay(*program.replay, program.options);
-  DeclareDecode(*program.decode, program.options);
-  DeclareConvert(*program.convert, program.options);
-  program.devices->add_flag("--json", program.options.isJson);
+  // A file's name may begin with a slash.
+  program.app.allow_windows_style_options(false);
+  program.app.set_version_flag("--version", std::string());
+  Command last = Command::kHelp;
+  for (const CommandRow& row : kCommands) {
+    if (std::exchange(last, row.command) == row.command) continue;
+    CLI::App& command = *program.app.add_subcommand(std::string(row.name));
+    if (row.usage.starts_with("FILE")) {
+      command.add_option("file", program.words.readCapture)->required();
+    }
+    DeclareOptions(command, row.command, program.words);
+  }
+  DeclareBonds(program.app);
 }
 
 void Parse(Program& program, const std::vector<std::string>& arguments) {
@@ -117,12 +82,12 @@ void Parse(Program& program, const std::vector<std::string>& arguments) {
   program.app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
 }
 
-Command CommandOf(const Program& program) {
-  if (program.scan->parsed()) return Command::kScan;
-  if (program.replay->parsed()) return Command::kReplay;
-  if (program.decode->parsed()) return Command::kDecode;
-  if (program.convert->parsed()) return Command::kConvert;
-  return program.info->parsed() ? Command::kInfo : Command::kDevices;
+// kHelp when there is none.
+Command CommandOf(const CLI::App& app) {
+  for (const CommandRow& row : kCommands) {
+    if (app.got_subcommand(std::string(row.name))) return row.command;
+  }
+  return Command::kHelp;
 }
 
 // The options of the scan that were given and that profiles keep.
@@ -138,52 +103,63 @@ std::vector<KeptOption> GivenOptions(const CLI::App& scan) {
 // The arguments with those of the profile that they do not overrule.
 std::vector<std::string> WithProfile(const Program& program, std::vector<std::string> arguments,
                                      const std::filesystem::path& folder) {
-  for (const KeptOption& kept : LoadProfile(folder, program.texts.profile)) {
-    const bool isGiven = program.scan->get_option("--" + kept.name)->count() > 0;
+  for (const KeptOption& kept : LoadProfile(folder, program.words.profile)) {
+    const bool isGiven = program.app.get_subcommand("scan")->count("--" + kept.name) > 0;
     if (!isGiven) arguments.push_back("--" + kept.name + "=" + kept.value);
   }
   return arguments;
 }
 
-void ReadProgress(const std::string& text, Options& options) {
-  if (text.empty()) return;
-  options.progress = FindProgressStyle(text);
-  if (options.progress) return;
-  throw Failure(kUsage,
-                "There is no progress \"" + text + "\"; --progress can be: bar, json, none.");
+std::string DidYouMean(std::string_view name) {
+  return name.empty() ? "" : "did you mean \"" + std::string(name) + "\"?";
 }
 
-void ReadModeAndSource(const ScanTexts& texts, Options& options) {
-  const ScanMode* const mode = FindScanMode(texts.mode);
-  if (mode == nullptr) {
-    throw Failure(
-        kUsage, "There is no mode \"" + texts.mode + "\"; --mode can be: " + ScanModeNames() + ".");
+// The one of "lineart, grey" that was probably meant, as a question with a blank behind it.
+std::string MeantBy(const std::string& name, std::string_view choices) {
+  std::vector<std::string_view> words;
+  for (std::size_t end = 0; end != std::string_view::npos; choices.remove_prefix(end + 2)) {
+    end = choices.find(", ");
+    words.push_back(choices.substr(0, end));
+    if (end == std::string_view::npos) break;
   }
-  const ScanSource* const source = FindScanSource(texts.source);
-  if (source == nullptr) {
-    throw Failure(kUsage, "There is no source \"" + texts.source +
-                              "\"; --source can be: flatbed, feeder, transparency.");
-  }
-  options.mode = *mode;
-  options.source = *source;
+  const std::string question = DidYouMean(simulator::NearestName(name, words));
+  return question.empty() ? question : question + " ";
 }
 
-void ReadOutput(const CLI::App& scan, const ScanTexts& texts, Options& options) {
-  const bool isBatch = !texts.batch.empty();
-  const std::string& name = isBatch ? texts.batch : texts.output;
+// What `Find` finds under the name. Throws Failure(kUsage) that lists the words of the option when
+// that is nothing.
+template <typename Found>
+Found Require(Found found, const char* option, const std::string& name) {
+  if (found) return found;
+  const auto* const row =
+      std::find_if(kOptions.begin(), kOptions.end(),
+                   [&](const OptionRow& each) { return LongName(each).substr(2) == option; });
+  const std::string meant = MeantBy(name, row->choices());
+  throw Failure(kUsage, std::string("There is no ") + option + " \"" + name + "\"; " + meant +
+                            "--" + option + " can be: " + row->choices() + ".");
+}
+
+void ReadOutput(const CommandWords& words, Options& options) {
+  const bool isBatch = !words.batch.empty();
+  const std::string& name = isBatch ? words.batch : words.output;
   options.hasOutput = !name.empty();
+  if (words.pageCount > 0) options.pages = words.pageCount;
   if (!options.hasOutput) return;
   options.format = FormatByFileName(name);
   options.names =
       isBatch && PageNames::IsPattern(name) ? PageNames::Numbered(name) : PageNames::Single(name);
-  if (isBatch && scan.count("--pages") == 0) options.pages.reset();
+  if (isBatch && words.pageCount == 0) options.pages.reset();
 }
 
-void ReadScanTexts(const CLI::App& scan, const ScanTexts& texts, Options& options) {
-  ReadModeAndSource(texts, options);
-  ReadProgress(texts.progress, options);
-  ReadOutput(scan, texts, options);
-  if (!texts.area.empty()) options.area = ParseArea(texts.area);
+void ReadWords(const CommandWords& words, Options& options) {
+  options.mode = *Require(FindScanMode(words.modeName), "mode", words.modeName);
+  options.source = *Require(FindScanSource(words.sourceName), "source", words.sourceName);
+  if (!words.progressName.empty()) {
+    options.progress =
+        Require(FindProgressStyle(words.progressName), "progress", words.progressName);
+  }
+  ReadOutput(words, options);
+  if (!words.areaText.empty()) options.area = ParseArea(words.areaText);
 }
 
 void RequireOutput(const Options& options) {
@@ -220,46 +196,72 @@ void RequireConsistent(const Options& options) {
   RequireHolds(options.format, options.mode);
   RequirePagesFit(options);
   RequireEnd(options);
-  if (options.paperSeconds > kMostSeconds) {
-    throw Failure(kUsage, "--wait-for-paper can wait up to " + std::to_string(kMostSeconds) +
-                              " seconds, not " + std::to_string(options.paperSeconds) + ".");
-  }
   if (options.isInverted && options.mode.layout != PixelLayout::kBlackWhite) {
     throw Failure(kUnsupported, "--invert is for line art: add --mode lineart, or leave it out.");
   }
 }
 
-void FinishScan(Program& program, const std::filesystem::path& profileFolder) {
-  Options& options = program.options;
-  ReadScanTexts(*program.scan, program.texts, options);
+Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
+  Options& options = program.words;
+  ReadWords(program.words, options);
   RequireConsistent(options);
-  if (options.savedProfile.empty()) return;
-  SaveProfile(profileFolder, options.savedProfile, GivenOptions(*program.scan),
-              options.mayOverwrite);
+  if (!options.savedProfile.empty()) {
+    SaveProfile(profileFolder, options.savedProfile,
+                GivenOptions(*program.app.get_subcommand("scan")), options.mayOverwrite);
+  }
+  return options;
+}
+
+// The options of a command line without help in it.
+Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
+                  const std::filesystem::path& profileFolder) {
+  CommandWords& words = program.words;
+  Parse(program, arguments);
+  words.command = CommandOf(program.app);
+  words.capture = {words.captureFile, words.keepsImageData};
+  if (words.command != Command::kScan) return words;
+  if (words.profile.empty()) return FinishScan(program, profileFolder);
+  Program merged;
+  Parse(merged, WithProfile(program, arguments, profileFolder));
+  merged.words.command = words.command;
+  merged.words.capture = words.capture;
+  return FinishScan(merged, profileFolder);
+}
+
+// What was probably meant by a word that nobody knows; empty when there is no such word.
+std::string Suggestion(const CLI::App& app) {
+  const std::vector<std::string> unknown = app.remaining(true);
+  if (unknown.empty()) return {};
+  const Command command = CommandOf(app);
+  std::vector<std::string_view> names;
+  if (command == Command::kHelp) {
+    for (const CommandRow& row : kCommands) names.push_back(row.name);
+  }
+  for (const OptionRow& row : kOptions) {
+    if ((row.commands & Bit(command)) != 0) names.push_back(LongName(row));
+  }
+  const std::string word = unknown.front().substr(0, unknown.front().find('='));
+  const std::string question = DidYouMean(simulator::NearestName(word, names));
+  return question.empty() ? question : "There is no \"" + word + "\"; " + question;
 }
 
 }  // namespace
 
 Options ParseCommandLine(const std::vector<std::string>& arguments,
                          const std::filesystem::path& profileFolder) {
+  Program program;
+  Options asksForText;
   try {
-    Program program;
-    Parse(program, arguments);
-    program.options.command = CommandOf(program);
-    if (program.options.command != Command::kScan) return program.options;
-    if (program.texts.profile.empty()) {
-      FinishScan(program, profileFolder);
-      return program.options;
-    }
-    Program merged;
-    Parse(merged, WithProfile(program, arguments, profileFolder));
-    merged.options.command = Command::kScan;
-    FinishScan(merged, profileFolder);
-    return merged.options;
+    return OptionsOf(program, arguments, profileFolder);
   } catch (const CLI::CallForHelp&) {
-    return Options{};
+    asksForText.helpOf = CommandOf(program.app);
+    return asksForText;
+  } catch (const CLI::CallForVersion&) {
+    asksForText.command = Command::kVersion;
+    return asksForText;
   } catch (const CLI::ParseError& error) {
-    throw Failure(kUsage, error.what());
+    const std::string suggestion = Suggestion(program.app);
+    throw Failure(kUsage, suggestion.empty() ? error.what() : suggestion);
   }
 }
 

@@ -16,11 +16,12 @@
 
 namespace pmscan {
 
-enum class Command { kHelp, kInfo, kConvert, kDecode, kDevices, kReplay, kScan };
+enum class Command { kHelp, kVersion, kInfo, kConvert, kDecode, kDevices, kReplay, kScan };
 
 // What the user asks for. Texts are UTF-8.
 struct Options {
   Command command = Command::kHelp;
+  Command helpOf = Command::kHelp;  // the subcommand that help was asked for; kHelp: of all
   std::string device = "sim:extended";
   std::string faults;      // a script of faults; empty: none
   std::string modulePath;  // empty: Pmddb832.dll beside the program

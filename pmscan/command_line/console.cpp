@@ -50,6 +50,13 @@ std::wstring ToWide(const std::string& utf8) {
   return wide;
 }
 
+std::filesystem::path ProgramFolder() {
+  constexpr DWORD kLongestPath = 32768;
+  std::wstring program(kLongestPath, L'\0');
+  program.resize(GetModuleFileNameW(nullptr, program.data(), kLongestPath));
+  return std::filesystem::path(program).parent_path();
+}
+
 std::filesystem::path ProfileFolder() {
   const wchar_t* const folder = _wgetenv(L"APPDATA");
   return std::filesystem::path(folder == nullptr ? L"" : folder) / "pmscan";
@@ -57,6 +64,20 @@ std::filesystem::path ProfileFolder() {
 
 bool IsErrorOutputTerminal() {
   return _isatty(_fileno(stderr)) != 0;
+}
+
+std::size_t ErrorOutputColumns() {
+  constexpr std::size_t kUsual = 80;
+  CONSOLE_SCREEN_BUFFER_INFO screen{};
+  if (GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &screen) == 0) return kUsual;
+  const int columns = screen.srWindow.Right - screen.srWindow.Left + 1;
+  return columns > 0 ? static_cast<std::size_t>(columns) : kUsual;
+}
+
+// Each output operation of std::cerr flushes the buffer at its end.
+void JoinErrorOutput() {
+  constexpr std::size_t kBytes = 4096;
+  std::setvbuf(stderr, nullptr, _IOFBF, kBytes);
 }
 
 void CatchInterrupt() {

@@ -16,8 +16,17 @@ std::string ToUtf8(const wchar_t* wide);
 // Where the user's profiles are kept; relative when the system tells no folder for it.
 std::filesystem::path ProfileFolder();
 
+// The folder that this program lies in.
+std::filesystem::path ProgramFolder();
+
 // False when standard error goes into a file or a pipe.
 bool IsErrorOutputTerminal();
+
+// Columns of the terminal that standard error goes to; 80 where that is not known.
+std::size_t ErrorOutputColumns();
+
+// From here on a text that goes to standard error goes there in one piece, not letter by letter.
+void JoinErrorOutput();
 
 // From here on Ctrl+C no longer ends the program but makes IsInterrupted true.
 void CatchInterrupt();

@@ -1,24 +1,17 @@
 #include "pmscan/command_line/help_text.h"
 
+#include <algorithm>
+
+#include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
 
-constexpr std::string_view kPage = R"(pmscan - scan a page with a scanner of the Pmddb832 module
+constexpr std::size_t kUsageColumn = 34;
+constexpr std::size_t kOptionColumn = 19;
 
-Synopsis
-  pmscan scan -o FILE [options]     scan into a picture file
-  pmscan scan --batch NAME [options]
-                                    scan page by page until the feeder is empty
-  pmscan info [options]             tell what the scanner is and has
-  pmscan devices [--json]           list the scanners that --device can name
-  pmscan replay FILE [options]      play a capture against the module and compare
-  pmscan decode FILE                tell what was said in a capture
-  pmscan convert FILE -o FILE.pcapng
-                                    write a capture for Wireshark
-  pmscan --help                     print this page
-
+constexpr std::string_view kExamples = R"(
 Examples
   pmscan scan -o page.png
   pmscan scan -o page.tif --mode deep-colour --resolution 600
@@ -32,82 +25,102 @@ Examples
   pmscan replay jam.capture
   pmscan decode jam.capture
   pmscan convert jam.capture -o jam.pcapng
-
-Options of scan and info
-  --device NAME      the scanner: sim:extended or sim:standard, with :MODEL behind it
-                     for a certain model and +DEFECT for a faulty one; sim:FILE.json,
-                     a simulated scanner by profile; or sti:NAME, a still-image device
-                     of this system (default sim:extended)
-  --faults FILE      a script of faults that strike on the cable of a simulated scanner
-  --dll PATH         the module (default: Pmddb832.dll beside this program)
-  --json             print the report as JSON
-  --capture FILE     record all that host, module and scanner say to each other, as
-                     text; of the picture's data length and checksum only
-  --capture-data     record the picture's data too
-
-Options of scan
-  -o, --output FILE  the picture: .png, .tif, .tiff, .bmp, .jpg or .jpeg
-  --batch NAME       a file for each page, with its number for %d or %03d in NAME; or
-                     one .tif file for all of them
-  --pages N          how many pages at most (default: one with -o, with --batch all
-                     that the feeder holds)
-  --wait-for-paper[=SECONDS]
-                     how long to wait when the feeder is empty (60 without a number)
-  --overwrite        replace files of the same name; without it nothing is scanned
-  --mode MODE        lineart      1 bit: black and white
-                     grey         8 bits
-                     colour       24 bits (default)
-                     colour12     12 bits, written as 24
-                     palette      216 fixed colours; not with extended commands
-                     deep-grey    16 bits, in .png and .tif
-                     deep-colour  48 bits, in .png and .tif
-  --resolution DPI   dots per inch (default 300)
-  --area LEFT,TOP,WIDTH,HEIGHT
-                     the part to scan, each length with its unit: in, mm, cm, px
-                     (default: all that the source has)
-  --source SOURCE    flatbed (default), feeder or transparency
-  --mirror           swap left and right
-  --invert           swap black and white, in mode lineart
-  --original FILE    the picture that lies on a simulated scanner
-                     (default: a built-in test page)
-  --warm-up SECONDS  how long to wait for a scanner that warms up (default 60)
-  --progress STYLE   how far the scan is, on standard error: bar, json (an object a
-                     line) or none (default: bar on a terminal, else none)
-  --dry-run          scan nothing; print what a simulated scanner would be sent
-  --save-profile NAME
-                     keep the options of this scan, but for its files
-  --profile NAME     take the options that were kept; those given besides win
-
-Ctrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.
-
-Options of replay
-  --tolerant         go on behind a difference, and count them
-  -o, --output FILE  write the first picture of the capture; recorded with
-                     --capture-data it is the same again
-  --dll PATH, --overwrite
-                     as above
-
-Options of convert
-  -o, --output FILE  the pcapng file; the Wireshark dissector is in docs/wireshark
-  --overwrite        replace a file of that name
-
-Exit codes
-    0  done
 )";
 
-std::string RightAligned(int number) {
-  std::string text = std::to_string(number);
-  return text.insert(0, 5 - text.size(), ' ');
+// The row of a table: what is named, and its lines beside or below it.
+std::string Row(std::string name, std::string_view lines, std::size_t column) {
+  const std::string indent(column + 2, ' ');
+  name.insert(0, 2, ' ');
+  if (name.size() >= indent.size()) {
+    name.append("\n").append(indent);
+  } else {
+    name.resize(indent.size(), ' ');
+  }
+  for (const char letter : lines) {
+    name += letter;
+    if (letter == '\n') name += indent;
+  }
+  return name + "\n";
+}
+
+// The ways to call a subcommand; those of all for kHelp.
+std::string Usage(Command command) {
+  std::string text = "Synopsis\n";
+  for (const CommandRow& row : kCommands) {
+    if (command != Command::kHelp && command != row.command) continue;
+    text += Row("pmscan " + std::string(row.name) + " " + std::string(row.usage), row.description,
+                kUsageColumn);
+  }
+  return text;
+}
+
+// Those of the options that `belongs` chooses, under a headline.
+template <typename Choice>
+std::string OptionsText(const std::string& headline, Choice belongs) {
+  std::string text = "\n" + headline + "\n";
+  for (const OptionRow& row : kOptions) {
+    if (belongs(row)) text += Row(Synopsis(row), row.help, kOptionColumn);
+  }
+  return text;
+}
+
+bool IsFor(const OptionRow& row, Command command) {
+  return (row.commands & Bit(command)) != 0;
+}
+
+bool IsShared(const OptionRow& row) {
+  return IsFor(row, Command::kScan) && IsFor(row, Command::kInfo);
+}
+
+// Options that several subcommands take stand with scan and info only.
+std::string AllOptions() {
+  std::string text = OptionsText("Options of scan and info", &IsShared);
+  for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
+                                          std::pair("Options of replay", Command::kReplay),
+                                          std::pair("Options of convert", Command::kConvert)}) {
+    text += OptionsText(headline, [command = command](const OptionRow& row) {
+      return IsFor(row, command) && !IsShared(row);
+    });
+  }
+  return text;
+}
+
+std::string ExitCodes() {
+  std::string text = "\nExit codes\n    0  done\n";
+  for (const ErrorCode& row : kErrorCodes) {
+    const std::string number = std::to_string(row.ExitCode());
+    text.append(5 - number.size(), ' ').append(number).append("  ");
+    text.append(row.meaning).append("\n");
+  }
+  return text;
 }
 
 }  // namespace
 
-std::string HelpText() {
-  std::string page(kPage);
-  for (const ErrorCode& row : kErrorCodes) {
-    page.append(RightAligned(row.exitCode)).append("  ").append(row.meaning).append("\n");
+std::string Synopsis(const OptionRow& row) {
+  std::string text(row.names);
+  if (const std::size_t comma = text.find(','); comma != std::string::npos) {
+    text.insert(comma + 1, " ");
   }
-  return page;
+  const std::string value(row.value);
+  if (!row.alone.empty()) return text + "[=" + value + "]";
+  return IsSwitch(row) ? text : text + " " + value;
+}
+
+std::string HelpText(Command command) {
+  if (command != Command::kHelp) {
+    return Usage(command) +
+           OptionsText("Options", [=](const OptionRow& row) { return IsFor(row, command); }) +
+           "\npmscan --help tells of the other subcommands and of the exit codes.\n";
+  }
+  return "pmscan - scan a page with a scanner of the Pmddb832 module\n\n" + Usage(command) +
+         Row("pmscan SUBCOMMAND --help", "tell its options", kUsageColumn) +
+         Row("pmscan --help", "print this page", kUsageColumn) +
+         Row("pmscan --version", "print the version", kUsageColumn) + std::string(kExamples) +
+         AllOptions() +
+         "\nreplay also takes --dll and --overwrite, convert --overwrite, devices --json.\n"
+         "Ctrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.\n" +
+         ExitCodes();
 }
 
 }  // namespace pmscan

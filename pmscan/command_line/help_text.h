@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "pmscan/command_line/command_line.h"
+
 namespace pmscan {
 
-// The page that --help prints.
-std::string HelpText();
+// What --help prints: of one subcommand, or for kHelp of all.
+std::string HelpText(Command command = Command::kHelp);
 
 }  // namespace pmscan

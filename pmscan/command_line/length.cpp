@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/named_rows.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -47,10 +48,9 @@ Length ParseLength(std::string_view text) {
   if (error != std::errc() || !std::isfinite(amount) || amount < 0) RefuseLength(text);
   const auto digits = static_cast<std::size_t>(end - length.data());
   const std::string_view unit = WithoutBlanks(length.substr(digits));
-  for (const UnitRow& row : kUnits) {
-    if (row.name == unit) return {amount, row.unit};
-  }
-  RefuseLength(text);
+  const UnitRow* const row = FindByName(kUnits, unit);
+  if (row == nullptr) RefuseLength(text);
+  return {amount, row->unit};
 }
 
 std::uint32_t ToPixels(const Length& length, std::uint32_t dotsPerInch) {

@@ -76,7 +76,7 @@ void RunCommand(const Options& options, const ModuleExports& module,
 
 int Report(const Failure& failure) {
   std::cerr << Describe(failure);
-  return FindErrorCode(failure.code).exitCode;
+  return FindErrorCode(failure.code).ExitCode();
 }
 
 // Records into `capture` what goes on, unless that is null.
@@ -162,7 +162,11 @@ bool RunFileCommand(const Options& options) {
 int Run() {
   const Options options = ParseCommandLine(CommandLineArguments(), ProfileFolder());
   if (options.command == Command::kHelp) {
-    std::cout << HelpText();
+    std::cout << HelpText(options.helpOf);
+    return 0;
+  }
+  if (options.command == Command::kVersion) {
+    std::cout << "pmscan " PMSCAN_VERSION "\n";
     return 0;
   }
   if (RunFileCommand(options)) return 0;
@@ -175,12 +179,13 @@ int Run() {
 }  // namespace pmscan
 
 int main() {
+  pmscan::JoinErrorOutput();
   try {
     return pmscan::Run();
   } catch (const pmscan::Failure& failure) {
     return pmscan::Report(failure);
   } catch (const std::exception& error) {
     std::cerr << "pmscan: " << error.what() << "\n";
-    return pmscan::FindErrorCode(pmscan::kUnknownError).exitCode;
+    return pmscan::FindErrorCode(pmscan::kUnknownError).ExitCode();
   }
 }

@@ -1,15 +1,19 @@
 #include "pmscan/command_line/progress.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <ostream>
 
+#include "pmscan/command_line/named_rows.h"
+
 namespace pmscan {
 namespace {
 
 constexpr std::uint32_t kLineStep = 10;  // percent
-constexpr std::uint32_t kBarCells = 24;
+constexpr std::size_t kMostBarCells = 24;
+constexpr std::chrono::milliseconds kBetweenLines{100};
 
 struct StyleRow {
   std::string_view name;
@@ -21,10 +25,14 @@ constexpr std::array kStyles{
     StyleRow{"none", ProgressStyle::kNone},
 };
 
-std::string Bar(std::uint32_t percent) {
-  const std::uint32_t full = kBarCells * percent / 100;
-  std::string bar = "[";
-  return bar.append(full, '#').append(kBarCells - full, '.').append("]");
+// At most so many cells as there is room for; nothing where it would tell nothing.
+std::string Bar(std::uint32_t percent, std::size_t room) {
+  constexpr std::size_t kFewestCells = 4;
+  constexpr std::size_t kAround = 3;  // a blank and the brackets
+  if (room < kFewestCells + kAround) return {};
+  const std::size_t cells = std::min(kMostBarCells, room - kAround);
+  const std::size_t full = cells * percent / 100;
+  return " [" + std::string(full, '#') + std::string(cells - full, '.') + "]";
 }
 
 // How fast it goes, and for how long yet; 0 as long as that is not known.
@@ -54,70 +62,87 @@ std::string TimeLeft(double secondsLeft) {
 }  // namespace
 
 std::optional<ProgressStyle> FindProgressStyle(std::string_view name) {
-  for (const StyleRow& row : kStyles) {
-    if (row.name == name) return row.style;
-  }
-  return std::nullopt;
+  const StyleRow* const row = FindByName(kStyles, name);
+  return row == nullptr ? std::nullopt : std::optional(row->style);
+}
+
+std::string ProgressStyleNames() {
+  return NamesOf(kStyles);
 }
 
 ProgressMeter::ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
-                             std::function<Clock::time_point()> now)
-    : out_(output), style_(progressStyle), clock_(std::move(now)), start_(clock_()) {}
+                             std::size_t terminalColumns, std::function<Clock::time_point()> now)
+    : out_(output),
+      style_(progressStyle),
+      columns_(terminalColumns),
+      clock_(std::move(now)),
+      start_(clock_()) {}
 
 void ProgressMeter::BeginPage(std::uint32_t number, std::uint32_t lines) {
   EndLine();
   page_ = number;
   total_ = lines;
   nextPercent_ = 0;
-  start_ = clock_();
+  start_ = shown_ = clock_();
+  if (style_ == ProgressStyle::kBar && total_ > 0) WriteOver(Line(0));
 }
 
 void ProgressMeter::Show(std::uint32_t linesDone) {
   if (style_ == ProgressStyle::kNone || total_ == 0) return;
-  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total_);
+  if (style_ == ProgressStyle::kBar) return ShowBar(linesDone);
+  const std::uint32_t percent = PercentOf(linesDone);
   if (percent < nextPercent_) return;
-  const bool isEveryPercent = style_ != ProgressStyle::kLines;
-  nextPercent_ = isEveryPercent ? percent + 1 : (percent / kLineStep + 1) * kLineStep;
-  if (style_ == ProgressStyle::kJson) {
-    ShowJson(linesDone);
-  } else {
-    ShowBar(linesDone, style_ == ProgressStyle::kBar);
-  }
-  out_.flush();
+  const bool isJson = style_ == ProgressStyle::kJson;
+  nextPercent_ = isJson ? percent + 1 : (percent / kLineStep + 1) * kLineStep;
+  out_ << (isJson ? JsonLine(linesDone) : Line(linesDone)) + "\n" << std::flush;
 }
 
-void ProgressMeter::ShowBar(std::uint32_t linesDone, bool isOneLine) {
-  const auto percent = static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total_);
+void ProgressMeter::ShowBar(std::uint32_t linesDone) {
+  const Clock::time_point now = clock_();
+  if (linesDone < total_ && now - shown_ < kBetweenLines) return;
+  shown_ = now;
+  WriteOver(Line(linesDone));
+}
+
+std::uint32_t ProgressMeter::PercentOf(std::uint32_t linesDone) const {
+  return static_cast<std::uint32_t>(std::uint64_t{linesDone} * 100 / total_);
+}
+
+std::string ProgressMeter::Line(std::uint32_t linesDone) const {
+  const std::uint32_t percent = PercentOf(linesDone);
   const Pace pace = PaceOf(linesDone, total_, SecondsGone());
   std::array<char, 120> figures{};
   std::snprintf(figures.data(), figures.size(), " %3u %%  %u of %u lines", percent, linesDone,
                 total_);
-  std::string line = "Page " + std::to_string(page_);
-  if (isOneLine) line += " " + Bar(percent);
-  line += figures.data();
+  std::string text = figures.data();
   if (pace.linesPerSecond > 0) {
-    line += ", " + std::to_string(std::lround(pace.linesPerSecond)) + " lines/s";
-    if (linesDone < total_) line += ", " + TimeLeft(pace.secondsLeft);
+    text += ", " + std::to_string(std::lround(pace.linesPerSecond)) + " lines/s";
+    if (linesDone < total_) text += ", " + TimeLeft(pace.secondsLeft);
   }
-  if (!isOneLine) {
-    out_ << line << "\n";
-    return;
-  }
-  // Blanks cover what is left of a longer line.
+  const std::string page = "Page " + std::to_string(page_);
+  if (style_ != ProgressStyle::kBar) return page + text;
+  // A terminal may begin a new line behind its last column.
+  const std::size_t most = columns_ - 1;
+  const std::size_t taken = page.size() + text.size();
+  return (page + Bar(percent, most > taken ? most - taken : 0) + text).substr(0, most);
+}
+
+// In one piece, as each goes to the terminal by itself. Blanks cover what is left of a longer line.
+void ProgressMeter::WriteOver(std::string line) {
   const std::size_t length = line.size();
   if (length < lineLength_) line.append(lineLength_ - length, ' ');
   lineLength_ = length;
-  out_ << "\r" << line;
+  out_ << "\r" + line << std::flush;
 }
 
-void ProgressMeter::ShowJson(std::uint32_t linesDone) {
+std::string ProgressMeter::JsonLine(std::uint32_t linesDone) const {
   const Pace pace = PaceOf(linesDone, total_, SecondsGone());
   std::array<char, 200> text{};
   std::snprintf(text.data(), text.size(),
                 R"({"page": %u, "lines": %u, "height": %u, "linesPerSecond": %.0f, )"
                 R"("secondsLeft": %.1f})",
                 page_, linesDone, total_, pace.linesPerSecond, pace.secondsLeft);
-  out_ << text.data() << "\n";
+  return text.data();
 }
 
 double ProgressMeter::SecondsGone() const {

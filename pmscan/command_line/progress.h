@@ -19,20 +19,22 @@ enum class ProgressStyle {
 
 // "bar", "json" or "none" as on the command line; nothing for another text.
 std::optional<ProgressStyle> FindProgressStyle(std::string_view name);
+std::string ProgressStyleNames();  // "bar, json, none"
 
 // Prints how far the scan of each page is: lines, rate and time left.
 class ProgressMeter {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // `now` is asked for the time whenever something is printed.
-  ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
+  // A bar is narrower than the terminal, which has at least one column, and is written over at most
+  // ten times a second. `now` is asked for the time.
+  ProgressMeter(std::ostream& output, ProgressStyle progressStyle, std::size_t terminalColumns,
                 std::function<Clock::time_point()> now = &Clock::now);
   ~ProgressMeter() { EndLine(); }
   ProgressMeter(const ProgressMeter&) = delete;
   ProgressMeter& operator=(const ProgressMeter&) = delete;
 
-  // The scan of a page begins; pages count from 1.
+  // The scan of a page begins, which a bar shows at once; pages count from 1.
   void BeginPage(std::uint32_t number, std::uint32_t lines);
 
   // So many lines of the page are there.
@@ -42,14 +44,19 @@ class ProgressMeter {
   void EndLine();
 
  private:
-  void ShowBar(std::uint32_t linesDone, bool isOneLine);
-  void ShowJson(std::uint32_t linesDone);
+  void ShowBar(std::uint32_t linesDone);
+  void WriteOver(std::string line);
+  std::uint32_t PercentOf(std::uint32_t linesDone) const;
+  std::string Line(std::uint32_t linesDone) const;
+  std::string JsonLine(std::uint32_t linesDone) const;
   double SecondsGone() const;
 
   std::ostream& out_;
   const ProgressStyle style_;
+  const std::size_t columns_;
   const std::function<Clock::time_point()> clock_;
   Clock::time_point start_;
+  Clock::time_point shown_;  // when the bar was written the last time
   std::uint32_t page_ = 0;
   std::uint32_t total_ = 0;
   std::uint32_t nextPercent_ = 0;

@@ -14,6 +14,11 @@ std::unique_ptr<DeviceConnection> ConnectDevice(const Options& options) {
                     "--faults is for simulated scanners: choose one, as in --device "
                     "sim:extended, or leave it out.");
     }
+    if (!options.original.empty()) {
+      throw Failure(kUnsupported,
+                    "--original lies on simulated scanners only: choose one, as in --device "
+                    "sim:extended, or leave it out.");
+    }
     return std::make_unique<StillImageConnection>(options.device);
   }
   return std::make_unique<SimulatedConnection>(options);

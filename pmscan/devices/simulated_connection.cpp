@@ -90,7 +90,7 @@ int SimulatedConnection::Judge(int exitCode) const {
   PrintAll(scanner.Violations(), "Violation: ");
   const Failure failure(kProtocolViolation);
   std::cerr << Describe(failure);
-  return FindErrorCode(failure.code).exitCode;
+  return FindErrorCode(failure.code).ExitCode();
 }
 
 }  // namespace pmscan

@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "pmscan/command_line/console.h"
-#include "pmscan/command_line/program_folder.h"
 
 namespace pmscan {
 namespace {

@@ -1,12 +1,16 @@
 #include "pmscan/pictures/picture_reader.h"
 
 #include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <vector>
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/pictures/imaging_component.h"
+#include "pmscan/pictures/original_picture.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -91,7 +95,7 @@ void PictureReader::ReadDeepGrey(simulator::Picture& picture) {
 }
 
 // By way of pixels with an opacity: some versions of Wine convert grey and indexed ones to nothing
-// else. The opacity is dropped.
+// else.
 void PictureReader::ReadAnything(simulator::Picture& picture) {
   constexpr std::uint32_t kChannels = 4;
   ComPointer<IWICFormatConverter> converter;
@@ -101,19 +105,19 @@ void PictureReader::ReadAnything(simulator::Picture& picture) {
           "convert its pixels");
   std::vector<std::uint8_t> bytes;
   Copy(converter.Get(), kChannels, bytes);
-  picture.samples.reserve(bytes.size() / kChannels * 3);
-  for (std::size_t pixel = 0; pixel < bytes.size(); pixel += kChannels) {
-    for (const std::size_t channel : {2u, 1u, 0u}) {
-      // Times 257, full light stays full light.
-      picture.samples.push_back(static_cast<std::uint16_t>(bytes[pixel + channel] * 257));
-    }
-  }
+  picture.samples = OnWhite(bytes);
+}
+
+unsigned OrientationOf(const std::string& file) {
+  std::ifstream stream(std::filesystem::path(ToWide(file)), std::ios::binary);
+  const std::vector<char> bytes(std::istreambuf_iterator<char>(stream), {});
+  return OrientationIn({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
 }  // namespace
 
 simulator::Picture ReadPicture(const std::string& file) {
-  return PictureReader(file).Read();
+  return Upright(PictureReader(file).Read(), OrientationOf(file));
 }
 
 }  // namespace pmscan

@@ -2,12 +2,12 @@
 
 namespace pmscan {
 
-RowSink& PictureStore::Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) {
+RowSink& PictureStore::Begin(std::uint32_t page, std::uint32_t width, std::uint32_t height) {
   if (!writer_) {
     file_.name = names_.Of(page);
     writer_.emplace(file_);
   }
-  writer_->BeginPage(setup.widthPixels, setup.heightLines);
+  writer_->BeginPage(width, height);
   return *writer_;
 }
 

@@ -17,7 +17,7 @@ class PictureStore : public PageStore {
   PictureStore(PageNames pageNames, PictureFile pictureFile)
       : names_(std::move(pageNames)), file_(std::move(pictureFile)) {}
 
-  RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) override;
+  RowSink& Begin(std::uint32_t page, std::uint32_t width, std::uint32_t height) override;
   void End(std::uint32_t lines) override;
   void Finish() override;
   std::string FileOf(std::uint32_t page) const override { return names_.Of(page); }

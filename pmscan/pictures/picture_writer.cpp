@@ -4,10 +4,9 @@
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/pictures/packed_colour.h"
 #include "pmscan/pictures/picture_copy.h"
+#include "pmscan/pictures/picture_pixels.h"
 #include "pmscan/pictures/png_encoder_probe.h"
-#include "pmscan/pictures/sample_order.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/page_names.h"
 
@@ -73,10 +72,6 @@ std::uint32_t PixelBits(PixelLayout layout) {
   }
 }
 
-bool IsDeep(PixelLayout layout) {
-  return layout == PixelLayout::kGrey16 || layout == PixelLayout::kRgb48;
-}
-
 }  // namespace
 
 PictureWriter::PictureWriter(const PictureFile& pictureFile)
@@ -138,20 +133,17 @@ void PictureWriter::SetPalette() {
 
 // The two pad bytes that an odd count of packed pixels has at the line's end become a pixel too
 // many, which lies beyond the picture's width.
-void PictureWriter::Write(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
-                          std::uint32_t lines) {
-  if (!file_.mode.isPacked) return WritePixels(rows, lineBytes, lines);
-  prepared_.resize(rows.size() / 2 * 3);
-  ExpandColour12(rows, prepared_);
-  EncodePixels(prepared_, lineBytes / 2 * 3, lines);
+void PictureWriter::Write(std::span<const std::uint8_t> rows, std::uint32_t, std::uint32_t lines) {
+  const auto pixels = PicturePixels(rows, file_.mode, file_.sampleBits, converted_);
+  WritePixels(pixels, static_cast<std::uint32_t>(pixels.size() / lines), lines);
 }
 
 void PictureWriter::WritePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,
                                 std::uint32_t lines) {
   if (!swapsSamples_) return EncodePixels(rows, lineBytes, lines);
-  prepared_.resize(rows.size());
-  SwapSampleBytes(rows, prepared_);
-  EncodePixels(prepared_, lineBytes, lines);
+  swapped_.resize(rows.size());
+  SwapSampleBytes(rows, swapped_);
+  EncodePixels(swapped_, lineBytes, lines);
 }
 
 void PictureWriter::EncodePixels(std::span<const std::uint8_t> rows, std::uint32_t lineBytes,

@@ -19,7 +19,8 @@ struct PictureFile {
   PictureFormat format;
   ScanMode mode;  // the format can hold its pictures
   std::uint32_t dotsPerInch = 0;
-  bool mayReplace = false;  // a file of the same name
+  bool mayReplace = false;       // a file of the same name
+  std::uint8_t sampleBits = 12;  // of deep samples, as the module delivers them
 };
 
 // Writes a picture file page by page and band by band; only TIFF files can have several pages. The
@@ -68,7 +69,8 @@ class PictureWriter : public RowSink {
   ComPointer<IWICBitmapEncoder> encoder_;
   ComPointer<IWICBitmapFrameEncode> frame_;
   bool swapsSamples_ = false;
-  std::vector<std::uint8_t> prepared_;  // the rows of a band as the encoder wants them
+  std::vector<std::uint8_t> converted_;  // the rows of a band as the picture has them
+  std::vector<std::uint8_t> swapped_;    // and as the encoder wants them
   std::uint32_t pageWidth_ = 0;
   std::uint32_t pageHeight_ = 0;
   std::uint32_t linesWritten_ = 0;        // of the page

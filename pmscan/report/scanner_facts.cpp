@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <string_view>
 
+#include "pmscan/scan/scan_request.h"
+
 namespace pmscan {
 namespace {
 
 // What the module writes when it does not know the model.
 constexpr std::string_view kNoModel = "ORVAN";
-constexpr std::uint16_t kExtendedCommands = 3;  // ScannerSettings::scanInfoVariant
 
 // The text of a zero-terminated, blank-padded field.
 template <std::size_t size>
@@ -47,7 +48,7 @@ ScannerFacts ReadFacts(const pmddb832::ScannerSettings& settings) {
   if (facts.model == kNoModel) facts.model.clear();
   facts.product = FieldText(settings.productNameReply);
   facts.level = FieldText(settings.commandLevelText);
-  facts.isExtended = settings.scanInfoVariant == kExtendedCommands;
+  facts.isExtended = IsExtended(settings);
   facts.lowestResolution = settings.minResolutionCopy;
   facts.highestResolution = settings.maxResolutionCopy;
   facts.basicResolution = settings.baseResolution;

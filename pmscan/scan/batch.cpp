@@ -91,7 +91,8 @@ void BatchScan::ScanPage() {
   const pmddb832::AcquisitionSetup setup =
       PrepareAcquisition(module_, batch_.outputFormat, nullptr);
   if (manners_.progress != nullptr) manners_.progress->BeginPage(Number(), setup.heightLines);
-  CountingSink sink(store_.Begin(Number(), setup), manners_.progress);
+  WindowSink window(batch_.window, store_.Begin(Number(), batch_.window.width, setup.heightLines));
+  CountingSink sink(window, manners_.progress);
   try {
     AcquirePicture(module_, setup, manners_.acquisition, sink);
   } catch (const Failure& failure) {

@@ -8,6 +8,7 @@
 
 #include "pmscan/command_line/progress.h"
 #include "pmscan/scan/acquisition.h"
+#include "pmscan/scan/line_window.h"
 #include "pmscan/scan/module_exports.h"
 #include "pmscan/scan/scan_source.h"
 
@@ -33,8 +34,8 @@ class PageStore {
  public:
   virtual ~PageStore() = default;
 
-  // A page begins; its lines go into the sink, until the page ends or the next one begins.
-  virtual RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup& setup) = 0;
+  // A page of such a size begins; its lines go into the sink, until it or the next one ends.
+  virtual RowSink& Begin(std::uint32_t page, std::uint32_t width, std::uint32_t height) = 0;
 
   // The page ends with so many lines, all or less. With none there is no such page.
   virtual void End(std::uint32_t lines) = 0;
@@ -52,6 +53,7 @@ enum class BatchEnd { kAllPages, kFeederEmpty };
 
 struct Batch {
   ScanSource source;
+  LineWindow window;                   // what the pictures show of the lines
   std::uint32_t outputFormat = 0;      // the first argument of PMInitAcquire
   std::optional<std::uint32_t> pages;  // at most; nothing: until the feeder is empty
   std::uint32_t paperSeconds = 0;      // how long to wait for paper, each time the feeder is empty

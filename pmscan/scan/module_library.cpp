@@ -7,7 +7,6 @@
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/command_line/program_folder.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {

@@ -9,16 +9,11 @@
 namespace pmscan {
 namespace {
 
-// Pixels of an extent in hundredths of an inch, the fraction cut off.
-std::uint64_t BedPixels(std::uint64_t hundredths, std::uint32_t dotsPerInch) {
-  return hundredths * dotsPerInch / 100;
-}
-
 // Trims `length` so that it ends on the bed. False when it ends clearly beyond, or is empty.
 bool Fit(std::uint32_t start, std::uint32_t& length, std::uint32_t bed, std::uint32_t dotsPerInch) {
   const std::uint64_t end = std::uint64_t{start} + length;
-  if (end > BedPixels(std::uint64_t{bed} + 1, dotsPerInch)) return false;
-  const std::uint64_t last = std::min(end, BedPixels(bed, dotsPerInch));
+  if (end > BedPixels(bed + 1, dotsPerInch)) return false;
+  const std::uint64_t last = std::min<std::uint64_t>(end, BedPixels(bed, dotsPerInch));
   length = last > start ? static_cast<std::uint32_t>(last - start) : 0;
   return length > 0;
 }
@@ -40,14 +35,17 @@ AreaRequest ParseArea(std::string_view text) {
   return {lengths[0], lengths[1], lengths[2], lengths[3]};
 }
 
+std::uint32_t BedPixels(std::uint32_t hundredths, std::uint32_t dotsPerInch) {
+  return static_cast<std::uint32_t>(std::uint64_t{hundredths} * dotsPerInch / 100);
+}
+
 std::string FormatBedSize(const BedSize& bed) {
   return FormatSize(bed.width / 100.0, bed.height / 100.0);
 }
 
 PixelArea PlaceArea(const std::optional<AreaRequest>& request, const BedSize& bed,
                     std::uint32_t dotsPerInch) {
-  PixelArea area{0, 0, static_cast<std::uint32_t>(BedPixels(bed.width, dotsPerInch)),
-                 static_cast<std::uint32_t>(BedPixels(bed.height, dotsPerInch))};
+  PixelArea area{0, 0, BedPixels(bed.width, dotsPerInch), BedPixels(bed.height, dotsPerInch)};
   if (request) {
     area = {ToPixels(request->left, dotsPerInch), ToPixels(request->top, dotsPerInch),
             ToPixels(request->width, dotsPerInch), ToPixels(request->height, dotsPerInch)};
@@ -63,19 +61,6 @@ PixelArea PlaceArea(const std::optional<AreaRequest>& request, const BedSize& be
                   "The area reaches beyond the source, which is " + FormatBedSize(bed) + ".");
   }
   return area;
-}
-
-PixelArea TrimToGroups(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
-                       bool isMirrored) {
-  constexpr std::uint32_t kGroup = 8;
-  // A mirrored area is anchored at its right edge and grows to the left.
-  const std::uint64_t room = isMirrored ? std::uint64_t{area.left} + area.width
-                                        : BedPixels(bed.width, dotsPerInch) - area.left;
-  const std::uint32_t surplus = area.width % kGroup;
-  const bool fits = surplus == 0 || area.width + (kGroup - surplus) <= room;
-  PixelArea trimmed = area;
-  if (!fits && area.width > kGroup) trimmed.width -= surplus;
-  return trimmed;
 }
 
 }  // namespace pmscan

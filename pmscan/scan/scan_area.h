@@ -26,6 +26,9 @@ struct BedSize {
   std::uint32_t height = 0;
 };
 
+// Pixels of an extent in hundredths of an inch, the fraction cut off.
+std::uint32_t BedPixels(std::uint32_t hundredths, std::uint32_t dotsPerInch);
+
 std::string FormatBedSize(const BedSize& bed);
 
 // The area in pixels at the scan's resolution.
@@ -41,11 +44,5 @@ struct PixelArea {
 // empty, throws Failure(kUnsupported).
 PixelArea PlaceArea(const std::optional<AreaRequest>& request, const BedSize& bed,
                     std::uint32_t dotsPerInch);
-
-// The area for an inverted scan. Line art comes in groups of eight pixels; where the last group
-// would reach beyond the bed the module fills it up, and the fill is not inverted. So the area ends
-// with the last whole group there.
-PixelArea TrimToGroups(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
-                       bool isMirrored);
 
 }  // namespace pmscan

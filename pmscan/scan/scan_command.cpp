@@ -12,7 +12,7 @@
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/report.h"
 #include "pmscan/scan/batch.h"
-#include "pmscan/scan/scan_request.h"
+#include "pmscan/scan/scan_plan.h"
 #include "pmscan/scan/session.h"
 
 namespace pmscan {
@@ -21,20 +21,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kPause{1};
-
-ScanRequest RequestFor(const Options& options, const pmddb832::ScannerSettings& settings) {
-  const BedSize bed = RequireFitted(options.source, settings);
-  RequireResolution(options.dotsPerInch, settings);
-  RequireMode(options.mode, settings);
-  ScanRequest request{options.mode, options.dotsPerInch,
-                      PlaceArea(options.area, bed, options.dotsPerInch), options.isMirrored,
-                      options.isInverted};
-  if (request.isInverted) {
-    request.area = TrimToGroups(request.area, bed, request.dotsPerInch, request.isMirrored);
-  }
-  RequireTransferable(request, settings);
-  return request;
-}
 
 ProgressStyle StyleFor(const Options& options) {
   const bool isTerminal = IsErrorOutputTerminal();
@@ -64,8 +50,9 @@ BatchManners MannersFor(const Options& options, ProgressMeter& progress) {
   return manners;
 }
 
-PictureFile PictureFileFor(const Options& options) {
-  return {{}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite};
+PictureFile PictureFileFor(const Options& options, const ScanPlan& plan) {
+  return {
+      {}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite, plan.sampleBits};
 }
 
 // What was saved before a failure.
@@ -90,7 +77,7 @@ class ScanRun {
         settings_(scannerSettings),
         json_(jsonReport) {}
 
-  void Run(const ScanRequest& request);
+  void Run(const ScanPlan& plan);
 
  private:
   void Summarize(const ScanRequest& request, const PictureStore& store, Clock::time_point start);
@@ -102,21 +89,21 @@ class ScanRun {
   ScanOutcome outcome_;
 };
 
-void ScanRun::Run(const ScanRequest& request) {
+void ScanRun::Run(const ScanPlan& plan) {
   const Clock::time_point start = Clock::now();
-  ProgressMeter progress(std::cerr, StyleFor(options_));
-  PictureStore store(options_.names, PictureFileFor(options_));
-  const Batch batch{options_.source, request.mode.outputFormat, options_.pages,
+  ProgressMeter progress(std::cerr, StyleFor(options_), ErrorOutputColumns());
+  PictureStore store(options_.names, PictureFileFor(options_, plan));
+  const Batch batch{options_.source, plan.window, plan.asked.mode.outputFormat, options_.pages,
                     options_.paperSeconds};
   try {
     outcome_.end = ScanPages(module_, batch, MannersFor(options_, progress), store, outcome_.pages);
   } catch (const Failure& failure) {
     progress.EndLine();
-    Summarize(request, store, start);
+    Summarize(plan.picture, store, start);
     throw WithSaved(failure, outcome_);
   }
   progress.EndLine();
-  Summarize(request, store, start);
+  Summarize(plan.picture, store, start);
 }
 
 void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
@@ -133,11 +120,15 @@ void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
 }
 
 // The scanner knows what it shall scan, and from where.
-ScanRequest SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
-  const ScanRequest request = RequestFor(options, settings);
+ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
+  const ScanPlan plan = PlanScan(options, settings);
   session.Select(options.source);
-  DescribeScan(request, settings);
-  return request;
+  DescribeScan(plan.asked, settings);
+  if (options.area && plan.missing > 0) {
+    std::cerr << "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
+                     std::to_string(plan.missing) + " pixels before the right edge.\n";
+  }
+  return plan;
 }
 
 class NowhereSink : public RowSink {
@@ -151,20 +142,20 @@ void RunScanCommand(const Options& options, const ModuleExports& module,
                     pmddb832::ScannerSettings& settings, Json& report) {
   CatchInterrupt();
   Session session(module, settings);
-  const ScanRequest request = SetUp(options, session, settings);
-  ScanRun(options, module, settings, report).Run(request);
+  const ScanPlan plan = SetUp(options, session, settings);
+  ScanRun(options, module, settings, report).Run(plan);
 }
 
 void PrepareScan(const Options& options, const ModuleExports& module,
                  pmddb832::ScannerSettings& settings) {
   Session session(module, settings);
-  const ScanRequest request = SetUp(options, session, settings);
+  const ScanPlan plan = SetUp(options, session, settings);
   const std::uint32_t status = module.getOptionStatus(options.source.option);
   if (status != 0) throw Failure(status);
   NowhereSink sink;
   AcquisitionManners manners;
   manners.isInterrupted = [] { return false; };
-  AcquirePicture(module, PrepareAcquisition(module, request.mode.outputFormat, nullptr), manners,
+  AcquirePicture(module, PrepareAcquisition(module, plan.asked.mode.outputFormat, nullptr), manners,
                  sink);
 }
 

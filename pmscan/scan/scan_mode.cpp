@@ -1,21 +1,15 @@
 #include "pmscan/scan/scan_mode.h"
 
+#include "pmscan/command_line/named_rows.h"
+
 namespace pmscan {
 
 const ScanMode* FindScanMode(std::string_view name) {
-  for (const ScanMode& mode : kScanModes) {
-    if (mode.name == name) return &mode;
-  }
-  return nullptr;
+  return FindByName(kScanModes, name);
 }
 
 std::string ScanModeNames() {
-  std::string names;
-  for (const ScanMode& mode : kScanModes) {
-    if (!names.empty()) names += ", ";
-    names += mode.name;
-  }
-  return names;
+  return NamesOf(kScanModes);
 }
 
 }  // namespace pmscan

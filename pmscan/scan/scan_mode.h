@@ -17,6 +17,10 @@ enum class PixelLayout {
   kRgb48,
 };
 
+constexpr bool IsDeep(PixelLayout layout) {
+  return layout == PixelLayout::kGrey16 || layout == PixelLayout::kRgb48;
+}
+
 // The first argument of PMInitAcquire. Both values make the module deliver the lines of a band from
 // the top down; they differ in the order of the colours.
 inline constexpr std::uint32_t kRedFirst = 1;

@@ -1,13 +1,13 @@
 #include "pmscan/scan/scan_profile.h"
 
 #include <algorithm>
-#include <array>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <system_error>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -15,39 +15,22 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-enum class Kind { kText, kNumber, kSwitch };
-
-struct KeptRow {
-  std::string_view name;
-  Kind kind;
-  std::string_view kindName;
-};
-
-constexpr std::array kKeptOptions{
-    KeptRow{"device", Kind::kText, "a text"},
-    KeptRow{"source", Kind::kText, "a text"},
-    KeptRow{"mode", Kind::kText, "a text"},
-    KeptRow{"resolution", Kind::kNumber, "a number"},
-    KeptRow{"area", Kind::kText, "a text"},
-    KeptRow{"mirror", Kind::kSwitch, "true or false"},
-    KeptRow{"invert", Kind::kSwitch, "true or false"},
-    KeptRow{"original", Kind::kText, "a text"},
-    KeptRow{"warm-up", Kind::kNumber, "a number"},
-    KeptRow{"wait-for-paper", Kind::kNumber, "a number"},
-    KeptRow{"progress", Kind::kText, "a text"},
-};
-
 constexpr std::string_view kExtension = ".json";
 
-const KeptRow* FindRow(std::string_view name) {
-  const auto row = std::find_if(kKeptOptions.begin(), kKeptOptions.end(),
-                                [&](const KeptRow& kept) { return kept.name == name; });
-  return row == kKeptOptions.end() ? nullptr : &*row;
+const OptionRow* FindRow(std::string_view name) {
+  const auto* const row =
+      std::find_if(kOptions.begin(), kOptions.end(), [&](const OptionRow& each) {
+        return each.kind == OptionKind::kKept && LongName(each).substr(2) == name;
+      });
+  return row == kOptions.end() ? nullptr : row;
 }
 
 std::string KeptNames() {
   std::string names;
-  for (const KeptRow& row : kKeptOptions) names.append(names.empty() ? "" : ", ").append(row.name);
+  for (const OptionRow& row : kOptions) {
+    if (row.kind != OptionKind::kKept) continue;
+    names.append(names.empty() ? "" : ", ").append(LongName(row).substr(2));
+  }
   return names;
 }
 
@@ -91,30 +74,28 @@ std::string ProfileNames(const std::filesystem::path& folder) {
 }
 
 Json ToJson(const KeptOption& option) {
-  switch (FindRow(option.name)->kind) {
-    case Kind::kNumber:
-      return std::stoul(option.value, nullptr, 0);
-    case Kind::kSwitch:
-      return option.value != "false";
-    default:
-      return option.value;
-  }
+  const OptionRow& row = *FindRow(option.name);
+  if (IsNumber(row)) return std::stoul(option.value, nullptr, 0);
+  return IsSwitch(row) ? Json(option.value != "false") : Json(option.value);
 }
 
-bool IsOfKind(const Json& value, Kind kind) {
-  if (kind == Kind::kNumber) return value.is_number_unsigned();
-  return kind == Kind::kSwitch ? value.is_boolean() : value.is_string();
+// What is wanted in place of the value; empty when it is of the option's kind.
+std::string_view WantedInstead(const OptionRow& row, const Json& value) {
+  if (IsNumber(row)) return value.is_number_unsigned() ? "" : "a number";
+  if (IsSwitch(row)) return value.is_boolean() ? "" : "true or false";
+  return value.is_string() ? "" : "a text";
 }
 
 KeptOption FromJson(const std::string& file, const std::string& key, const Json& value) {
-  const KeptRow* const row = FindRow(key);
+  const OptionRow* const row = FindRow(key);
   if (row == nullptr) {
     throw Failure(kProfile,
                   file + ": a profile has no \"" + key + "\"; it can have: " + KeptNames() + ".");
   }
-  if (!IsOfKind(value, row->kind)) {
-    throw Failure(kProfile, file + ": \"" + key + "\" is " + std::string(row->kindName) + ", not " +
-                                value.dump() + ".");
+  const std::string wanted(WantedInstead(*row, value));
+  if (!wanted.empty()) {
+    throw Failure(kProfile,
+                  file + ": \"" + key + "\" is " + wanted + ", not " + value.dump() + ".");
   }
   return {key, value.is_string() ? value.get<std::string>() : value.dump()};
 }

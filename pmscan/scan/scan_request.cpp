@@ -8,7 +8,6 @@
 namespace pmscan {
 namespace {
 
-constexpr std::uint16_t kExtendedCommands = 3;  // ScannerSettings::scanInfoVariant
 // A transfer block of a scanner with extended commands holds at least two lines.
 constexpr std::uint64_t kLongestExtendedLine = 65279 / 2;
 constexpr std::uint16_t kActualSize = 100;
@@ -32,6 +31,11 @@ double Hundredths(std::uint32_t pixels, std::uint32_t dotsPerInch) {
 
 }  // namespace
 
+bool IsExtended(const pmddb832::ScannerSettings& settings) {
+  constexpr std::uint16_t kExtendedCommands = 3;
+  return settings.scanInfoVariant == kExtendedCommands;
+}
+
 void RequireResolution(std::uint32_t dotsPerInch, const pmddb832::ScannerSettings& settings) {
   const std::uint16_t lowest = settings.minResolutionCopy;
   const std::uint16_t highest = settings.maxResolutionCopy;
@@ -42,14 +46,13 @@ void RequireResolution(std::uint32_t dotsPerInch, const pmddb832::ScannerSetting
 }
 
 void RequireMode(const ScanMode& mode, const pmddb832::ScannerSettings& settings) {
-  const bool isExtended = settings.scanInfoVariant == kExtendedCommands;
-  if (!isExtended || mode.layout != PixelLayout::kPalette) return;
+  if (!IsExtended(settings) || mode.layout != PixelLayout::kPalette) return;
   throw Failure(kUnsupported, "Scanners with extended commands have no mode " +
                                   std::string(mode.name) + ": scan with --mode colour.");
 }
 
 void RequireTransferable(const ScanRequest& request, const pmddb832::ScannerSettings& settings) {
-  if (settings.scanInfoVariant != kExtendedCommands) return;
+  if (!IsExtended(settings)) return;
   const std::uint64_t bytes = TransferBytes(request.area.width, request.mode.bitsPerPixel);
   if (bytes <= kLongestExtendedLine) return;
   throw Failure(kTooLarge, "A line of " + std::to_string(request.area.width) + " pixels has " +

@@ -17,6 +17,9 @@ struct ScanRequest {
   bool isInverted = false;  // line art only
 };
 
+// Whether the scanner knows the extended commands.
+bool IsExtended(const pmddb832::ScannerSettings& settings);
+
 // Throws Failure(kUnsupported) when the scanner told that it does not have the resolution.
 void RequireResolution(std::uint32_t dotsPerInch, const pmddb832::ScannerSettings& settings);
 

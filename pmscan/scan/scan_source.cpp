@@ -1,30 +1,31 @@
 #include "pmscan/scan/scan_source.h"
 
 #include <string>
+#include <vector>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/named_rows.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
 
 std::string FittedSources(const pmddb832::ScannerSettings& settings) {
-  std::string text;
+  std::vector<ScanSource> fitted;
   for (const ScanSource& source : kScanSources) {
-    if (!IsFitted(source, settings)) continue;
-    if (!text.empty()) text += ", ";
-    text += source.name;
+    if (IsFitted(source, settings)) fitted.push_back(source);
   }
-  return text;
+  return NamesOf(fitted);
 }
 
 }  // namespace
 
 const ScanSource* FindScanSource(std::string_view name) {
-  for (const ScanSource& source : kScanSources) {
-    if (source.name == name) return &source;
-  }
-  return nullptr;
+  return FindByName(kScanSources, name);
+}
+
+std::string ScanSourceNames() {
+  return NamesOf(kScanSources);
 }
 
 bool IsFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings) {

@@ -28,6 +28,7 @@ inline constexpr std::array kScanSources{
 
 // Null when there is no source of that name.
 const ScanSource* FindScanSource(std::string_view name);
+std::string ScanSourceNames();  // "flatbed, feeder, transparency"
 
 // Whether the scanner that the settings tell of has the source.
 bool IsFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings);

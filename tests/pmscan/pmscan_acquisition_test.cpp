@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/acquisition.h"
 #include "pmscan/scan/scan_mode.h"
 #include "pmscan/scan/session.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
+
+using pmscan::tests::CodeOf;
 
 // A module by script; its functions carry no context, so there is one at a time.
 struct FakeModule {
@@ -99,19 +100,10 @@ struct Fixture {
   std::uint32_t Scan() {
     manners.waitForWarmUp = [this](std::uint32_t trial) { waits.push_back(trial); };
     manners.isInterrupted = [this] { return module.linesDone >= interruptAtLine; };
-    return RefusalOf([this] {
+    return CodeOf([this] {
       const auto setup = pmscan::PrepareAcquisition(kModule, pmscan::kRedFirst, nullptr);
       pmscan::AcquirePicture(kModule, setup, manners, rows);
     });
-  }
-  template <typename Action>
-  std::uint32_t RefusalOf(Action action) {
-    try {
-      action();
-    } catch (const pmscan::Failure& failure) {
-      return failure.code;
-    }
-    return 0;
   }
   std::size_t Count(const char* call) const {
     return static_cast<std::size_t>(std::count(module.calls.begin(), module.calls.end(), call));
@@ -203,7 +195,7 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a scanner that does not open is not closed")
   module.openResult = 0;
   module.error = 7;
   pmddb832::ScannerSettings settings{};
-  CHECK(RefusalOf([&] { pmscan::Session(kModule, settings); }) == 7);
+  CHECK(CodeOf([&] { pmscan::Session(kModule, settings); }) == 7);
   CHECK(Count("close") == 0);
 }
 
@@ -232,7 +224,7 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a source that does not switch on is a failur
   module.error = 9;
   pmddb832::ScannerSettings settings{};
   pmscan::Session session(kModule, settings);
-  CHECK(RefusalOf([&] { session.Select(*pmscan::FindScanSource("feeder")); }) == 9);
+  CHECK(CodeOf([&] { session.Select(*pmscan::FindScanSource("feeder")); }) == 9);
 }
 
 }  // namespace

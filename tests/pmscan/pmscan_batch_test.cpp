@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/batch.h"
 #include "pmscan/scan/scan_mode.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -63,7 +62,7 @@ pmscan::ModuleExports Module() {
 
 // Writes down what happens to it.
 struct Store : pmscan::PageStore, pmscan::RowSink {
-  pmscan::RowSink& Begin(std::uint32_t page, const pmddb832::AcquisitionSetup&) override {
+  pmscan::RowSink& Begin(std::uint32_t page, std::uint32_t, std::uint32_t) override {
     story += " begin " + std::to_string(page);
     return *this;
   }
@@ -88,16 +87,13 @@ struct Fixture {
 
   // The code of the failure, 0 for a batch that ends well.
   std::uint32_t Scan() {
-    try {
-      end = ScanPages(Module(), batch, manners, store, saved);
-    } catch (const pmscan::Failure& failure) {
-      return failure.code;
-    }
-    return 0;
+    return pmscan::tests::CodeOf(
+        [this] { end = ScanPages(Module(), batch, manners, store, saved); });
   }
 
   FakeFeeder feeder;
-  pmscan::Batch batch{*pmscan::FindScanSource("feeder"), pmscan::kBlueFirst, std::nullopt, 0};
+  pmscan::Batch batch{
+      *pmscan::FindScanSource("feeder"), {8, 0, 8, false}, pmscan::kBlueFirst, std::nullopt, 0};
   pmscan::BatchManners manners;
   Store store;
   std::vector<pmscan::SavedPage> saved;

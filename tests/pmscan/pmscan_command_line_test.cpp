@@ -1,8 +1,10 @@
 #include <doctest/doctest.h>
 
+#include <iterator>
+#include <sstream>
+
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -11,13 +13,14 @@ using pmscan::Options;
 using pmscan::ParseCommandLine;
 using Arguments = std::vector<std::string>;
 
+// The arguments with a blank between each two.
+Options ParseWords(const std::string& text) {
+  std::istringstream stream(text);
+  return ParseCommandLine({std::istream_iterator<std::string>(stream), {}});
+}
+
 std::uint32_t RefusalOf(const Arguments& arguments) {
-  try {
-    ParseCommandLine(arguments);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
+  return pmscan::tests::CodeOf([&] { ParseCommandLine(arguments); });
 }
 
 TEST_CASE("pmscan: a scan needs nothing but a file and has its defaults") {
@@ -33,32 +36,11 @@ TEST_CASE("pmscan: a scan needs nothing but a file and has its defaults") {
 }
 
 TEST_CASE("pmscan: every option of a scan arrives") {
-  const Options options = ParseCommandLine({"scan",
-                                            "--output",
-                                            "p.tif",
-                                            "--device",
-                                            "sim:extended:QM2700",
-                                            "--dll",
-                                            "a.dll",
-                                            "--mode",
-                                            "lineart",
-                                            "--resolution",
-                                            "600",
-                                            "--area",
-                                            "0in,0in,1in,2in",
-                                            "--source",
-                                            "feeder",
-                                            "--mirror",
-                                            "--invert",
-                                            "--original",
-                                            "o.png",
-                                            "--progress",
-                                            "json",
-                                            "--warm-up",
-                                            "5",
-                                            "--wait-for-paper=7",
-                                            "--overwrite",
-                                            "--json"});
+  const Options options = ParseWords(
+      "scan --output p.tif --device sim:extended:QM2700 --dll a.dll --mode lineart --resolution "
+      "600 "
+      "--area 0in,0in,1in,2in --source feeder --mirror --invert --original o.png --progress json "
+      "--warm-up 5 --wait-for-paper=7 --overwrite --json");
   CHECK(options.device == "sim:extended:QM2700");
   CHECK(options.modulePath == "a.dll");
   CHECK(options.mode.pixelType == 0);
@@ -86,34 +68,51 @@ TEST_CASE("pmscan: help is given wherever it is asked for") {
   CHECK(ParseCommandLine({"--help"}).command == Command::kHelp);
   CHECK(ParseCommandLine({"scan", "--help"}).command == Command::kHelp);
   CHECK(ParseCommandLine({"info", "-h"}).command == Command::kHelp);
+  CHECK(ParseCommandLine({"--help"}).helpOf == Command::kHelp);
+  CHECK(ParseCommandLine({"scan", "--help"}).helpOf == Command::kScan);
+  CHECK(ParseCommandLine({"--version"}).command == Command::kVersion);
+}
+
+TEST_CASE("pmscan: a misspelt word is answered with the one that was meant") {
+  const auto refusal = [](const Arguments& arguments) {
+    return pmscan::tests::RefusalOf([&] { ParseCommandLine(arguments); });
+  };
+  CHECK(refusal({"scna", "-o", "a.png"}) == "64 There is no \"scna\"; did you mean \"scan\"?");
+  CHECK(refusal({"scan", "-o", "a.png", "--mdoe=grey"}) ==
+        "64 There is no \"--mdoe\"; did you mean \"--mode\"?");
+  CHECK(refusal({"scan", "-o", "a.png", "--mode", "gery"}) ==
+        "64 There is no mode \"gery\"; did you mean \"grey\"? --mode can be: lineart, grey, "
+        "colour, colour12, palette, deep-grey, deep-colour.");
+}
+
+TEST_CASE("pmscan: a file's name may begin with a slash") {
+  CHECK(ParseCommandLine({"scan", "-o", "/tmp/a.png"}).names.Of(1) == "/tmp/a.png");
+  CHECK(ParseCommandLine({"decode", "/tmp/x.capture"}).readCapture == "/tmp/x.capture");
 }
 
 TEST_CASE("pmscan: a command line that is not understood is a usage error") {
-  const std::vector<Arguments> lines{
-      {},
-      {"print"},
-      {"scan"},
-      {"scan", "-o", "page.gif"},
-      {"scan", "-o", "a.png", "--mode", "red"},
-      {"scan", "-o", "a.png", "--source", "tray"},
-      {"scan", "-o", "a.png", "--resolution", "0"},
-      {"scan", "-o", "a.png", "--resolution", "65536"},
-      {"scan", "-o", "a.png", "--resolution", "many"},
-      {"scan", "-o", "a.png", "--area", "1,1,1,1"},
-      {"scan", "-o", "a.png", "extra"},
-      {"scan", "-o", "a.png", "--progress"},
-      {"scan", "-o", "a.png", "--progress", "wheel"},
-      {"scan", "-o", "a.png", "--batch", "b.png"},
-      {"scan", "-o", "a.tif", "--pages", "0"},
-      {"scan", "--batch", "%d%d.png", "--pages", "2"},
-      {"scan", "-o", "a.png", "--source", "feeder", "--wait-for-paper=3601"},
-      {"scan", "-o", "a.png", "--source", "feeder", "--wait-for-paper=soon"},
-      {"info", "-o", "a.png"},
-      {"devices", "--device", "sim:x"},
-  };
-  for (const Arguments& line : lines) {
-    CAPTURE(line.size());
-    CHECK(RefusalOf(line) == pmscan::kUsage);
+  for (const char* line : {"",
+                           "print",
+                           "scan",
+                           "scan -o page.gif",
+                           "scan -o a.png --mode red",
+                           "scan -o a.png --source tray",
+                           "scan -o a.png --resolution 0",
+                           "scan -o a.png --resolution 65536",
+                           "scan -o a.png --resolution many",
+                           "scan -o a.png --area 1,1,1,1",
+                           "scan -o a.png extra",
+                           "scan -o a.png --progress",
+                           "scan -o a.png --progress wheel",
+                           "scan -o a.png --batch b.png",
+                           "scan -o a.tif --pages 0",
+                           "scan --batch %d%d.png --pages 2",
+                           "scan -o a.png --source feeder --wait-for-paper=3601",
+                           "scan -o a.png --source feeder --wait-for-paper=soon",
+                           "info -o a.png",
+                           "devices --device sim:x"}) {
+    CAPTURE(line);
+    CHECK(pmscan::tests::CodeOf([line] { ParseWords(line); }) == pmscan::kUsage);
   }
 }
 
@@ -174,6 +173,38 @@ TEST_CASE("pmscan: the model id stands behind the family, without the defects") 
   CHECK(pmscan::ModelIdOf("extended:QM2700") == "QM2700");
   CHECK(pmscan::ModelIdOf("extended+warm-up=2") == "");
   CHECK(pmscan::ModelIdOf("extended") == "");
+}
+
+TEST_CASE("pmscan: nothing is captured unless asked for") {
+  CHECK(ParseCommandLine({"scan", "-o", "a.png"}).capture.file.empty());
+}
+
+TEST_CASE("pmscan: scan and info take a file for their capture") {
+  const Options scan =
+      ParseCommandLine({"scan", "-o", "a.png", "--capture", "a.capture", "--capture-data"});
+  CHECK(scan.capture.file == "a.capture");
+  CHECK(scan.capture.keepsImageData);
+  const Options info = ParseCommandLine({"info", "--capture", "i.capture", "--overwrite"});
+  CHECK(info.capture.file == "i.capture");
+  CHECK_FALSE(info.capture.keepsImageData);
+  CHECK(info.mayOverwrite);
+}
+
+TEST_CASE("pmscan: --capture-data needs a capture to be in") {
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--capture-data"}) == pmscan::kUsage);
+}
+
+TEST_CASE("pmscan: replay takes a capture, strictly unless told otherwise") {
+  const Options strict = ParseCommandLine({"replay", "a.capture"});
+  CHECK(strict.command == Command::kReplay);
+  CHECK(strict.readCapture == "a.capture");
+  CHECK_FALSE(strict.isTolerant);
+  const Options tolerant =
+      ParseCommandLine({"replay", "a.capture", "--tolerant", "-o", "a.png", "--dll", "other.dll"});
+  CHECK(tolerant.isTolerant);
+  CHECK(tolerant.replayedPicture == "a.png");
+  CHECK(tolerant.modulePath == "other.dll");
+  CHECK(RefusalOf({"replay"}) == pmscan::kUsage);
 }
 
 }  // namespace

@@ -2,9 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "pmscan/command_line/failure.h"
 #include "pmscan/devices/device_list.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -22,15 +21,9 @@ TEST_CASE("pmscan: a still-image device is named by its local or its internal na
 }
 
 TEST_CASE("pmscan: a local name that two devices have names none of them") {
-  try {
-    pmscan::FindStillImageEntry(kEntries, "sti:Camera");
-    FAIL("accepted");
-  } catch (const pmscan::Failure& failure) {
-    CHECK(failure.code == pmscan::kUsage);
-    CHECK(std::string(failure.what()) ==
-          "There is no one device \"sti:Camera\"; the still-image service knows these: "
-          "sti:SCANNER QM-2700, sti:{id}\\0001, sti:{id}\\0002.");
-  }
+  CHECK(pmscan::tests::RefusalOf([] { pmscan::FindStillImageEntry(kEntries, "sti:Camera"); }) ==
+        "64 There is no one device \"sti:Camera\"; the still-image service knows these: "
+        "sti:SCANNER QM-2700, sti:{id}\\0001, sti:{id}\\0002.");
 }
 
 TEST_CASE("pmscan: only names behind sti: are those of still-image devices") {

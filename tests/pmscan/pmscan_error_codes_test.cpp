@@ -1,5 +1,6 @@
 #include <doctest/doctest.h>
 
+#include <fstream>
 #include <set>
 #include <string>
 
@@ -16,7 +17,7 @@ TEST_CASE("pmscan: every code of the module is in the table") {
   for (const std::uint32_t code :
        {1u, 7u, 8u, 9u, 10u, 13u, 14u, 15u, 16u, 22u, 31u, 34u, 35u, 43u}) {
     CAPTURE(code);
-    CHECK(FindErrorCode(code).exitCode == static_cast<int>(code));
+    CHECK(FindErrorCode(code).ExitCode() == static_cast<int>(code));
   }
 }
 
@@ -26,13 +27,13 @@ TEST_CASE("pmscan: no two failures share a code or an exit code, and none exits 
   for (const pmscan::ErrorCode& row : kErrorCodes) {
     CAPTURE(row.code);
     CHECK(codes.insert(row.code).second);
-    CHECK(exitCodes.insert(row.exitCode).second);
-    CHECK(row.exitCode < 256);
+    CHECK(exitCodes.insert(row.ExitCode()).second);
+    CHECK(row.ExitCode() < 256);
   }
 }
 
 TEST_CASE("pmscan: a code that the table does not list has an exit code of its own") {
-  CHECK(FindErrorCode(99).exitCode == 63);
+  CHECK(FindErrorCode(99).ExitCode() == 63);
   CHECK(FindErrorCode(~0u).code == pmscan::kUnknownError);
 }
 
@@ -50,10 +51,32 @@ TEST_CASE("pmscan: a failure tells its number, its meaning, the detail and what 
 TEST_CASE("pmscan: the help page lists every exit code with its meaning") {
   const std::string help = pmscan::HelpText();
   for (const pmscan::ErrorCode& row : kErrorCodes) {
-    const std::string line = std::to_string(row.exitCode) + "  " + std::string(row.meaning) + "\n";
+    const std::string line =
+        std::to_string(row.ExitCode()) + "  " + std::string(row.meaning) + "\n";
     CAPTURE(line);
     CHECK(help.find(" " + line) != std::string::npos);
   }
+}
+
+// The rows of the document's table that begin with a number.
+std::set<std::string> RowsOfDocument() {
+  std::ifstream document(PMSCAN_ERROR_DOCUMENT);
+  REQUIRE(document.is_open());
+  std::set<std::string> rows;
+  for (std::string line; std::getline(document, line);) {
+    const bool isRow = line.size() > 2 && line[0] == '|' && line[2] >= '0' && line[2] <= '9';
+    if (isRow) rows.insert(line);
+  }
+  return rows;
+}
+
+TEST_CASE("pmscan: the document on error codes is the program's table") {
+  std::set<std::string> rows;
+  for (const pmscan::ErrorCode& row : pmscan::kErrorCodes) {
+    rows.insert("| " + std::to_string(row.code) + " | " + std::string(row.meaning) + " | " +
+                std::string(row.whatToDo) + " | " + std::to_string(row.ExitCode()) + " |");
+  }
+  CHECK(RowsOfDocument() == rows);
 }
 
 }  // namespace

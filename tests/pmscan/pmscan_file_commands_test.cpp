@@ -5,32 +5,23 @@
 #include <sstream>
 
 #include "pmscan/captures/file_commands.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
+#include "tests/pmscan/test_folder.h"
 
 namespace {
 
-using pmscan::Failure;
 using pmscan::Options;
 
-// A folder of its own, removed at the end.
-struct CaptureFolder {
-  CaptureFolder() { std::filesystem::create_directories(path); }
-  ~CaptureFolder() { std::filesystem::remove_all(path); }
-  CaptureFolder(const CaptureFolder&) = delete;
-  CaptureFolder& operator=(const CaptureFolder&) = delete;
-
-  std::string Name(const std::string& file) const { return (path / file).string(); }
+struct CaptureFolder : pmscan::tests::TestFolder {
+  CaptureFolder() : TestFolder("pmscan_file_commands") {}
 
   Options Write(const std::string& text) const {
-    std::ofstream(path / "some.capture", std::ios::binary) << text;
+    TestFolder::Write("some.capture", text);
     Options options;
     options.readCapture = Name("some.capture");
     options.convertedFile = Name("some.pcapng");
     return options;
   }
-
-  const std::filesystem::path path = "pmscan_file_commands_test";  // in the build folder
 };
 
 constexpr const char* kReset =
@@ -39,12 +30,7 @@ constexpr const char* kReset =
 
 std::uint32_t CodeOf(void (*command)(const Options&, std::ostream&), const Options& options) {
   std::ostringstream out;
-  try {
-    command(options, out);
-  } catch (const Failure& failure) {
-    return failure.code;
-  }
-  return 0;
+  return pmscan::tests::CodeOf([&] { command(options, out); });
 }
 
 TEST_CASE("decode tells a capture's file, and in which line the trouble is") {

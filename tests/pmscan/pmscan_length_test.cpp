@@ -1,23 +1,13 @@
 #include <doctest/doctest.h>
 
-#include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/length.h"
-#include "pmscan/report/error_codes.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
 using pmscan::LengthUnit;
 using pmscan::ParseLength;
 using pmscan::ToPixels;
-
-std::uint32_t RefusalOf(const char* text) {
-  try {
-    ParseLength(text);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
-}
 
 TEST_CASE("pmscan: a length is a number and one of four units") {
   CHECK(ParseLength("1.5in").unit == LengthUnit::kInch);
@@ -36,7 +26,7 @@ TEST_CASE("pmscan: what is not a number with its unit is no length") {
   for (const char* text : {"", " ", "in", "1", "1 foot", "1inch", "-1in", "1,5in", "nanin", "infmm",
                            "1e999in", "1in2"}) {
     CAPTURE(text);
-    CHECK(RefusalOf(text) == pmscan::kUsage);
+    CHECK(pmscan::tests::CodeOf([&] { ParseLength(text); }) == pmscan::kUsage);
   }
 }
 

@@ -1,40 +1,20 @@
 #include <doctest/doctest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/page_names.h"
+#include "tests/pmscan/refusal.h"
+#include "tests/pmscan/test_folder.h"
 
 namespace {
 
 using pmscan::FirstOccupied;
 using pmscan::PageNames;
 
-// A folder of its own for each test, empty at first.
-struct Folder {
-  Folder() {
-    std::filesystem::remove_all(path);
-    std::filesystem::create_directory(path);
-  }
-  ~Folder() { std::filesystem::remove_all(path); }
-
-  std::string File(const std::string& name) const { return (path / name).string(); }
-  void Make(const std::string& name) const { std::ofstream(path / name) << "x"; }
-
-  const std::filesystem::path path = std::filesystem::temp_directory_path() / "pmscan_page_names";
+struct Folder : pmscan::tests::TestFolder {
+  Folder() : TestFolder("pmscan_page_names") {}
+  void Make(const std::string& name) const { Write(name, "x"); }
 };
-
-std::uint32_t RefusalOf(const char* pattern) {
-  try {
-    PageNames::Numbered(pattern);
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
-}
 
 TEST_CASE("pmscan: the page's number takes its place in the name, with leading zeros if asked") {
   CHECK(PageNames::Numbered("page%03d.png").Of(7) == "page007.png");
@@ -47,7 +27,7 @@ TEST_CASE("pmscan: a pattern for file names has exactly one number, and in the f
   for (const char* pattern : {"page.png", "%d%d.png", "%s.png", "%3d.png", "%0d.png", "%00d.png",
                               "%", "a%", "%010d.png", "%%.png", "%d/page.png", "%d\\page.png"}) {
     CAPTURE(pattern);
-    CHECK(RefusalOf(pattern) == pmscan::kUsage);
+    CHECK(pmscan::tests::CodeOf([&] { PageNames::Numbered(pattern); }) == pmscan::kUsage);
   }
 }
 
@@ -62,28 +42,28 @@ TEST_CASE_FIXTURE(Folder, "pmscan: nothing is occupied in a folder without such 
   Make("page.png");
   Make("pageant.png");
   Make("page1.tif");
-  CHECK(!FirstOccupied(PageNames::Numbered(File("page%d.png")), std::nullopt));
-  CHECK(!FirstOccupied(PageNames::Single(File("other.png")), 1));
+  CHECK(!FirstOccupied(PageNames::Numbered(Name("page%d.png")), std::nullopt));
+  CHECK(!FirstOccupied(PageNames::Single(Name("other.png")), 1));
 }
 
 TEST_CASE_FIXTURE(Folder, "pmscan: the lowest page whose file is there is the one that is named") {
   Make("page012.png");
   Make("page003.png");
-  CHECK(FirstOccupied(PageNames::Numbered(File("page%03d.png")), std::nullopt) ==
-        File("page003.png"));
+  CHECK(FirstOccupied(PageNames::Numbered(Name("page%03d.png")), std::nullopt) ==
+        Name("page003.png"));
 }
 
 TEST_CASE_FIXTURE(Folder, "pmscan: files beyond the last page are no obstacle") {
   Make("page003.png");
-  CHECK(!FirstOccupied(PageNames::Numbered(File("page%03d.png")), 2));
-  CHECK(FirstOccupied(PageNames::Numbered(File("page%03d.png")), 3) == File("page003.png"));
+  CHECK(!FirstOccupied(PageNames::Numbered(Name("page%03d.png")), 2));
+  CHECK(FirstOccupied(PageNames::Numbered(Name("page%03d.png")), 3) == Name("page003.png"));
 }
 
 TEST_CASE_FIXTURE(Folder, "pmscan: a file that is growing occupies its place") {
   Make("page.png.part");
   Make("page2.png.part");
-  CHECK(FirstOccupied(PageNames::Single(File("page.png")), 1) == File("page.png.part"));
-  CHECK(FirstOccupied(PageNames::Numbered(File("page%d.png")), 2) == File("page2.png.part"));
+  CHECK(FirstOccupied(PageNames::Single(Name("page.png")), 1) == Name("page.png.part"));
+  CHECK(FirstOccupied(PageNames::Numbered(Name("page%d.png")), 2) == Name("page2.png.part"));
 }
 
 TEST_CASE("pmscan: a folder that does not exist holds nothing") {

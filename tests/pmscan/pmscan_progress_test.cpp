@@ -1,5 +1,6 @@
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "pmscan/command_line/progress.h"
@@ -11,7 +12,8 @@ using pmscan::ProgressStyle;
 
 // A meter with a clock that stands still until it is set.
 struct Meter {
-  explicit Meter(ProgressStyle style) : progress(out, style, [this] { return now; }) {}
+  explicit Meter(ProgressStyle style, std::size_t columns = 100)
+      : progress(out, style, columns, [this] { return now; }) {}
 
   void ShowAt(int seconds, std::uint32_t lines) {
     now = start + std::chrono::seconds(seconds);
@@ -29,6 +31,7 @@ TEST_CASE("pmscan: a bar tells the page, the lines, the rate and the time left")
   meter.progress.BeginPage(2, 1000);
   meter.ShowAt(1, 250);
   CHECK(meter.out.str() ==
+        "\rPage 2 [........................]   0 %  0 of 1000 lines"
         "\rPage 2 [######..................]  25 %  250 of 1000 lines, 250 lines/s, 3 s left");
 }
 
@@ -40,6 +43,7 @@ TEST_CASE("pmscan: a bar writes its line over, covers what was longer, and ends 
   meter.progress.EndLine();
   meter.progress.EndLine();
   CHECK(meter.out.str() ==
+        "\rPage 1 [........................]   0 %  0 of 1000 lines"
         "\rPage 1 [############............]  50 %  500 of 1000 lines, 250 lines/s, 2 s left"
         "\rPage 1 [########################] 100 %  1000 of 1000 lines, 250 lines/s         \n");
 }
@@ -56,7 +60,9 @@ TEST_CASE("pmscan: each page begins its bar on a line of its own") {
   meter.progress.BeginPage(1, 10);
   meter.ShowAt(1, 10);
   meter.progress.BeginPage(2, 10);
-  CHECK(meter.out.str().ends_with("10 lines/s\n"));
+  CHECK(
+      meter.out.str().ends_with("10 lines/s\n"
+                                "\rPage 2 [........................]   0 %  0 of 10 lines"));
 }
 
 TEST_CASE("pmscan: in a file or pipe the bar is a line for every tenth") {
@@ -80,10 +86,60 @@ TEST_CASE("pmscan: progress as JSON is an object a line") {
 }
 
 TEST_CASE("pmscan: before a second line is known there is no rate") {
-  Meter meter(ProgressStyle::kBar);
+  Meter meter(ProgressStyle::kJson);
   meter.progress.BeginPage(1, 100);
   meter.ShowAt(0, 1);
-  CHECK(meter.out.str().ends_with("1 %  1 of 100 lines"));
+  CHECK(meter.out.str().find("\"linesPerSecond\": 0,") != std::string::npos);
+}
+
+TEST_CASE("pmscan: a bar is written over ten times a second at most, and at its end") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 1000);
+  for (std::uint32_t line = 1; line <= 1000; ++line) {
+    meter.now += std::chrono::milliseconds(1);
+    meter.progress.Show(line);
+  }
+  const std::string text = meter.out.str();
+  CHECK(std::count(text.begin(), text.end(), '\r') == 11);
+  CHECK(text.ends_with("100 %  1000 of 1000 lines, 1000 lines/s         "));
+}
+
+TEST_CASE("pmscan: a bar is narrower than the terminal") {
+  for (const std::size_t columns : {1u, 20u, 60u, 61u, 80u}) {
+    CAPTURE(columns);
+    Meter meter(ProgressStyle::kBar, columns);
+    meter.progress.BeginPage(1, 1000);
+    meter.ShowAt(1, 250);
+    const std::string text = meter.out.str();
+    CHECK(text.size() - text.rfind('\r') <= columns);
+  }
+  Meter meter(ProgressStyle::kBar, 70);
+  meter.progress.BeginPage(1, 1000);
+  meter.ShowAt(1, 250);
+  CHECK(meter.out.str().ends_with(
+      "\rPage 1 [###.........]  25 %  250 of 1000 lines, 250 lines/s, 3 s left"));
+}
+
+// Counts what goes out in one piece.
+struct Pieces : std::stringbuf {
+  std::streamsize xsputn(const char*, std::streamsize count) override {
+    ++pieces;
+    return count;
+  }
+  int pieces = 0;
+};
+
+TEST_CASE("pmscan: a line of progress goes out in one piece") {
+  for (const ProgressStyle style :
+       {ProgressStyle::kBar, ProgressStyle::kLines, ProgressStyle::kJson}) {
+    Pieces pieces;
+    std::ostream out(&pieces);
+    ProgressMeter progress(out, style, 80);
+    progress.BeginPage(1, 100);
+    const int before = pieces.pieces;
+    progress.Show(100);
+    CHECK(pieces.pieces == before + 1);
+  }
 }
 
 TEST_CASE("pmscan: no progress is no text") {

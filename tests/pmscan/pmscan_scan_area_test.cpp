@@ -2,9 +2,8 @@
 
 #include <string>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_area.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
@@ -15,14 +14,8 @@ using pmscan::PlaceArea;
 
 constexpr BedSize kBed{850, 1169};
 
-// The failure's number and text, or "placed".
 std::string Outcome(const char* area, const BedSize& bed) {
-  try {
-    PlaceArea(ParseArea(area), bed, 300);
-  } catch (const pmscan::Failure& failure) {
-    return std::to_string(failure.code) + " " + failure.what();
-  }
-  return "placed";
+  return pmscan::tests::RefusalOf([&] { PlaceArea(ParseArea(area), bed, 300); });
 }
 
 TEST_CASE("pmscan: an area is four lengths, each with a unit of its own") {
@@ -62,7 +55,7 @@ TEST_CASE("pmscan: an area beyond the bed is refused with the bed's size") {
 }
 
 TEST_CASE("pmscan: an area that ends at the bed's edge is not beyond it") {
-  CHECK(Outcome("7.5in,10.69in,1in,1in", kBed) == "placed");
+  CHECK(Outcome("7.5in,10.69in,1in,1in", kBed) == "accepted");
 }
 
 TEST_CASE("pmscan: an empty area is refused") {
@@ -72,28 +65,6 @@ TEST_CASE("pmscan: an empty area is refused") {
 
 TEST_CASE("pmscan: an area that begins where the bed ends is refused") {
   CHECK(Outcome("2550px,0px,1px,1px", kBed).starts_with("65 The area reaches beyond"));
-}
-
-std::uint32_t TrimmedWidth(std::uint32_t left, std::uint32_t width, bool isMirrored) {
-  return pmscan::TrimToGroups({left, 0, width, 1}, kBed, 100, isMirrored).width;
-}
-
-TEST_CASE("pmscan: an inverted area ends with the last group of eight pixels that is on the bed") {
-  CHECK(TrimmedWidth(0, 850, false) == 848);
-  CHECK(TrimmedWidth(549, 301, false) == 296);
-  CHECK(TrimmedWidth(546, 301, false) == 301);  // the last group just fits
-  CHECK(TrimmedWidth(2, 848, false) == 848);
-}
-
-TEST_CASE("pmscan: an inverted, mirrored area has its incomplete group at the left") {
-  CHECK(TrimmedWidth(0, 850, true) == 848);
-  CHECK(TrimmedWidth(549, 301, true) == 301);
-  CHECK(TrimmedWidth(2, 301, true) == 296);
-  CHECK(TrimmedWidth(3, 301, true) == 301);
-}
-
-TEST_CASE("pmscan: an inverted area of less than a group stays") {
-  CHECK(TrimmedWidth(845, 5, false) == 5);
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
 #include <doctest/doctest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
+#include "tests/pmscan/refusal.h"
+#include "tests/pmscan/test_folder.h"
 
 namespace {
 
@@ -17,34 +14,23 @@ using pmscan::Options;
 using Arguments = std::vector<std::string>;
 
 // The user's folder of profiles, which does not exist at first.
-struct Profiles {
-  Profiles() { std::filesystem::remove_all(folder); }
-  ~Profiles() { std::filesystem::remove_all(folder); }
+struct Profiles : pmscan::tests::TestFolder {
+  Profiles() : TestFolder("pmscan_profiles") {}
 
   void Write(const std::string& name, const std::string& text) const {
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / (name + ".json")) << text;
+    TestFolder::Write("pmscan/" + name + ".json", text);
   }
   std::string Text(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(folder / (name + ".json")).rdbuf();
-    return text.str();
+    return TestFolder::Text("pmscan/" + name + ".json");
   }
   Options Parse(const Arguments& arguments) const {
     return pmscan::ParseCommandLine(arguments, folder);
   }
-  // What is said when the arguments are refused, behind the code.
   std::string RefusalOf(const Arguments& arguments) const {
-    try {
-      Parse(arguments);
-    } catch (const pmscan::Failure& failure) {
-      return std::to_string(failure.code) + " " + failure.what();
-    }
-    return "accepted";
+    return pmscan::tests::RefusalOf([&] { Parse(arguments); });
   }
 
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / "pmscan_profiles" / "pmscan";
+  const std::filesystem::path folder = path / "pmscan";
 };
 
 TEST_CASE_FIXTURE(Profiles, "pmscan: a profile keeps the options that were given, by their type") {

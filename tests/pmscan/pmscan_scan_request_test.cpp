@@ -1,15 +1,15 @@
 #include <doctest/doctest.h>
 
-#include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_request.h"
 #include "pmscan/scan/scan_source.h"
+#include "tests/pmscan/refusal.h"
 
 namespace {
 
 using pmscan::FindScanMode;
 using pmscan::FindScanSource;
 using pmscan::ScanRequest;
+using pmscan::tests::CodeOf;
 
 struct Scanner {
   pmddb832::ScannerSettings settings{};
@@ -27,16 +27,6 @@ struct Scanner {
 
 ScanRequest RequestOf(const char* mode, std::uint32_t width) {
   return {*FindScanMode(mode), 300, {30, 45, width, 100}, false, false};
-}
-
-template <typename Action>
-std::uint32_t RefusalOf(Action action) {
-  try {
-    action();
-  } catch (const pmscan::Failure& failure) {
-    return failure.code;
-  }
-  return 0;
 }
 
 TEST_CASE("pmscan: a source that is fitted has the size that the scanner told") {
@@ -61,10 +51,10 @@ TEST_CASE("pmscan: a source of unknown size is refused") {
 TEST_CASE("pmscan: a resolution is one between the lowest and the highest that the scanner told") {
   const Scanner scanner;
   for (const std::uint32_t good : {50u, 300u, 1200u}) {
-    CHECK(RefusalOf([&] { pmscan::RequireResolution(good, scanner.settings); }) == 0);
+    CHECK(CodeOf([&] { pmscan::RequireResolution(good, scanner.settings); }) == 0);
   }
   for (const std::uint32_t bad : {49u, 1201u}) {
-    CHECK(RefusalOf([&] { pmscan::RequireResolution(bad, scanner.settings); }) ==
+    CHECK(CodeOf([&] { pmscan::RequireResolution(bad, scanner.settings); }) ==
           pmscan::kUnsupported);
   }
 }
@@ -72,16 +62,15 @@ TEST_CASE("pmscan: a resolution is one between the lowest and the highest that t
 TEST_CASE("pmscan: only scanners with standard commands have the palette") {
   Scanner scanner;
   const auto require = [&] { pmscan::RequireMode(*FindScanMode("palette"), scanner.settings); };
-  CHECK(RefusalOf(require) == pmscan::kUnsupported);
+  CHECK(CodeOf(require) == pmscan::kUnsupported);
   scanner.settings.scanInfoVariant = 2;
-  CHECK(RefusalOf(require) == 0);
+  CHECK(CodeOf(require) == 0);
 }
 
 TEST_CASE("pmscan: a transfer block of the extended commands holds two lines") {
   const Scanner scanner;
   const auto refusal = [&](const char* mode, std::uint32_t width) {
-    return RefusalOf(
-        [&] { pmscan::RequireTransferable(RequestOf(mode, width), scanner.settings); });
+    return CodeOf([&] { pmscan::RequireTransferable(RequestOf(mode, width), scanner.settings); });
   };
   CHECK(refusal("deep-colour", 5432) == 0);  // 2 x 32592 bytes
   CHECK(refusal("deep-colour", 5433) == pmscan::kTooLarge);
@@ -93,7 +82,7 @@ TEST_CASE("pmscan: a transfer block of the extended commands holds two lines") {
 TEST_CASE("pmscan: the transfer blocks of the standard commands are the module's business") {
   Scanner scanner;
   scanner.settings.scanInfoVariant = 2;
-  CHECK(RefusalOf([&] {
+  CHECK(CodeOf([&] {
           pmscan::RequireTransferable(RequestOf("deep-colour", 6000), scanner.settings);
         }) == 0);
 }

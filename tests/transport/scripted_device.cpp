@@ -6,6 +6,7 @@
 namespace pmddb832::tests {
 namespace {
 
+constexpr std::int32_t kFailure = -1;
 constexpr std::uint8_t kAck = 0x06;
 constexpr std::size_t kShownBytes = 80;
 

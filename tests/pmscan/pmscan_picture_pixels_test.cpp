@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "pmscan/pictures/packed_colour.h"
+#include "pmscan/pictures/picture_pixels.h"
 
 namespace {
 
@@ -26,6 +26,22 @@ TEST_CASE("pmscan: the unused half of the first byte of 12-bit colour does not c
   std::array<std::uint8_t, 3> expanded{};
   pmscan::ExpandColour12(packed, expanded);
   CHECK(expanded == std::array<std::uint8_t, 3>{0x11, 0x22, 0x33});
+}
+
+TEST_CASE("pmscan: the two bytes of each 16-bit sample change places") {
+  const std::array<std::uint8_t, 6> samples{0x34, 0x12, 0x78, 0x56, 0xFF, 0x00};
+  std::array<std::uint8_t, 6> swapped{};
+  pmscan::SwapSampleBytes(samples, swapped);
+  CHECK(swapped == std::array<std::uint8_t, 6>{0x12, 0x34, 0x56, 0x78, 0x00, 0xFF});
+}
+
+TEST_CASE("pmscan: samples of 12 and 14 bits fill the range of 16") {
+  std::array<std::uint8_t, 6> twelve{0xF0, 0xFF, 0x00, 0x80, 0x00, 0x00};
+  pmscan::FillRange(twelve, 12);
+  CHECK(twelve == std::array<std::uint8_t, 6>{0xFF, 0xFF, 0x08, 0x80, 0x00, 0x00});
+  std::array<std::uint8_t, 6> fourteen{0xFC, 0xFF, 0x04, 0x80, 0x00, 0x00};
+  pmscan::FillRange(fourteen, 14);
+  CHECK(fourteen == std::array<std::uint8_t, 6>{0xFF, 0xFF, 0x06, 0x80, 0x00, 0x00});
 }
 
 }  // namespace

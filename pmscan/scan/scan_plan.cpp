@@ -1,0 +1,96 @@
+#include "pmscan/scan/scan_plan.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "pmscan/command_line/failure.h"
+#include "pmscan/report/error_codes.h"
+
+namespace pmscan {
+namespace {
+
+constexpr std::uint32_t kGroup = 8;  // pixels
+
+// Deep samples of these scanners have 14 bits.
+constexpr std::array<std::string_view, 2> kProductsWith14Bits{"SCANNER RV-3100 ",
+                                                              "Prospectra3140XL"};
+
+// Scanners with extended commands deliver samples of 5 to 12 bits pixel by pixel.
+bool ComesInGroups(const ScanPlan& plan, const pmddb832::ScannerSettings& settings) {
+  if (!IsExtended(settings)) return true;
+  const ScanMode& mode = plan.picture.mode;
+  if (IsDeep(mode.layout)) return plan.sampleBits > 12;
+  return mode.isPacked || mode.layout == PixelLayout::kBlackWhite;
+}
+
+// The standard commands have one for it from level B5 on.
+bool CanMirror(const pmddb832::ScannerSettings& settings) {
+  constexpr std::uint32_t kLastWithout = 2;  // ScannerSettings::commandLevel
+  return IsExtended(settings) || settings.commandLevel > kLastWithout;
+}
+
+// A scanner with standard commands and a feeder is taken to be meant to centre a page of its whole
+// height at its lowest resolution: the module puts the area to the left edge then.
+bool StartsAtLeftEdge(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
+                      const pmddb832::ScannerSettings& settings) {
+  return !IsExtended(settings) && settings.docFeedOption == kFeederOption &&
+         dotsPerInch == settings.minResolutionCopy &&
+         area.height == BedPixels(bed.height, dotsPerInch);
+}
+
+// The area of whole groups that holds `picture`, on a bed of so many pixels. Trims a picture that
+// no such area holds at its right edge.
+PixelArea WholeGroups(PixelArea& picture, std::uint32_t bedPixels, bool startsAtLeftEdge) {
+  PixelArea area = picture;
+  const std::uint32_t before = startsAtLeftEdge ? picture.left : 0;
+  const std::uint32_t most = bedPixels / kGroup * kGroup;
+  if (most <= before) return area;
+  area.width = std::min((before + picture.width + kGroup - 1) / kGroup * kGroup, most);
+  area.left = startsAtLeftEdge ? 0 : std::min(picture.left, bedPixels - area.width);
+  picture.width = std::min(picture.width, area.width - before);
+  return area;
+}
+
+LineWindow WindowOf(const ScanPlan& plan) {
+  const PixelArea& picture = plan.picture.area;
+  const PixelArea& area = plan.asked.area;
+  const std::uint32_t left = picture.left - area.left;
+  const std::uint32_t right = area.width - picture.width - left;
+  return {plan.picture.mode.bitsPerPixel, plan.asked.isMirrored ? right : left, picture.width,
+          plan.picture.isMirrored && !plan.asked.isMirrored};
+}
+
+}  // namespace
+
+std::uint8_t DeepBits(const pmddb832::ScannerSettings& settings) {
+  const std::string_view product(settings.productNameReply, kProductsWith14Bits[0].size());
+  const bool has14 = IsExtended(settings) && std::count(kProductsWith14Bits.begin(),
+                                                        kProductsWith14Bits.end(), product) > 0;
+  return has14 ? 14 : 12;
+}
+
+ScanPlan PlanScan(const Options& options, const pmddb832::ScannerSettings& settings) {
+  const BedSize bed = RequireFitted(options.source, settings);
+  const std::uint32_t dotsPerInch = options.dotsPerInch;
+  RequireResolution(dotsPerInch, settings);
+  RequireMode(options.mode, settings);
+  ScanPlan plan;
+  plan.sampleBits = DeepBits(settings);
+  plan.picture = {options.mode, dotsPerInch, PlaceArea(options.area, bed, dotsPerInch),
+                  options.isMirrored, options.isInverted};
+  plan.asked = plan.picture;
+  plan.asked.isMirrored = options.isMirrored && CanMirror(settings);
+  if (ComesInGroups(plan, settings)) {
+    PixelArea& area = plan.picture.area;
+    const std::uint32_t wanted = area.width;
+    plan.asked.area = WholeGroups(area, BedPixels(bed.width, dotsPerInch),
+                                  StartsAtLeftEdge(area, bed, dotsPerInch, settings));
+    plan.missing = wanted - area.width;
+  }
+  plan.window = WindowOf(plan);
+  RequireTransferable(plan.asked, settings);
+  return plan;
+}
+
+}  // namespace pmscan

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace pmscan::tests {
+
+// A folder of the test's own, which does not exist at first and goes with this object.
+class TestFolder {
+ public:
+  explicit TestFolder(const char* name) : path(std::filesystem::temp_directory_path() / name) {
+    std::filesystem::remove_all(path);
+  }
+  ~TestFolder() { std::filesystem::remove_all(path); }
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+
+  std::string Name(const std::string& file) const { return (path / file).string(); }
+  void Write(const std::string& file, const std::string& text) const {
+    std::filesystem::create_directories((path / file).parent_path());
+    std::ofstream(path / file, std::ios::binary) << text;
+  }
+  std::string Text(const std::string& file) const {
+    std::ostringstream text;
+    text << std::ifstream(path / file).rdbuf();
+    return text.str();
+  }
+
+  const std::filesystem::path path;
+};
+
+}  // namespace pmscan::tests
