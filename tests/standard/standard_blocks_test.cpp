@@ -200,7 +200,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: an abort that meets the last block sends no
 TEST_CASE_FIXTURE(OpenB4, "standard: an abort whose CAN is not acknowledged fails") {
   DeliverFirstLine();
   device.Reply(BlockHeader(0x00, 16, 1)).Reply(Rows({2})).Expect({0x18}).Reply({kNak});
-  CHECK(currentCommandSet->AbortScan() == 0);
+  CHECK(AbortSet() == 0);
 }
 
 TEST_CASE_FIXTURE(OpenB3, "standard: an abort in line mode cancels the next line") {
@@ -208,7 +208,7 @@ TEST_CASE_FIXTURE(OpenB3, "standard: an abort in line mode cancels the next line
   SendBlock({0x02, 0x00, 0x10, 0x00}, Rows({1}));
   Acquire(16);
   device.Reply({0x02, 0x00, 0x10, 0x00}).Reply(Rows({2})).Expect({0x18}).Reply({0x06});
-  CHECK(currentCommandSet->AbortScan() == 1);
+  CHECK(AbortSet() == 1);
   CHECK(Acquire(48).image == Fill(48, 0xFF));
 }
 

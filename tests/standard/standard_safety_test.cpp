@@ -185,7 +185,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: a scan that was closed does not go on after
   DeliverFirstLine();
   PMCloseScanner();
   AnswerIdentification(Identity());
-  REQUIRE(currentCommandSet->Open() == 1);
+  REQUIRE(OpenSet() == 1);
   CheckAcquireFails(16, 9);
 }
 
