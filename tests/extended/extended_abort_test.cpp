@@ -76,7 +76,7 @@ TEST_CASE_FIXTURE(HalfwayScanner, "an eject that fails does not fail the abort")
   settings.docFeedOption = 0;
   CancelBlock();
   device.Expect({0x0C}).Reply({kNak});
-  CHECK(currentCommandSet->AbortScan() == 1);
+  CHECK(AbortSet() == 1);
   CHECK(PMGetScanError() == 0);
 }
 
@@ -98,7 +98,7 @@ TEST_CASE_FIXTURE(HalfwayScanner, "an abort fails with 9 at each transfer that f
   PMAbortScan();
   CHECK(PMGetScanError() == 9);
   device.Reply(FourLines(2) + Bytes{0x00}).Expect({0x18}).Reply({kNak});
-  CHECK(currentCommandSet->AbortScan() == 0);
+  CHECK(AbortSet() == 0);
   CHECK(PMGetScanError() == 9);
 }
 

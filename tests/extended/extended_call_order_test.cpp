@@ -1,6 +1,3 @@
-#include <memory>
-
-#include "extended/ext_scan_cmd.h"
 #include "tests/extended/extended_fixture.h"
 
 namespace pmddb832::tests::extended {
@@ -80,7 +77,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a focus without an identity sends nothing an
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "a second open in the middle of a scan starts afresh") {
-  const std::unique_ptr<ExtScanCmd> replaced(static_cast<ExtScanCmd*>(currentCommandSet));
+  const ReplacedSet replaced;
   REQUIRE(Open() == 1);
   CheckAcquireFails(64, 9);
   CHECK(ScanPage().record.done == 1);
@@ -276,7 +273,7 @@ TEST_CASE_FIXTURE(StartingScanner,
 
 TEST_CASE_FIXTURE(StartingScanner,
                   "an open during progress leaves the scan that goes on in its rows") {
-  const std::unique_ptr<ExtScanCmd> replaced(static_cast<ExtScanCmd*>(currentCommandSet));
+  const ReplacedSet replaced;
   duringProgress = [this] {
     CHECK(Open() == 1);
     SendLines();

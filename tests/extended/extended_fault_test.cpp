@@ -1,6 +1,3 @@
-#include <memory>
-
-#include "extended/ext_scan_cmd.h"
 #include "tests/extended/extended_fixture.h"
 #include "tests/safety/failing_allocation.h"
 
@@ -163,7 +160,7 @@ TEST_CASE("a transfer that fails ends the open with its code, and the next open 
     CHECK(PMGetScanError() == failing.code);
     CHECK(scanner.system.heapBlocks == 0);
     // A further open only replaces the command set.
-    const std::unique_ptr<ExtScanCmd> replaced(static_cast<ExtScanCmd*>(currentCommandSet));
+    const ReplacedSet replaced;
     CHECK(scanner.Open() == 1);
   }
 }
@@ -190,8 +187,8 @@ TEST_CASE("each allocation of an open may be refused; nothing leaks and the next
       CHECK(PMOpenScanner(&scanner.settings) == 0);
     }
     CHECK(PMGetScanError() == (refusal.allocations == 1 ? 8 : 0));
-    const std::unique_ptr<ExtScanCmd> replaced(static_cast<ExtScanCmd*>(currentCommandSet));
-    CHECK((replaced != nullptr) == (refusal.transfers > 0));
+    const ReplacedSet replaced;
+    CHECK((replaced.set != nullptr) == (refusal.transfers > 0));
     CHECK(scanner.Open() == 1);
   }
 }
@@ -215,7 +212,7 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   AnswerReset();
   AnswerIdentity();
   AnswerStatus();
-  CHECK(currentCommandSet->Open() == 1);
+  CHECK(OpenSet() == 1);
   CHECK(ScanPage().record.done == 1);
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "extended/ext_scan_cmd.h"
 #include "tests/interface/scripted_scanner.h"
 
 namespace pmddb832::tests::extended {
@@ -41,6 +44,11 @@ class ExtendedScanner : public ScriptedScanner {
 
 struct OpenExtended : ExtendedScanner {
   OpenExtended() { REQUIRE(Open() == 1); }
+};
+
+// Owns the command set of the moment, which a further open leaves behind.
+struct ReplacedSet {
+  std::unique_ptr<ExtScanCmd> set{static_cast<ExtScanCmd*>(currentCommandSet)};
 };
 
 // Bytes of one line of AskForWideLines, all of that value.

@@ -219,13 +219,13 @@ TEST_CASE_FIXTURE(OpenExtended, "close gives the data buffer and the channel bac
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "an open set does not identify again, a closed one does") {
-  CHECK(currentCommandSet->Open() == 1);
+  CHECK(OpenSet() == 1);
   CHECK(system.heapBlocks == 1);
   PMCloseScanner();
   AnswerReset();
   AnswerIdentity();
   AnswerStatus();
-  CHECK(currentCommandSet->Open() == 1);
+  CHECK(OpenSet() == 1);
   CHECK(system.heapBlocks == 1);
 }
 

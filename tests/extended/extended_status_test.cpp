@@ -67,10 +67,10 @@ TEST_CASE_FIXTURE(OpenExtended, "the option status clears the last error") {
 TEST_CASE_FIXTURE(OpenExtended, "the main status byte is delivered where it was asked for") {
   std::uint8_t main = 0xA5;
   AnswerStatus(Status(0xC7));
-  CHECK(currentCommandSet->GetOptionStatus(&main, 2) == 31);
+  CHECK(SetStatus(&main, 2) == 31);
   CHECK(main == 0xC7);
   device.FailNextWrite();
-  CHECK(currentCommandSet->GetOptionStatus(&main, 2) == 7);
+  CHECK(SetStatus(&main, 2) == 7);
   CHECK(main == 0xC7);
 }
 

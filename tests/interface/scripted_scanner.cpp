@@ -105,6 +105,18 @@ Bytes FilledRecordAfterOpen(const ScannerSettings& model) {
   return BytesOfRecord(*record);
 }
 
+std::uint32_t OpenSet() {
+  return currentCommandSet->Open();
+}
+
+std::uint32_t AbortSet() {
+  return currentCommandSet->AbortScan();
+}
+
+std::uint32_t SetStatus(std::uint8_t* mainStatus, std::uint32_t option) {
+  return currentCommandSet->GetOptionStatus(mainStatus, option);
+}
+
 ScriptedScanner::ScriptedScanner() {
   progress.clear();
   duringProgress = nullptr;

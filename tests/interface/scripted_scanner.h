@@ -49,6 +49,12 @@ Bytes BytesOf(const ScannerSettings& settings);
 Bytes FilledRecord(const ScannerSettings& model);
 Bytes FilledRecordAfterOpen(const ScannerSettings& model);
 
+// What only the command set itself tells: the results of its open and its abort, and the main
+// status.
+std::uint32_t OpenSet();
+std::uint32_t AbortSet();
+std::uint32_t SetStatus(std::uint8_t* mainStatus, std::uint32_t option);
+
 // A host and a scripted scanner of either family. The settings ask for a grey scan of 16 x 4 pixels
 // at 100 dpi in the corner of the flatbed. A test scripts what the scanner expects and answers, and
 // calls the host's functions. At its end the conversation must have been the scripted one.

@@ -110,9 +110,7 @@ TEST_CASE_FIXTURE(OpenB4,
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a small buffer in the middle of a scan cancels it too") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Rows({1}));
-  Acquire(16);
+  DeliverFirstLine();
   device.Reply(BlockHeader(0x00, 16, 1)).Reply(Rows({2})).Expect({0x18}).Reply({0x06});
   CHECK(Acquire(15).record.status == kFailed);
   CHECK(Acquire(15).record.status == kFailed);  // nothing is under way any more
@@ -148,10 +146,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: without a progress routine none is called")
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a scan of 0 lines is started and done") {
   settings.areaHeightPx = 0;
-  InitAcquire(1);
-  AcceptUpload(Replaced(UploadOf("B4"), "04 00", "00 00"));
-  device.ExpectBlock(0x1B, 'd', {0x04});
-  AnswerStart(BlockHeader(0x00, 16, 4));
+  StartScanOf(Replaced(UploadOf("B4"), "04 00", "00 00"), BlockHeader(0x00, 16, 4), 0x04, 1);
   CHECK(Acquire(64).recordBytes == "01 00 00 00 A5 A5 A5 A5 01 00 00 00 00 00 00 00 00 00 00 00");
 }
 
@@ -192,11 +187,9 @@ TEST_CASE_FIXTURE(OpenB4,
   settings.pixelType = 4;
   settings.areaWidthPx = 5;
   settings.areaHeightPx = 1;
-  InitAcquire(2);
   const std::string upload = Replaced(UploadOf("B4"), "C 00, D 08", "C 02, D 03");
-  AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"));
-  device.ExpectBlock(0x1B, 'd', {0x01});
-  AnswerStart(BlockHeader(0x20, 12, 1));
+  StartScanOf(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"),
+              BlockHeader(0x20, 12, 1), 0x01, 2);
   device.Reply(Fill(4, 0xFF) + Fill(4, 0x88) + Fill(4, 0x00));
   CHECK(Acquire(8).Hex() == "C6 C6 C6 C6 C6 A5 A5 A5");  // 36 * 5 + 6 * 3
 }
@@ -225,10 +218,8 @@ TEST_CASE("standard: deep grey is copied") {
 TEST_CASE_FIXTURE(OpenB4, "standard: pixels that are not sent repeat the last one") {
   settings.areaLeftPx = 992;
   settings.areaHeightPx = 1;
-  InitAcquire(1);
-  AcceptUpload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"));
-  device.ExpectBlock(0x1B, 'd', {0x01});
-  AnswerStart(BlockHeader(0x20, 8, 1));
+  StartScanOf(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"),
+              BlockHeader(0x20, 8, 1), 0x01, 1);
   device.Reply(Ramp(1, 8));
   CHECK(Acquire(16).image == Ramp(1, 8) + Fill(8, 8));
 }
@@ -268,9 +259,7 @@ TEST_CASE_FIXTURE(OpenA5, "standard: level A5 ejects from the flatbed too") {
 }
 
 TEST_CASE_FIXTURE(OpenA5, "standard: an aborted page is not ejected at its end") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Fill(16, 1));
-  Acquire(16);
+  DeliverFirstLine();
   SendLastBlock(BlockHeader(0x20, 16, 1), Fill(16, 2));
   PMAbortScan();
   CHECK(Acquire(48).record.done == 1);

@@ -156,10 +156,7 @@ TEST_CASE_FIXTURE(OpenB3, "standard: in line mode the last line stays behind the
 TEST_CASE_FIXTURE(
     OpenB4, "standard: an abort cancels the next block, and white lines follow without transfers") {
   settings.areaHeightPx = 8;
-  InitAcquire(1);
-  AcceptUpload(Replaced(UploadOf("B4"), "04 00", "08 00"));
-  device.ExpectBlock(0x1B, 'd', {0x02});
-  AnswerStart(BlockHeader(0x00, 16, 2));
+  StartScanOf(Replaced(UploadOf("B4"), "04 00", "08 00"), BlockHeader(0x00, 16, 2), 0x02, 1);
   SendLines(Rows({1, 2}));
   CHECK(Acquire(32).image == Rows({1, 2}));
   device.Reply(BlockHeader(0x00, 16, 2)).Reply(Rows({3, 4})).Expect({0x18}).Reply({0x06});
@@ -201,11 +198,9 @@ TEST_CASE_FIXTURE(OpenB4, "standard: an abort that meets the last block sends no
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: an abort whose CAN is not acknowledged fails") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Rows({1}));
-  Acquire(16);
+  DeliverFirstLine();
   device.Reply(BlockHeader(0x00, 16, 1)).Reply(Rows({2})).Expect({0x18}).Reply({kNak});
-  CHECK(currentCommandSet->AbortScan() == 0);
+  CHECK(AbortSet() == 0);
 }
 
 TEST_CASE_FIXTURE(OpenB3, "standard: an abort in line mode cancels the next line") {
@@ -213,7 +208,7 @@ TEST_CASE_FIXTURE(OpenB3, "standard: an abort in line mode cancels the next line
   SendBlock({0x02, 0x00, 0x10, 0x00}, Rows({1}));
   Acquire(16);
   device.Reply({0x02, 0x00, 0x10, 0x00}).Reply(Rows({2})).Expect({0x18}).Reply({0x06});
-  CHECK(currentCommandSet->AbortScan() == 1);
+  CHECK(AbortSet() == 1);
   CHECK(Acquire(48).image == Fill(48, 0xFF));
 }
 

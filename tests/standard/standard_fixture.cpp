@@ -136,10 +136,21 @@ std::uint32_t StandardScanner::FailingUpload(std::string_view commands) {
 
 void StandardScanner::StartScan(const Bytes& header, std::uint8_t linesPerBlock,
                                 std::uint32_t outputFormat) {
+  StartScanOf(UploadOf(level), header, linesPerBlock, outputFormat);
+}
+
+void StandardScanner::StartScanOf(std::string_view upload, const Bytes& header,
+                                  std::uint8_t linesPerBlock, std::uint32_t outputFormat) {
   InitAcquire(outputFormat);
-  AcceptUpload(UploadOf(level));
+  AcceptUpload(upload);
   if (linesPerBlock != 0) device.ExpectBlock(kEsc, 'd', {linesPerBlock});
   AnswerStart(header);
+}
+
+void StandardScanner::DeliverFirstLine() {
+  StartScan(BlockHeader(0x00, 16, 1), 1);
+  SendLines(Fill(16, 1));
+  Acquire(16);
 }
 
 void StandardScanner::StartWithoutUpload(const Bytes& header, std::uint32_t outputFormat) {

@@ -60,7 +60,12 @@ class StandardScanner : public ScriptedScanner {
   // `header`. The scan takes `linesPerBlock`; 0 stands for line mode.
   void StartScan(const Bytes& header, std::uint8_t linesPerBlock = 4,
                  std::uint32_t outputFormat = 1);
-  // The same of a scanner that takes neither an upload nor the lines of a block.
+  // The same with an upload of its own.
+  void StartScanOf(std::string_view upload, const Bytes& header, std::uint8_t linesPerBlock,
+                   std::uint32_t outputFormat);
+  // The first line of the scan, of bytes 01, which is a block of its own; more are to come.
+  void DeliverFirstLine();
+  // A start of a scanner that takes neither an upload nor the lines of a block.
   void StartWithoutUpload(const Bytes& header, std::uint32_t outputFormat = 1);
   // The whole default scan: one block of 64 bytes.
   Band ScanPage(std::uint32_t outputFormat = 1);

@@ -261,7 +261,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: what a short status does not hold 
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a second open of an open set does nothing") {
-  CHECK(currentCommandSet->Open() == 1);
+  CHECK(OpenSet() == 1);
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a closed set identifies again at the next open") {
@@ -269,7 +269,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: a closed set identifies again at the next o
   CHECK(currentChannel->opened == 0);
   PMCloseScanner();  // does nothing
   AnswerIdentification(IdentityOf("B5", {50, 200}));
-  CHECK(currentCommandSet->Open() == 1);
+  CHECK(OpenSet() == 1);
   CHECK(settings.baseResolution == 200);
 }
 
@@ -289,7 +289,7 @@ TEST_CASE("standard: every allocation of an open may fail, and the next open suc
     }
     CHECK(PMGetScanError() == 1);
     scanner.AnswerIdentification(Identity());
-    CHECK(currentCommandSet->Open() == 1);
+    CHECK(OpenSet() == 1);
   }
 }
 

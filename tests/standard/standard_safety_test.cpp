@@ -134,10 +134,8 @@ TEST_CASE_FIXTURE(OpenB4,
   settings.areaWidthPx = 13;
   settings.areaHeightPx = 1;
   settings.mirrorImage = 1;  // 16 pixels are sent, 3 of them are pads
-  InitAcquire(1);
-  AcceptUpload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 10 00 01 00"));
-  device.ExpectBlock(0x1B, 'd', {0x01});
-  AnswerStart(BlockHeader(0x20, 14, 1));
+  StartScanOf(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 10 00 01 00"),
+              BlockHeader(0x20, 14, 1), 0x01, 1);
   device.Reply(Ramp(0, 14));
   CHECK(Acquire(16).image == Ramp(3, 11) + Fill(5, 0xFF));
 }
@@ -170,9 +168,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: nothing is acquired or aborted aft
 
 TEST_CASE_FIXTURE(
     OpenB4, "standard: nothing is acquired or aborted after a close in the middle of a scan") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Fill(16, 1));
-  Acquire(16);
+  DeliverFirstLine();
   PMCloseScanner();
   CheckNothingAcquired();
   PMAbortScan();
@@ -186,12 +182,10 @@ TEST_CASE_FIXTURE(OpenB4, "standard: a scanner whose channel went away closes wi
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a scan that was closed does not go on after the next open") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Fill(16, 1));
-  Acquire(16);
+  DeliverFirstLine();
   PMCloseScanner();
   AnswerIdentification(Identity());
-  REQUIRE(currentCommandSet->Open() == 1);
+  REQUIRE(OpenSet() == 1);
   CheckAcquireFails(16, 9);
 }
 
@@ -225,10 +219,8 @@ TEST_CASE_FIXTURE(OpenB4,
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a set-up of no lines in the progress routine is told as 100") {
   settings.areaHeightPx = 11;
-  InitAcquire(1);
-  AcceptUpload(Replaced(UploadOf("B4"), "10 00 04 00", "10 00 0B 00"));
-  device.ExpectBlock(0x1B, 'd', {0x0B});
-  AnswerStart(BlockHeader(0x20, 16, 11));
+  StartScanOf(Replaced(UploadOf("B4"), "10 00 04 00", "10 00 0B 00"), BlockHeader(0x20, 16, 11),
+              0x0B, 1);
   device.Reply(Fill(176, 5));
   duringProgress = [this] {
     settings.areaHeightPx = 0;
@@ -293,9 +285,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: a refused line of gigabytes is code 16 and 
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: an unload in the middle of a scan leaves nothing allocated") {
-  StartScan(BlockHeader(0x00, 16, 1), 1);
-  SendLines(Fill(16, 1));
-  Acquire(16);
+  DeliverFirstLine();
   PMExit();
   CHECK(system.heapBlocks == 0);
 }

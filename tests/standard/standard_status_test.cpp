@@ -73,10 +73,10 @@ TEST_CASE_FIXTURE(OpenB4, "standard: the option query clears the code before it"
 TEST_CASE_FIXTURE(OpenB4, "standard: the main status is handed out where it is asked for") {
   std::uint8_t main = 0;
   AnswerStatus(Status(0x85));
-  CHECK(currentCommandSet->GetOptionStatus(&main, 3) == 0);
+  CHECK(SetStatus(&main, 3) == 0);
   CHECK(main == 0x85);
   device.FailNextWrite();
-  CHECK(currentCommandSet->GetOptionStatus(&main, 3) == 7);
+  CHECK(SetStatus(&main, 3) == 7);
   CHECK(main == 0x85);
 }
 
