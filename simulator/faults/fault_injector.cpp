@@ -17,6 +17,12 @@ std::uint32_t LeftBy(const Fault& fault, std::uint32_t count) {
   return fault.kind == FaultKind::kHalve ? count / 2 : std::min(count, fault.count);
 }
 
+// What is written before the cable is out reaches the scanner in order.
+bool Disturbs(const Fault& fault, const ConversationPlace& place) {
+  if (fault.kind == FaultKind::kUnplug) return place.read.has_value();
+  return fault.kind != FaultKind::kHold;
+}
+
 }  // namespace
 
 FaultInjector::FaultInjector(Scanner& soundScanner, std::vector<Fault> scriptedFaults)
@@ -51,7 +57,7 @@ const Fault* FaultInjector::Strike(const ConversationPlace& place, std::uint32_t
     scripted.struck = true;
     if (fault.kind == FaultKind::kUnplug) cableEnd_ = fault.at.byte.value_or(passed_);
     if (fault.kind == FaultKind::kHold) busyPolls_ = fault.count;
-    if (fault.kind != FaultKind::kHold) scanner_.Disturb();
+    if (Disturbs(fault, place)) scanner_.Disturb();
     return &fault;
   }
   return nullptr;
