@@ -42,7 +42,7 @@ using ModuleFunctions = std::tuple<FUNCTION_TYPES>;
 #define PMEnableOption HostEnableOption
 #define PMGetScanPaperSize HostGetScanPaperSize
 #define PMGetScanError HostGetScanError
-#include "interface/pmddb832.h"
+#include <pmddb832.h>
 // clang-format on
 
 namespace {

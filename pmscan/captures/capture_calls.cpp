@@ -16,21 +16,21 @@ struct RecordedExport;
 template <std::size_t index, class Result, class... Parameter>
 struct RecordedExport<index, Result (*&)(Parameter...)> {
   static Result Call(Parameter... parameter) {
-    constexpr auto exported = std::get<index>(kModuleExports);
-    constexpr capture::ExportRow row = *capture::ExportOf(exported.name);
-    NamedNumbers arguments(row.arguments);
+    constexpr auto kExported = std::get<index>(kModuleExports);
+    constexpr capture::ExportRow kRow = *capture::ExportOf(kExported.name);
+    NamedNumbers arguments(kRow.arguments);
     (arguments.AddArgument(parameter), ...);
-    recorder->BeginCall(exported.name, arguments.Values());
-    NamedNumbers results(row.results);
+    recorder->BeginCall(kExported.name, arguments.Values());
+    NamedNumbers results(kRow.results);
     const auto end = [&] {
       (results.AddFilled(parameter), ...);
       recorder->EndCall(results.Values(), LinesChecksum(parameter...));
     };
     if constexpr (std::is_void_v<Result>) {
-      (recorded.*exported.member)(parameter...);
+      (recorded.*kExported.member)(parameter...);
       end();
     } else {
-      const Result result = (recorded.*exported.member)(parameter...);
+      const Result result = (recorded.*kExported.member)(parameter...);
       results.Add(result, true);
       end();
       return result;
