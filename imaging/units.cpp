@@ -1,11 +1,29 @@
 #include "imaging/units.h"
 
+#include <xmmintrin.h>
+
 #include "platform/trace.h"
 
 namespace pmddb832::Scanutil {
 namespace {
 
 constexpr double kTwoToThe63 = 9223372036854775808.0;
+
+// While it lives, the processor rounds to nearest, flushes nothing to zero and raises nothing,
+// whatever the host has set. What it computes with passes through volatile variables, so that
+// nothing is computed before or behind.
+class UsualArithmetic {
+ public:
+  UsualArithmetic() : hostControl_(_mm_getcsr()) { _mm_setcsr(kAllMaskedToNearest); }
+  ~UsualArithmetic() { _mm_setcsr(hostControl_); }
+  UsualArithmetic(const UsualArithmetic&) = delete;
+  UsualArithmetic& operator=(const UsualArithmetic&) = delete;
+
+ private:
+  static constexpr unsigned kAllMaskedToNearest = 0x1F80;
+
+  const unsigned hostControl_;
+};
 
 std::int32_t LowWordTowardZero(double value) {
   const bool fits = value > -kTwoToThe63 && value < kTwoToThe63;
@@ -16,12 +34,19 @@ std::int32_t LowWordTowardZero(double value) {
 
 std::int32_t InchesToPixelsORWIA(double length, double resolution) {
   const TraceScope trace{"Scanutil::InchesToPixelsORWIA"};
-  return LowWordTowardZero((length * resolution + 50.0) / 100.0);
+  const UsualArithmetic usual;
+  const volatile double factors[] = {length, resolution};
+  const volatile std::int32_t pixels =
+      LowWordTowardZero((factors[0] * factors[1] + 50.0) / 100.0);
+  return pixels;
 }
 
 double PixelsToInchesORWIA(double pixels, double resolution) {
   const TraceScope trace{"Scanutil::PixelsToInchesORWIA"};
-  return pixels * 100.0 / resolution;
+  const UsualArithmetic usual;
+  const volatile double terms[] = {pixels, resolution};
+  const volatile double length = terms[0] * 100.0 / terms[1];
+  return length;
 }
 
 std::uint16_t CalcResolution(std::uint16_t a, std::uint16_t b) {

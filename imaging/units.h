@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-// Lengths are in hundredths of an inch, resolutions in dots per inch.
+// Lengths are in hundredths of an inch, resolutions in dots per inch. The conversions give the same
+// for every rounding and flush mode that the host has set, and raise no exception that it unmasked.
 namespace pmddb832::Scanutil {
 
 // Pixels in `length` at `resolution`, rounded half up for lengths that are not negative. The low 32

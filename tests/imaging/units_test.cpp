@@ -1,8 +1,10 @@
 #include "imaging/units.h"
 
 #include <doctest/doctest.h>
+#include <xmmintrin.h>
 
 #include <cmath>
+#include <cstring>
 #include <initializer_list>
 #include <limits>
 
@@ -62,6 +64,36 @@ TEST_CASE("a result beyond 64 bits, or none at all, gives 0") {
   }
   CHECK(InchesToPixelsORWIA(kInfinity, 0) == 0);
   CHECK(InchesToPixelsORWIA(1e308, 1e308) == 0);
+}
+
+// What a host may have set in the processor's control word: everything unmasked, each of the four
+// roundings, results flushed to zero, small operands taken for zero.
+TEST_CASE("conversions raise nothing, and are the same in every mode of the processor") {
+  constexpr unsigned kUsual = 0x1F80;
+  constexpr unsigned kModes[] = {0x0000, 0x2000, 0x4000, 0x6000, 0x8000, 0x0040, 0xE040, 0x7F80};
+  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kSignal = std::numeric_limits<double>::signaling_NaN();
+  constexpr double kNumbers[] = {0,         -0.0,       1,    49.5,   850,   1e-310,
+                                 -1e-310,   5e-324,     0.07, 333.33, 1e300, -1e300,
+                                 kInfinity, -kInfinity, kNan, kSignal};
+  for (const unsigned mode : kModes) {
+    for (const double a : kNumbers) {
+      for (const double b : kNumbers) {
+        const std::int32_t pixels = InchesToPixelsORWIA(a, b);
+        const double length = PixelsToInchesORWIA(a, b);
+        _mm_setcsr(mode);
+        const std::int32_t pixelsInMode = InchesToPixelsORWIA(a, b);
+        const volatile double lengthInMode = PixelsToInchesORWIA(a, b);
+        const unsigned left = _mm_getcsr();
+        _mm_setcsr(kUsual);
+        CAPTURE(mode);
+        CHECK(left == mode);
+        CHECK(pixelsInMode == pixels);
+        const double same = lengthInMode;
+        CHECK(std::memcmp(&same, &length, sizeof same) == 0);
+      }
+    }
+  }
 }
 
 TEST_CASE("pixels become a length, not rounded") {

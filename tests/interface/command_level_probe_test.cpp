@@ -12,14 +12,14 @@ namespace pmddb832::tests {
 namespace {
 
 struct ProbeFixture : ModuleFixture {
-  ProbeFixture() { PMInit(0, 1); }
+  ProbeFixture() { MakeChannel(); }
 
   ScriptedDevice& ExpectQuestion() { return device.Expect({0x1B, 0x49}); }
 
   // Runs the exchange; "status letter digit" in hexadecimal, or "failed".
   std::string Level() {
     Checkcmd probe(0);
-    if (probe.GetLevelInfo() == 0) return "failed";
+    if (probe.GetLevelInfo(CallNow()) == 0) return "failed";
     return Hex({probe.Level().status, probe.Level().letter, probe.Level().digit});
   }
 };
@@ -107,26 +107,26 @@ TEST_CASE_FIXTURE(ProbeFixture, "a negative length fails without a second read")
 
 TEST_CASE_FIXTURE(ProbeFixture, "opening the probe opens the channel, closing it closes it once") {
   Checkcmd probe(0);
-  CHECK(probe.Open() == 1);
+  CHECK(probe.Open(CallNow()) == 1);
   CHECK(currentChannel->opened == 1);
-  probe.Close();
+  probe.Close(CallNow());
   CHECK(currentChannel->opened == 0);
   currentChannel->Open();
-  probe.Close();
+  probe.Close(CallNow());
   CHECK(currentChannel->opened == 1);
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "destroying an open probe leaves the channel open") {
-  { Checkcmd(0).Open(); }
+  { Checkcmd(0).Open(CallNow()); }
   CHECK(currentChannel->opened == 1);
 }
 
-TEST_CASE_FIXTURE(ProbeFixture, "a probe on a channel that does not open is not opened") {
-  skipDirectOpen = false;
+TEST_CASE_FIXTURE(ProbeFixture, "a probe without a channel is not opened") {
+  Call without{settings, nullptr};
   Checkcmd probe(0);
-  CHECK(probe.Open() == 0);
+  CHECK(probe.Open(without) == 0);
   currentChannel->opened = 1;
-  probe.Close();
+  probe.Close(CallNow());
   CHECK(currentChannel->opened == 1);
 }
 
@@ -135,16 +135,16 @@ TEST_CASE_FIXTURE(ProbeFixture, "the rest of the probe's interface sends nothing
   AcquisitionSetup setup{};
   AcquisitionBand band{};
   std::uint8_t buffer[4] = {};
-  CHECK(probe.EnableOption(5) == 1);
+  CHECK(probe.EnableOption(CallNow(), 5) == 1);
   CHECK(probe.GetLastError() == 0);
-  probe.AbortScan();
-  probe.InitAcquire(2, nullptr, &setup);
-  probe.AcquireImage(buffer, 4, &band);
+  probe.AbortScan(CallNow());
+  probe.InitAcquire(CallNow(), 2, nullptr, &setup);
+  probe.AcquireImage(CallNow(), buffer, 4, &band);
   CHECK(setup.status == 0);
   CHECK(band.status == 0);
-  CHECK(probe.GetOptionStatus(nullptr, 0) == 0);
-  CHECK(probe.SetFocusPos(1, 0x9C) == 0x9C);
-  CHECK(probe.GetScanPaperSize(0, nullptr, nullptr) == 0);
+  CHECK(probe.GetOptionStatus(CallNow(), nullptr, 0) == 0);
+  CHECK(probe.SetFocusPos(CallNow(), 1, 0x9C) == 0x9C);
+  CHECK(probe.GetScanPaperSize(CallNow(), 0, nullptr, nullptr) == 0);
   CHECK(probe.InitWorkArea() == 1);
   CHECK(device.Verdict() == "as scripted");
 }
@@ -157,7 +157,7 @@ TEST_CASE_FIXTURE(ProbeFixture, "bit 0x02 of the status says whether extended co
   for (const Row& row : {Row{0x02, 1}, Row{0xFD, 0}, Row{0xFF, 1}, Row{0x00, 0}}) {
     CAPTURE(row.status);
     ScriptProbe(device, row.status, "A5");
-    CHECK(ExtCommandSupport(0) == 0);
+    CHECK(ExtCommandSupport(CallNow(), 0) == 0);
     CHECK(extendedSupport == row.support);
     CHECK(Hex({commandLevelString, commandLevelString + 3}) == "41 35 00");
     CHECK(currentChannel->opened == 0);
@@ -167,9 +167,9 @@ TEST_CASE_FIXTURE(ProbeFixture, "bit 0x02 of the status says whether extended co
 
 TEST_CASE_FIXTURE(ProbeFixture, "a failed probe answers 0, keeps what was known and stays open") {
   ScriptProbe(device, kAnswersExtended, "B7");
-  ExtCommandSupport(0);
+  ExtCommandSupport(CallNow(), 0);
   ExpectQuestion().Reply({0x15, 0x00, 0x00, 0x00});
-  CHECK(ExtCommandSupport(0) == 0);
+  CHECK(ExtCommandSupport(CallNow(), 0) == 0);
   CHECK(extendedSupport == 1);
   CHECK(std::string(commandLevelString) == "B7");
   CHECK(currentChannel->opened == 1);
@@ -178,20 +178,20 @@ TEST_CASE_FIXTURE(ProbeFixture, "a failed probe answers 0, keeps what was known 
 
 TEST_CASE_FIXTURE(ProbeFixture, "a failed first probe leaves the flag at 0 and the level empty") {
   device.FailNextWrite();
-  CHECK(ExtCommandSupport(0) == 0);
+  CHECK(ExtCommandSupport(CallNow(), 0) == 0);
   CHECK(extendedSupport == 0);
   CHECK(Hex({commandLevelString, commandLevelString + 3}) == "00 00 00");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a channel that does not open ends the probe without a transfer") {
   skipDirectOpen = false;
-  CHECK(ExtCommandSupport(0) == 0);
+  CHECK(ExtCommandSupport(CallNow(), 0) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "no memory for the probe's transport is code 8") {
   const AllocationLimit none(0);
-  CHECK(ExtCommandSupport(0) == 8);
+  CHECK(ExtCommandSupport(CallNow(), 0) == 8);
   CHECK(currentChannel->opened == 0);
   CHECK(device.Verdict() == "as scripted");
 }

@@ -17,7 +17,7 @@ namespace {
 // A module whose command set notes its calls.
 struct Dispatch : ModuleFixture {
   Dispatch() {
-    PMInit(0, 1);
+    MakeChannel();
     currentCommandSet = &set;
   }
   ~Dispatch() { currentCommandSet = nullptr; }
@@ -137,7 +137,7 @@ TEST_CASE_FIXTURE(Dispatch, "feed, eject and reset go straight to the scanner") 
   device.Expect({0x19}).Reply({0x06});
   PMFeed(buffer);
   device.Expect({0x1B, 0x47});
-  set.SendEscCode('G');
+  set.SendEscCode(CallNow(), 'G');
   device.Expect({0x0C}).Reply({0x06});
   PMEject(buffer);
   device.Expect({0x1B, 0x40}).Reply({0x06});

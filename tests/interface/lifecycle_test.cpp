@@ -119,7 +119,7 @@ TEST_CASE("the extended set takes a scanner that answers and a channel that can 
 }
 
 TEST_CASE_FIXTURE(Lifecycle, "a channel can be made alone") {
-  CHECK(PMInit(0, 1) == currentChannel);
+  CHECK(MakeChannel() == currentChannel);
   CHECK(currentChannel != nullptr);
   CHECK(currentChannel->opened == 0);
   CHECK(currentCommandSet == nullptr);
@@ -128,7 +128,7 @@ TEST_CASE_FIXTURE(Lifecycle, "a channel can be made alone") {
 
 TEST_CASE_FIXTURE(Lifecycle, "a channel alone is not asked whether it is ready") {
   settings.useDeviceInterface = 0;
-  CHECK(PMInit(0, 1) != nullptr);
+  CHECK(MakeChannel() != nullptr);
 }
 
 TEST_CASE_FIXTURE(Lifecycle, "a channel that is not ready fails the open and is destroyed") {

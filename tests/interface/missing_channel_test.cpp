@@ -19,14 +19,14 @@ void DestroyChannel() {
 }
 
 // Neither writes nor reads anything.
-void CheckNothingOpens(const ModuleFixture& module) {
+void CheckNothingOpens(ModuleFixture& module) {
   ExtScanCmd extended(0);
   REQUIRE(extended.InitWorkArea() == 1);
-  CHECK(extended.Open() == 0);
+  CHECK(extended.Open(module.CallNow()) == 0);
   StdScanCmd standard(0);
-  CHECK(standard.Open() == 0);
+  CHECK(standard.Open(module.CallNow()) == 0);
   CHECK(standard.GetLastError() == 7);
-  CHECK(Checkcmd(0).Open() == 0);
+  CHECK(Checkcmd(0).Open(module.CallNow()) == 0);
   CHECK(module.device.Verdict() == "as scripted");
 }
 
@@ -36,18 +36,12 @@ TEST_CASE_FIXTURE(ModuleFixture, "nothing opens without a channel") {
   CheckNothingOpens(*this);
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "nothing opens on a channel that does not") {
-  PMInit(0, 1);
-  skipDirectOpen = false;
-  CheckNothingOpens(*this);
-}
-
 TEST_CASE_FIXTURE(ModuleFixture, "a probe whose channel went away closes without it") {
-  PMInit(0, 1);
+  MakeChannel();
   Checkcmd probe(0);
-  REQUIRE(probe.Open() == 1);
+  REQUIRE(probe.Open(CallNow()) == 1);
   DestroyChannel();
-  probe.Close();
+  probe.Close(CallNow());
   CHECK(device.Verdict() == "as scripted");
 }
 

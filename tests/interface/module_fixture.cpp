@@ -24,7 +24,6 @@ ModuleFixture::~ModuleFixture() {
   serverSupport = 0;
   initialisationError = 0;
   std::fill(std::begin(commandLevelString), std::end(commandLevelString), '\0');
-  skipDirectOpen = false;
 }
 
 }  // namespace pmddb832::tests

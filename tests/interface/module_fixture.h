@@ -4,6 +4,7 @@
 #include "interface/lifecycle.h"
 #include "platform/native.h"
 #include "tests/transport/scripted_device.h"
+#include "transport/call.h"
 
 namespace pmddb832::tests {
 
@@ -16,9 +17,20 @@ class ModuleFixture {
   ModuleFixture(const ModuleFixture&) = delete;
   ModuleFixture& operator=(const ModuleFixture&) = delete;
 
+  // Creates the channel, and nothing else.
+  DeviceDriver* MakeChannel() { return PMInit(settings, 0, 1); }
+  // What a call of an export would hand down now.
+  Call& CallNow() {
+    call_.channel = currentChannel;
+    return call_;
+  }
+
   ScannerSettings settings{};
   ScriptedDevice device;
   platform::NativePlatform& system = platform::Native();
+
+ private:
+  Call call_{settings, nullptr};
 };
 
 }  // namespace pmddb832::tests

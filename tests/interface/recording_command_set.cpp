@@ -7,48 +7,51 @@ std::uint32_t RecordingCommandSet::Note(const std::string& call) {
   return result;
 }
 
-std::uint32_t RecordingCommandSet::EnableOption(std::uint32_t value) {
+std::uint32_t RecordingCommandSet::EnableOption(Call& /*call*/, std::uint32_t value) {
   return Note("EnableOption " + std::to_string(value));
 }
 
-void RecordingCommandSet::Close() {
+void RecordingCommandSet::Close(Call& /*call*/) {
   Note("Close");
 }
-std::uint32_t RecordingCommandSet::Open() {
+std::uint32_t RecordingCommandSet::Open(Call& /*call*/) {
   return Note("Open");
 }
 std::uint32_t RecordingCommandSet::GetLastError() {
   return Note("GetLastError");
 }
-std::uint32_t RecordingCommandSet::AbortScan() {
+std::uint32_t RecordingCommandSet::AbortScan(Call& /*call*/) {
   return Note("AbortScan");
 }
 
-void RecordingCommandSet::InitAcquire(std::uint32_t outputFormat, ProgressCallback callback,
-                                      AcquisitionSetup* record) {
+void RecordingCommandSet::InitAcquire(Call& /*call*/, std::uint32_t outputFormat,
+                                      ProgressCallback callback, AcquisitionSetup* record) {
   Note("InitAcquire " + std::to_string(outputFormat));
   progress = callback;
   setup = record;
 }
 
-void RecordingCommandSet::AcquireImage(std::uint8_t* to, std::uint32_t bufferBytes,
+void RecordingCommandSet::AcquireImage(Call& /*call*/, std::uint8_t* to, std::uint32_t bufferBytes,
                                        AcquisitionBand* record) {
   Note("AcquireImage " + std::to_string(bufferBytes));
   buffer = to;
   band = record;
 }
 
-std::uint32_t RecordingCommandSet::GetOptionStatus(std::uint8_t* mainStatus, std::uint32_t option) {
+std::uint32_t RecordingCommandSet::GetOptionStatus(Call& /*call*/, std::uint8_t* mainStatus,
+                                                   std::uint32_t option) {
   mainStatusGiven = mainStatus != nullptr;
   return Note("GetOptionStatus " + std::to_string(option));
 }
 
-std::uint8_t RecordingCommandSet::SetFocusPos(std::uint32_t mode, std::uint8_t hostPosition) {
+std::uint8_t RecordingCommandSet::SetFocusPos(Call& /*call*/, std::uint32_t mode,
+                                              std::uint8_t hostPosition) {
   Note("SetFocusPos " + std::to_string(mode) + " " + std::to_string(hostPosition));
   return position;
 }
 
-std::uint32_t RecordingCommandSet::GetScanPaperSize(std::uint32_t option, std::uint32_t* toWidth,
+std::uint32_t RecordingCommandSet::GetScanPaperSize(Call& /*call*/, std::uint32_t option,
+                                                    std::uint32_t* toWidth,
                                                     std::uint32_t* toHeight) {
   width = toWidth;
   height = toHeight;

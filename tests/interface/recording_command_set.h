@@ -7,8 +7,7 @@
 
 namespace pmddb832::tests {
 
-// A command set that does nothing but note how it is called, and that opens the common base to
-// tests. Its results are set by the test.
+// A command set that does nothing but note how it is called. Its results are set by the test.
 class RecordingCommandSet final : public GeneralCmd {
  public:
   RecordingCommandSet() : GeneralCmd(0) {}
@@ -17,23 +16,19 @@ class RecordingCommandSet final : public GeneralCmd {
   std::uint32_t result = 0;
   std::uint8_t position = 0;
 
-  using GeneralCmd::NoteScanStarted;
-  using GeneralCmd::ReadFocusPosition;
-  using GeneralCmd::SendEscBlock;
-  using GeneralCmd::SendEscTable;
-
-  std::uint32_t EnableOption(std::uint32_t value) override;
-  void Close() override;
-  std::uint32_t Open() override;
+  std::uint32_t EnableOption(Call& call, std::uint32_t value) override;
+  void Close(Call& call) override;
+  std::uint32_t Open(Call& call) override;
   std::uint32_t GetLastError() override;
-  std::uint32_t AbortScan() override;
-  void InitAcquire(std::uint32_t outputFormat, ProgressCallback progress,
+  std::uint32_t AbortScan(Call& call) override;
+  void InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
                    AcquisitionSetup* setup) override;
-  void AcquireImage(std::uint8_t* buffer, std::uint32_t bufferBytes,
+  void AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bufferBytes,
                     AcquisitionBand* band) override;
-  std::uint32_t GetOptionStatus(std::uint8_t* mainStatus, std::uint32_t option) override;
-  std::uint8_t SetFocusPos(std::uint32_t mode, std::uint8_t hostPosition) override;
-  std::uint32_t GetScanPaperSize(std::uint32_t option, std::uint32_t* width,
+  std::uint32_t GetOptionStatus(Call& call, std::uint8_t* mainStatus,
+                                std::uint32_t option) override;
+  std::uint8_t SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t hostPosition) override;
+  std::uint32_t GetScanPaperSize(Call& call, std::uint32_t option, std::uint32_t* width,
                                  std::uint32_t* height) override;
 
   // Pointers that came with the last call.

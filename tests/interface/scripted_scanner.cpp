@@ -106,15 +106,18 @@ Bytes FilledRecordAfterOpen(const ScannerSettings& model) {
 }
 
 std::uint32_t OpenSet() {
-  return currentCommandSet->Open();
+  Call call{*currentSettings, currentChannel};
+  return currentCommandSet->Open(call);
 }
 
 std::uint32_t AbortSet() {
-  return currentCommandSet->AbortScan();
+  Call call{*currentSettings, currentChannel};
+  return currentCommandSet->AbortScan(call);
 }
 
 std::uint32_t SetStatus(std::uint8_t* mainStatus, std::uint32_t option) {
-  return currentCommandSet->GetOptionStatus(mainStatus, option);
+  Call call{*currentSettings, currentChannel};
+  return currentCommandSet->GetOptionStatus(call, mainStatus, option);
 }
 
 ScriptedScanner::ScriptedScanner() {

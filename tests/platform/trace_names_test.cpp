@@ -17,7 +17,7 @@ namespace {
 struct NamesFixture : ModuleFixture {
   NamesFixture() {
     system.logAvailable = true;
-    PMInit(0, 1);
+    MakeChannel();
   }
 
   // The name of the outermost scope of a call.
@@ -45,10 +45,10 @@ TEST_CASE_FIXTURE(NamesFixture, "names of the device channel") {
   std::uint8_t byte = 0;
   const Name names[] = {
       {"Sddnt::Open", [&] { channel.Open(); }},
-      {"Sddnt::Close", [&] { channel.Close(); }},
-      {"Sddnt::IsReady", [&] { channel.IsReady(); }},
-      {"Sddnt::Read", [&] { channel.Read(&byte, 1); }},
-      {"Sddnt::Write", [&] { channel.Write(&byte, 1); }},
+      {"Sddnt::Close", [&] { channel.Close(settings); }},
+      {"Sddnt::IsReady", [&] { channel.IsReady(settings); }},
+      {"Sddnt::Read", [&] { channel.Read(settings, &byte, 1); }},
+      {"Sddnt::Write", [&] { channel.Write(settings, &byte, 1); }},
       {"Sddnt::GetScanServerSupportFunction", [&] { channel.GetScanServerSupportFunction(); }},
       {"Sddnt::GetOpsys", [&] { channel.GetOpsys(); }},
   };
@@ -68,28 +68,28 @@ TEST_CASE_FIXTURE(NamesFixture, "names of the transport") {
   LocalType wire;
   Bytes bytes(1);
   const Name names[] = {
-      {"Sgeneral::LocalType::SendAck", [&] { wire.SendAck(0x06); }},
-      {"Sgeneral::LocalType::CheckAck", [&] { wire.CheckAck(); }},
-      {"Sgeneral::LocalType::SendEscCode", [&] { wire.SendEscCode('I'); }},
-      {"Sgeneral::LocalType::SendFSCode", [&] { wire.SendFSCode('I'); }},
-      {"Sgeneral::LocalType::Read", [&] { wire.Read(bytes); }},
-      {"Sgeneral::LocalType::Write", [&] { wire.Write(bytes); }},
-      {"Sgeneral::LocalType::FeedPaper", [&] { wire.FeedPaper(); }},
-      {"Sgeneral::LocalType::EjectPage", [&] { wire.EjectPage(); }},
+      {"Sgeneral::LocalType::SendAck", [&] { wire.SendAck(CallNow(), 0x06); }},
+      {"Sgeneral::LocalType::CheckAck", [&] { wire.CheckAck(CallNow()); }},
+      {"Sgeneral::LocalType::SendEscCode", [&] { wire.SendEscCode(CallNow(), 'I'); }},
+      {"Sgeneral::LocalType::SendFSCode", [&] { wire.SendFSCode(CallNow(), 'I'); }},
+      {"Sgeneral::LocalType::Read", [&] { wire.Read(CallNow(), bytes); }},
+      {"Sgeneral::LocalType::Write", [&] { wire.Write(CallNow(), bytes); }},
+      {"Sgeneral::LocalType::FeedPaper", [&] { wire.FeedPaper(CallNow()); }},
+      {"Sgeneral::LocalType::EjectPage", [&] { wire.EjectPage(CallNow()); }},
   };
   for (const Name& entry : names) CHECK(NameOf(entry.call) == entry.name);
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "names of the commands that all sets share") {
   const Name names[] = {
-      {"Sgeneral::GeneralCmd::SendEscCode", [&] { set.SendEscCode('I'); }},
-      {"Sgeneral::GeneralCmd::SendAck", [&] { set.SendAck(0x06); }},
-      {"Sgeneral::GeneralCmd::CheckAck", [&] { set.CheckAck(); }},
-      {"Sgeneral::GeneralCmd::FeedPaper", [&] { set.FeedPaper(); }},
-      {"Sgeneral::GeneralCmd::EjectPage", [&] { set.EjectPage(); }},
-      {"Sgeneral::GeneralCmd::ResetScanner", [&] { set.ResetScanner(); }},
+      {"Sgeneral::GeneralCmd::SendEscCode", [&] { set.SendEscCode(CallNow(), 'I'); }},
+      {"Sgeneral::GeneralCmd::SendAck", [&] { set.SendAck(CallNow(), 0x06); }},
+      {"Sgeneral::GeneralCmd::CheckAck", [&] { set.CheckAck(CallNow()); }},
+      {"Sgeneral::GeneralCmd::FeedPaper", [&] { set.FeedPaper(CallNow()); }},
+      {"Sgeneral::GeneralCmd::EjectPage", [&] { set.EjectPage(CallNow()); }},
+      {"Sgeneral::GeneralCmd::ResetScanner", [&] { set.ResetScanner(CallNow()); }},
       {"Sgeneral::GeneralCmd::SetGamma", [&] { set.SetGamma(100); }},
-      {"Sgeneral::GeneralCmd::GetHalfTones", [&] { set.GetHalfTones(); }},
+      {"Sgeneral::GeneralCmd::GetHalfTones", [&] { set.GetHalfTones(settings); }},
       {"Sgeneral::GeneralCmd::InitWorkArea", [&] { set.InitWorkArea(); }},
   };
   for (const Name& entry : names) CHECK(NameOf(entry.call) == entry.name);
@@ -97,7 +97,7 @@ TEST_CASE_FIXTURE(NamesFixture, "names of the commands that all sets share") {
 
 TEST_CASE_FIXTURE(NamesFixture, "a reset is traced like the sending of its letter") {
   device.Expect({0x1B, 0x40}).Reply({0x06});
-  NameOf([&] { set.ResetScanner(); });
+  NameOf([&] { set.ResetScanner(CallNow()); });
   REQUIRE(system.logLines.size() > 2);
   CHECK(system.logLines[1].text == "Sgeneral::GeneralCmd::SendEscCode, entering");
 }
@@ -110,14 +110,14 @@ TEST_CASE_FIXTURE(NamesFixture, "names of the image routines") {
       {"Scanutil::InchesToPixelsORWIA", [] { InchesToPixelsORWIA(1, 1); }},
       {"Scanutil::PixelsToInchesORWIA", [] { PixelsToInchesORWIA(1, 1); }},
       {"Scanutil::CalcResolution", [] { CalcResolution(1, 1); }},
-      {"Scanutil::Pix2Mono", [&] { Pix2Mono(line, row, 0, false); }},
-      {"Scanutil::Pix256MonoFinal", [&] { Pix256MonoFinal(line, row, 0, false); }},
-      {"Scanutil::Pix256MonoPreview", [&] { Pix256MonoPreview(line, row, 0); }},
-      {"Scanutil::Pix256Color", [&] { Pix256Color(line, row, false, 0); }},
-      {"Scanutil::PixTrueColor", [&] { PixTrueColor(line, row, false, 0); }},
-      {"Scanutil::Pix4096Color", [&] { Pix4096Color(line, row, 0); }},
-      {"Scanutil::PixSuperColor", [&] { PixSuperColor(line, row, false, 0, false); }},
-      {"Scanutil::Pix4096Mono", [&] { Pix4096Mono(line, row, 0, false); }},
+      {"Scanutil::Pix2Mono", [&] { Pix2Mono(line, row, 0, false, false); }},
+      {"Scanutil::Pix256MonoFinal", [&] { Pix256MonoFinal(line, row, 0, false, false); }},
+      {"Scanutil::Pix256MonoPreview", [&] { Pix256MonoPreview(line, row, 0, false); }},
+      {"Scanutil::Pix256Color", [&] { Pix256Color(line, row, false, 0, false); }},
+      {"Scanutil::PixTrueColor", [&] { PixTrueColor(line, row, false, 0, false); }},
+      {"Scanutil::Pix4096Color", [&] { Pix4096Color(line, row, 0, false); }},
+      {"Scanutil::PixSuperColor", [&] { PixSuperColor(line, row, false, 0, false, false); }},
+      {"Scanutil::Pix4096Mono", [&] { Pix4096Mono(line, row, 0, false, false); }},
   };
   for (const Name& entry : names) CHECK(NameOf(entry.call) == entry.name);
 }

@@ -170,10 +170,10 @@ TEST_CASE_FIXTURE(TraceFixture,
 }
 
 TEST_CASE_FIXTURE(TraceFixture, "the probe is traced routine by routine") {
-  PMInit(0, 1);
+  MakeChannel();
   ScriptProbe(device, kAnswersExtended);
   system.logLines.clear();
-  ExtCommandSupport(0);
+  ExtCommandSupport(CallNow(), 0);
   const Lines read{"Sgeneral::LocalType::Read, entering", "Sddnt::Read, entering",
                    "Sddnt::Read, leaving", "Sgeneral::LocalType::Read, leaving"};
   const Lines before{"Pmddb832::ExtCommandSupport, entering",

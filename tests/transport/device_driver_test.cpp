@@ -71,9 +71,9 @@ TEST_CASE_FIXTURE(DirectMode, "direct mode: a fresh channel opens without a call
 TEST_CASE_FIXTURE(DirectMode, "two opens and one close leave the channel closed") {
   CHECK(channel.Open() == 1);
   CHECK(channel.Open() == 1);
-  channel.Close();
+  channel.Close(settings);
   CHECK(channel.opened == 0);
-  channel.Close();
+  channel.Close(settings);
   CHECK(calls == "close 0; ");
 }
 
@@ -81,7 +81,7 @@ TEST_CASE_FIXTURE(DirectMode, "the close entry is called once per open, with 0, 
   status = 5;
   for (int i = 0; i < 2; ++i) {
     CHECK(channel.Open() == 1);
-    channel.Close();
+    channel.Close(settings);
     CHECK(channel.opened == 0);
   }
   CHECK(calls == "close 0; close 0; ");
@@ -90,43 +90,25 @@ TEST_CASE_FIXTURE(DirectMode, "the close entry is called once per open, with 0, 
 TEST_CASE_FIXTURE(DirectMode, "in interface mode an open channel closes without its entry") {
   channel.Open();
   settings.useDeviceInterface = 1;
-  channel.Close();
+  channel.Close(settings);
   CHECK(channel.opened == 0);
   CHECK(calls.empty());
 }
 
-TEST_CASE_FIXTURE(DirectMode, "every channel that is made sets the skip of the open entry") {
-  skipDirectOpen = false;
-  const DeviceDriver another;
-  CHECK(skipDirectOpen);
-}
-
-TEST_CASE_FIXTURE(DirectMode, "without the skip the open entry decides") {
-  skipDirectOpen = false;
-  status = 5;
-  CHECK(channel.Open() == 0);
-  CHECK(channel.opened == 0);
-  status = 0;
-  CHECK(channel.Open() == 1);
-  CHECK(channel.opened == 1);
-  CHECK(channel.Open() == 1);
-  CHECK(calls == "open; open; ");
-}
-
 TEST_CASE_FIXTURE(DirectMode, "direct mode is ready when its entry answers 0") {
-  CHECK(channel.IsReady() == 1);
+  CHECK(channel.IsReady(settings) == 1);
   for (const std::uint32_t answer : {1U, 0x80000000U, 0xFFFFFFFFU}) {
     status = answer;
-    CHECK(channel.IsReady() == 0);
+    CHECK(channel.IsReady(settings) == 0);
   }
 }
 
 TEST_CASE_FIXTURE(InterfaceMode, "interface mode is ready without a device; transfers fail") {
   settings.deviceInterface = nullptr;
   std::uint8_t byte = 0x11;
-  CHECK(channel.IsReady() == 1);
-  CHECK(channel.Read(&byte, 1) == 4);
-  CHECK(channel.Write(&byte, 1) == 3);
+  CHECK(channel.IsReady(settings) == 1);
+  CHECK(channel.Read(settings, &byte, 1) == 4);
+  CHECK(channel.Write(settings, &byte, 1) == 3);
   CHECK(byte == 0x11);
 }
 
@@ -135,9 +117,9 @@ TEST_CASE_FIXTURE(DirectMode,
   settings.useDeviceInterface = 0x80000000;
   device.Expect({0x1B, 0x49}).Reply({0x02});
   Bytes bytes{0x1B, 0x49};
-  CHECK(channel.IsReady() == 1);
-  CHECK(channel.Write(bytes.data(), 2) == 0);
-  CHECK(channel.Read(bytes.data(), 1) == 0);
+  CHECK(channel.IsReady(settings) == 1);
+  CHECK(channel.Write(settings, bytes.data(), 2) == 0);
+  CHECK(channel.Read(settings, bytes.data(), 1) == 0);
   CHECK(calls.empty());
   CHECK(device.Verdict() == "as scripted");
 }
@@ -147,8 +129,8 @@ TEST_CASE_FIXTURE(InterfaceMode,
   device.Expect({0x00, 0xFF, 0x1C}).Reply({0x06, 0x15, 0x00, 0xFF});
   const Bytes sent{0x00, 0xFF, 0x1C};
   Bytes received(4);
-  CHECK(channel.Write(sent.data(), 3) == 0);
-  CHECK(channel.Read(received.data(), 4) == 0);
+  CHECK(channel.Write(settings, sent.data(), 3) == 0);
+  CHECK(channel.Read(settings, received.data(), 4) == 0);
   CHECK(Hex(received) == "06 15 00 FF");
   CHECK(channel.opened == 0);
   CHECK(device.Verdict() == "as scripted");
@@ -157,15 +139,15 @@ TEST_CASE_FIXTURE(InterfaceMode,
 TEST_CASE_FIXTURE(InterfaceMode, "transfers of no bytes still go to the device") {
   device.Expect({}).Reply({});
   std::uint8_t byte = 0;
-  CHECK(channel.Write(&byte, 0) == 0);
-  CHECK(channel.Read(&byte, 0) == 0);
+  CHECK(channel.Write(settings, &byte, 0) == 0);
+  CHECK(channel.Read(settings, &byte, 0) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(InterfaceMode, "a read that delivers less than asked counts as success") {
   device.ShortReply(4, {0x02});
   Bytes bytes(4, 0xEE);
-  CHECK(channel.Read(bytes.data(), 4) == 0);
+  CHECK(channel.Read(settings, bytes.data(), 4) == 0);
   CHECK(Hex(bytes) == "02 EE EE EE");
 }
 
@@ -174,8 +156,8 @@ TEST_CASE_FIXTURE(InterfaceMode, "a result that is not negative is success") {
   for (const std::int32_t result : {0, 1, 0x7FFFFFFF}) {
     device.success = result;
     device.Expect({0x00}).Reply({0x00});
-    CHECK(channel.Write(&byte, 1) == 0);
-    CHECK(channel.Read(&byte, 1) == 0);
+    CHECK(channel.Write(settings, &byte, 1) == 0);
+    CHECK(channel.Read(settings, &byte, 1) == 0);
   }
   CHECK(device.Verdict() == "as scripted");
 }
@@ -183,19 +165,19 @@ TEST_CASE_FIXTURE(InterfaceMode, "a result that is not negative is success") {
 TEST_CASE_FIXTURE(InterfaceMode, "a negative result is 3 for a write and 4 for a read") {
   std::uint8_t byte = 0;
   device.FailNextWrite().FailNextRead();
-  CHECK(channel.Write(&byte, 1) == 3);
-  CHECK(channel.Read(&byte, 1) == 4);
+  CHECK(channel.Write(settings, &byte, 1) == 3);
+  CHECK(channel.Read(settings, &byte, 1) == 4);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(DirectMode, "direct mode passes buffer, length and status on unchanged") {
   Bytes bytes{0x1B, 0x40};
-  CHECK(channel.Write(bytes.data(), 2) == 0);
-  CHECK(channel.Read(bytes.data(), 1) == 0);
+  CHECK(channel.Write(settings, bytes.data(), 2) == 0);
+  CHECK(channel.Read(settings, bytes.data(), 1) == 0);
   CHECK(Hex(bytes) == "5A 40");
   status = 0x12345678;
-  CHECK(channel.Write(bytes.data(), 1) == 0x12345678);
-  CHECK(channel.Read(bytes.data(), 0) == 0x12345678);
+  CHECK(channel.Write(settings, bytes.data(), 1) == 0x12345678);
+  CHECK(channel.Read(settings, bytes.data(), 0) == 0x12345678);
   CHECK(calls == "write 1B 40; read 1; write 5A; read 0; ");
   CHECK(device.Verdict() == "as scripted");
 }
@@ -203,21 +185,12 @@ TEST_CASE_FIXTURE(DirectMode, "direct mode passes buffer, length and status on u
 TEST_CASE_FIXTURE(InterfaceMode, "direct mode without entries fails and crashes nothing") {
   settings.useDeviceInterface = 0;
   std::uint8_t byte = 0;
-  CHECK(channel.IsReady() == 0);
-  CHECK(channel.Read(&byte, 1) == 4);
-  CHECK(channel.Write(&byte, 1) == 3);
+  CHECK(channel.IsReady(settings) == 0);
+  CHECK(channel.Read(settings, &byte, 1) == 4);
+  CHECK(channel.Write(settings, &byte, 1) == 3);
   CHECK(channel.Open() == 1);
-  channel.Close();
+  channel.Close(settings);
   CHECK(channel.opened == 0);
-  skipDirectOpen = false;
-  CHECK(channel.Open() == 0);
-}
-
-TEST_CASE_FIXTURE(InterfaceMode, "without a settings record nothing is transferred") {
-  currentSettings = nullptr;
-  std::uint8_t byte = 0;
-  CHECK(channel.Read(&byte, 1) == 4);
-  CHECK(channel.Write(&byte, 1) == 3);
 }
 
 TEST_CASE_FIXTURE(InterfaceMode, "the support mask is 0xFFFF, whatever the mode and the state") {
@@ -258,7 +231,14 @@ TEST_CASE_FIXTURE(DirectMode, "destroying an open channel closes it, a closed on
   {
     DeviceDriver open;
     Bind(open);
+    open.recordAtEnd = &settings;
     open.Open();
+  }
+  CHECK(calls == "close 0; ");
+  {
+    DeviceDriver withoutRecord;
+    Bind(withoutRecord);
+    withoutRecord.Open();
   }
   CHECK(calls == "close 0; ");
 }

@@ -12,32 +12,32 @@ namespace {
 constexpr std::uint8_t kEscape = 0x1B;
 
 struct CommandSetFixture : ModuleFixture {
-  CommandSetFixture() { PMInit(0, 1); }
+  CommandSetFixture() { MakeChannel(); }
 
   void Feed() {
     device.Expect({0x19}).Reply({0x06});
-    CHECK(set.FeedPaper() == 1);
+    CHECK(set.FeedPaper(CallNow()) == 1);
   }
   void StartScan() {
     device.Expect({kEscape, 0x47});
-    CHECK(set.SendEscCode('G') == 1);
+    CHECK(set.SendEscCode(CallNow(), 'G') == 1);
   }
   void Eject() {
     device.Expect({0x0C}).Reply({0x06});
-    CHECK(set.EjectPage() == 1);
+    CHECK(set.EjectPage(CallNow()) == 1);
   }
   void Reset() {
     device.Expect({kEscape, 0x40}).Reply({0x06});
-    CHECK(set.ResetScanner() == 1);
+    CHECK(set.ResetScanner(CallNow()) == 1);
   }
   // What may be sent in each state of the page: no page, a page fed, a page scanned.
   void CheckNoPage() {
-    CHECK(set.EjectPage() == 0);
+    CHECK(set.EjectPage(CallNow()) == 0);
     Feed();
   }
   void CheckFed() {
-    CHECK(set.FeedPaper() == 0);
-    CHECK(set.EjectPage() == 0);
+    CHECK(set.FeedPaper(CallNow()) == 0);
+    CHECK(set.EjectPage(CallNow()) == 0);
   }
   void CheckScanned() { Eject(); }
 
@@ -60,7 +60,7 @@ TEST_CASE_FIXTURE(CommandSetFixture, "behind a feed neither feed nor eject sends
 TEST_CASE_FIXTURE(CommandSetFixture, "behind ESC G the page can be ejected, once") {
   StartScan();
   Eject();
-  CHECK(set.EjectPage() == 0);
+  CHECK(set.EjectPage(CallNow()) == 0);
   CheckNoPage();
   CHECK(device.Verdict() == "as scripted");
 }
@@ -85,7 +85,7 @@ TEST_CASE_FIXTURE(CommandSetFixture, "only the letter G moves the state of the p
   for (int letter = 0; letter < 256; ++letter) {
     if (letter == 'G') continue;
     device.Expect({kEscape, static_cast<std::uint8_t>(letter)});
-    CHECK(set.SendEscCode(static_cast<std::uint8_t>(letter)) == 1);
+    CHECK(set.SendEscCode(CallNow(), static_cast<std::uint8_t>(letter)) == 1);
   }
   CheckNoPage();
   CHECK(device.Verdict() == "as scripted");
@@ -93,7 +93,7 @@ TEST_CASE_FIXTURE(CommandSetFixture, "only the letter G moves the state of the p
 
 TEST_CASE_FIXTURE(CommandSetFixture, "an ESC G that cannot be sent moves the state all the same") {
   device.FailNextWrite();
-  CHECK(set.SendEscCode('G') == 0);
+  CHECK(set.SendEscCode(CallNow(), 'G') == 0);
   CheckScanned();
   CHECK(device.Verdict() == "as scripted");
 }
@@ -108,12 +108,12 @@ TEST_CASE_FIXTURE(CommandSetFixture, "the start of an extended scan moves the st
 TEST_CASE_FIXTURE(CommandSetFixture, "a failed feed leaves the state as it was") {
   StartScan();
   device.Expect({0x19}).Reply({0x15});
-  CHECK(set.FeedPaper() == 0);
+  CHECK(set.FeedPaper(CallNow()) == 0);
   device.FailNextWrite();
-  CHECK(set.FeedPaper() == 0);
+  CHECK(set.FeedPaper(CallNow()) == 0);
   CheckScanned();
   device.Expect({0x19}).Reply({0x15});
-  CHECK(set.FeedPaper() == 0);
+  CHECK(set.FeedPaper(CallNow()) == 0);
   CheckNoPage();
   CHECK(device.Verdict() == "as scripted");
 }
@@ -121,9 +121,9 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a failed feed leaves the state as it was")
 TEST_CASE_FIXTURE(CommandSetFixture, "a failed eject leaves the state as it was") {
   StartScan();
   device.Expect({0x0C}).Reply({0x15});
-  CHECK(set.EjectPage() == 0);
+  CHECK(set.EjectPage(CallNow()) == 0);
   device.Expect({0x0C}).FailNextRead();
-  CHECK(set.EjectPage() == 0);
+  CHECK(set.EjectPage(CallNow()) == 0);
   CheckScanned();
   CHECK(device.Verdict() == "as scripted");
 }
@@ -141,64 +141,64 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a reset is ESC @ and an acknowledge; no pa
 TEST_CASE_FIXTURE(CommandSetFixture, "a reset forgets the page even when the scanner is silent") {
   Feed();
   device.FailNextWrite();
-  CHECK(set.ResetScanner() == 0);
+  CHECK(set.ResetScanner(CallNow()) == 0);
   CheckNoPage();
   StartScan();
   device.Expect({kEscape, 0x40}).FailNextRead();
-  CHECK(set.ResetScanner() == 0);
+  CHECK(set.ResetScanner(CallNow()) == 0);
   CheckNoPage();
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a reset that is not acknowledged fails") {
   device.Expect({kEscape, 0x40}).Reply({0x15}).Expect({kEscape, 0x40}).Reply({0x00});
-  CHECK(set.ResetScanner() == 0);
-  CHECK(set.ResetScanner() == 0);
+  CHECK(set.ResetScanner(CallNow()) == 0);
+  CHECK(set.ResetScanner(CallNow()) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "acknowledges go through the transport") {
   device.Expect({0x06}).Expect({0x18}).Reply({0x06}).Reply({0x06}).Reply({0x15});
-  CHECK(set.SendAck(0x06) == 1);
-  CHECK(set.SendAck(0x18) == 1);
-  CHECK(set.CheckAck() == 1);
-  CHECK(set.CheckAck() == 0);
+  CHECK(set.SendAck(CallNow(), 0x06) == 1);
+  CHECK(set.SendAck(CallNow(), 0x18) == 1);
+  CHECK(set.CheckAck(CallNow()) == 1);
+  CHECK(set.CheckAck(CallNow()) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block needs both acknowledges") {
   device.ExpectBlock(kEscape, 'm', {1, 2, 3});
-  CHECK(set.SendEscBlock('m', Bytes{1, 2, 3}) == 1);
+  CHECK(SendEscBlock(set, CallNow(), 'm', Bytes{1, 2, 3}) == 1);
   device.Expect({kEscape, 'm'}).Reply({0x06}).Expect({1}).Reply({0x15});
-  CHECK(set.SendEscBlock('m', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'm', Bytes{1}) == 0);
   device.Expect({kEscape, 'm'}).Reply({0x15});
-  CHECK(set.SendEscBlock('m', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'm', Bytes{1}) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block stops at the transfer that fails") {
   device.FailNextWrite();
-  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
   device.Expect({kEscape, 'z'}).FailNextRead();
-  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
   device.Expect({kEscape, 'z'}).Reply({0x06}).FailNextWrite();
-  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
   device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({1}).FailNextRead();
-  CHECK(set.SendEscBlock('z', Bytes{1}) == 0);
+  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a table is sent behind its prefix byte, in one transfer") {
   device.ExpectBlock(kEscape, 'z', Bytes{'R'} + Fill(256, 0xA7));
-  CHECK(set.SendEscTable('z', 'R', Fill(256, 0xA7)) == 1);
+  CHECK(SendEscTable(set, CallNow(), 'z', 'R', Fill(256, 0xA7)) == 1);
   device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({'M', 1, 2}).Reply({0x15});
-  CHECK(set.SendEscTable('z', 'M', Bytes{1, 2}) == 0);
+  CHECK(SendEscTable(set, CallNow(), 'z', 'M', Bytes{1, 2}) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "the prefix 0xFF stands for none") {
   device.ExpectBlock(kEscape, 'm', Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9});
-  CHECK(set.SendEscTable('m', 0xFF, Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9}) == 1);
+  CHECK(SendEscTable(set, CallNow(), 'm', 0xFF, Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9}) == 1);
   CHECK(device.Verdict() == "as scripted");
 }
 
@@ -227,7 +227,7 @@ TEST_CASE_FIXTURE(CommandSetFixture, "halftone rows that each level digit suppor
   for (const Row& row : rows) {
     CAPTURE(static_cast<int>(row.digit));
     settings.commandLevelText[1] = row.digit;
-    CHECK(set.GetHalfTones() == row.count);
+    CHECK(set.GetHalfTones(settings) == row.count);
   }
   CHECK(device.Verdict() == "as scripted");
 }

@@ -52,59 +52,59 @@ TEST_CASE("ids match as a whole and by case only") {
 TEST_CASE_FIXTURE(NamesFixture,
                   "the host's model id ends at its zero, or at its eighth character") {
   SetModelId("");
-  CHECK(HostModelId() == "");
+  CHECK(HostModelId(settings) == "");
   SetModelId("RV3100");
-  CHECK(HostModelId() == "RV3100");
+  CHECK(HostModelId(settings) == "RV3100");
   SetModelId("RV7000H");
-  CHECK(HostModelId() == "RV7000H");
+  CHECK(HostModelId(settings) == "RV7000H");
   SetModelId("RV7000HX");
-  CHECK(HostModelId() == "RV7000HX");
+  CHECK(HostModelId(settings) == "RV7000HX");
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "the unknown model's name fills its field exactly") {
-  StoreModelName(kUnknownModelName);
+  StoreModelName(settings, kUnknownModelName);
   CHECK(ModelName() == "4F 52 56 41 4E 20 20 00");
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "a shorter name is terminated, and nothing is written behind it") {
   std::fill(std::begin(settings.modelName), std::end(settings.modelName), '#');
-  StoreModelName("HK300");
+  StoreModelName(settings, "HK300");
   CHECK(ModelName() == "48 4B 33 30 30 00 23 23");
-  StoreModelName("");
+  StoreModelName(settings, "");
   CHECK(ModelName() == "00 4B 33 30 30 00 23 23");
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "a name of eight characters is cut to seven and terminated") {
-  StoreModelName("ABCDEFGH");
+  StoreModelName(settings, "ABCDEFGH");
   CHECK(ModelName() == "41 42 43 44 45 46 47 00");
   CHECK(settings.docFeedOption == 0);
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "a product name of 16 characters is stored as it is, terminated") {
-  CHECK(StoreProductName(Text("SCANNER QM-43000")) == "SCANNER QM-43000");
+  CHECK(StoreProductName(settings, Text("SCANNER QM-43000")) == "SCANNER QM-43000");
   CHECK(ProductName() == std::string("SCANNER QM-43000\0", 17));
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "a shorter product name is padded with blanks") {
   std::fill(std::begin(settings.productNameReply), std::end(settings.productNameReply), '#');
-  CHECK(StoreProductName(Text("RV-700XL") + Fill(8, 0)) == "RV-700XL        ");
+  CHECK(StoreProductName(settings, Text("RV-700XL") + Fill(8, 0)) == "RV-700XL        ");
   CHECK(ProductName() == std::string("RV-700XL        \0", 17));
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "a product name that is cut off by the reply is padded too") {
-  CHECK(StoreProductName(Text("RV")) == "RV              ");
-  CHECK(StoreProductName({}).front() == '\0');
+  CHECK(StoreProductName(settings, Text("RV")) == "RV              ");
+  CHECK(StoreProductName(settings, {}).front() == '\0');
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "no more than 16 characters of a product name are taken") {
-  CHECK(StoreProductName(Text("SCANNER QM-43000 II")) == "SCANNER QM-43000");
+  CHECK(StoreProductName(settings, Text("SCANNER QM-43000 II")) == "SCANNER QM-43000");
   CHECK(ProductName() == std::string("SCANNER QM-43000\0", 17));
   CHECK(settings.reserved1809[0] == 0);
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "the first character is never padded: an empty name stays empty") {
   std::fill(std::begin(settings.productNameReply), std::end(settings.productNameReply), '#');
-  CHECK(StoreProductName(Fill(16, 0)).front() == '\0');
+  CHECK(StoreProductName(settings, Fill(16, 0)).front() == '\0');
   CHECK(std::strlen(settings.productNameReply) == 0);
 }
 

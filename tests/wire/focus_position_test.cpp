@@ -2,22 +2,24 @@
 
 #include "tests/interface/module_fixture.h"
 #include "tests/interface/recording_command_set.h"
+#include "transport/focus_query.h"
 #include "wire/focus.h"
 
 namespace pmddb832::tests {
 namespace {
 
 struct FocusFixture : ModuleFixture {
-  FocusFixture() { PMInit(0, 1); }
+  FocusFixture() { MakeChannel(); }
 
   // ESC "q" and a reply whose header declares as many bytes as `data` has.
   std::uint8_t PositionFrom(const Bytes& data) {
     const auto count = static_cast<std::uint8_t>(data.size());
     device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, count, 0x00}).Reply(data);
-    return set.ReadFocusPosition();
+    return ReadFocusPosition(set, CallNow(), buffer);
   }
 
   RecordingCommandSet set;
+  ReplyBuffer buffer{};
 };
 
 }  // namespace
@@ -57,25 +59,25 @@ TEST_CASE_FIXTURE(FocusFixture, "a reply that cannot hold a position tells none"
 TEST_CASE_FIXTURE(FocusFixture, "a reply of 150 bytes fits, a longer one is not read") {
   CHECK(PositionFrom(Bytes{0x00, 0x60} + Fill(148, 0xAA)) == 0x60);
   device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x97, 0x00});
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0xFF, 0xFF});
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(FocusFixture, "a header without STX is not followed by a read") {
   device.Expect({0x1B, 0x71}).Reply({0x15, 0x00, 0x02, 0x00});
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(FocusFixture, "every transfer of the query may fail") {
   device.FailNextWrite();
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   device.Expect({0x1B, 0x71}).FailNextRead();
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).FailNextRead();
-  CHECK(set.ReadFocusPosition() == 0xFF);
+  CHECK(ReadFocusPosition(set, CallNow(), buffer) == 0xFF);
   CHECK(device.Verdict() == "as scripted");
 }
 
