@@ -52,12 +52,12 @@ class FakeDevice final : public IStiDevice {
   }
   STDMETHODIMP RawReadData(LPVOID buffer, LPDWORD count, LPOVERLAPPED) override {
     std::uint32_t bytes = *count;
-    const HRESULT result = scanner->RawReadData(buffer, &bytes, nullptr);
+    const HRESULT result = scanner_->RawReadData(buffer, &bytes, nullptr);
     *count = bytes;
     return result;
   }
   STDMETHODIMP RawWriteData(LPVOID buffer, DWORD count, LPOVERLAPPED) override {
-    return scanner->RawWriteData(buffer, count, nullptr);
+    return scanner_->RawWriteData(buffer, count, nullptr);
   }
 
   STDMETHODIMP Initialize(HINSTANCE, LPCWSTR, DWORD, DWORD) override { return E_NOTIMPL; }
