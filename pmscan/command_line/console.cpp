@@ -74,9 +74,10 @@ std::size_t ErrorOutputColumns() {
   return columns > 0 ? static_cast<std::size_t>(columns) : kUsual;
 }
 
-// Each output operation of std::cerr flushes the buffer at its end.
-void JoinErrorOutput() {
+// Each output operation of std::cerr flushes what std::cout has, and its own text at its end.
+void JoinOutput() {
   constexpr std::size_t kBytes = 4096;
+  std::setvbuf(stdout, nullptr, _IOFBF, kBytes);
   std::setvbuf(stderr, nullptr, _IOFBF, kBytes);
 }
 

@@ -25,8 +25,8 @@ bool IsErrorOutputTerminal();
 // Columns of the terminal that standard error goes to; 80 where that is not known.
 std::size_t ErrorOutputColumns();
 
-// From here on a text that goes to standard error goes there in one piece, not letter by letter.
-void JoinErrorOutput();
+// From here on a text goes to standard output and standard error in one piece.
+void JoinOutput();
 
 // From here on Ctrl+C no longer ends the program but makes IsInterrupted true.
 void CatchInterrupt();

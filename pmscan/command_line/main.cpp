@@ -179,7 +179,7 @@ int Run() {
 }  // namespace pmscan
 
 int main() {
-  pmscan::JoinErrorOutput();
+  pmscan::JoinOutput();
   try {
     return pmscan::Run();
   } catch (const pmscan::Failure& failure) {

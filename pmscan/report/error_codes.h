@@ -9,11 +9,11 @@
 
 namespace pmscan {
 
+using pmddb832::kOptionEmpty;
+using pmddb832::kOptionOpen;
 using pmddb832::kTooLarge;
 using pmddb832::kTransferFailed;
 using pmddb832::kWarmingUp;
-inline constexpr std::uint32_t kFeederEmpty = pmddb832::kOptionEmpty;
-inline constexpr std::uint32_t kCoverOpen = pmddb832::kOptionOpen;
 
 // The numbers that are pmscan's own.
 enum FailureCode : std::uint32_t {

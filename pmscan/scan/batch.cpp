@@ -31,7 +31,7 @@ class CountingSink : public RowSink {
 
 // Paper may yet be put in, and the cover is open meanwhile.
 bool MayChange(std::uint32_t status) {
-  return status == kFeederEmpty || status == kCoverOpen;
+  return status == kOptionEmpty || status == kOptionOpen;
 }
 
 class BatchScan {
@@ -67,7 +67,7 @@ BatchEnd BatchScan::Run() {
       RequireReady();
       ScanPage();
     } catch (const Failure& failure) {
-      const bool isEnd = failure.code == kFeederEmpty && !isInPage_ && !saved_.empty();
+      const bool isEnd = failure.code == kOptionEmpty && !isInPage_ && !saved_.empty();
       if (isEnd) return BatchEnd::kFeederEmpty;
       throw;
     }

@@ -122,7 +122,7 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a batch ends with the number of pages that w
 
 TEST_CASE_FIXTURE(Fixture, "pmscan: a feeder that is empty from the start is a failure") {
   feeder.statuses = {13};
-  CHECK(Scan() == pmscan::kFeederEmpty);
+  CHECK(Scan() == pmscan::kOptionEmpty);
   CHECK(store.story == " finish");
 }
 
@@ -137,7 +137,7 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a feeder that turns out empty when the page 
 TEST_CASE_FIXTURE(Fixture, "pmscan: paper that runs out within a page is a failure") {
   feeder.failsAtLine = 6;
   feeder.failure = 13;
-  CHECK(Scan() == pmscan::kFeederEmpty);
+  CHECK(Scan() == pmscan::kOptionEmpty);
   CHECK(saved.size() == 1);
 }
 
@@ -183,7 +183,7 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: the feeder is asked again until paper is the
 TEST_CASE_FIXTURE(Fixture, "pmscan: the feeder is asked again as often as allowed") {
   batch.paperSeconds = 2;
   feeder.statuses = {13, 13, 13};
-  CHECK(Scan() == pmscan::kFeederEmpty);
+  CHECK(Scan() == pmscan::kOptionEmpty);
   CHECK(waits == std::vector<std::uint32_t>{1, 2});
 }
 

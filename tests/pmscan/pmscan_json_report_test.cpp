@@ -76,7 +76,7 @@ TEST_CASE("pmscan: the JSON of a scanner has its sources with their condition") 
 }
 
 TEST_CASE("pmscan: the JSON of a failure says what the message says") {
-  const Json json = pmscan::FailureJson(pmscan::Failure(pmscan::kFeederEmpty, "Nothing."));
+  const Json json = pmscan::FailureJson(pmscan::Failure(pmscan::kOptionEmpty, "Nothing."));
   CHECK(json == Json::parse(R"({"code": 13, "meaning": "the document feeder is empty",
     "detail": "Nothing.", "whatToDo": "Load paper into the feeder, then scan again."})"));
 }
