@@ -11,6 +11,7 @@
 #include "transport/device_driver.h"
 #include "transport/model_names.h"
 #include "wire/commands.h"
+#include "wire/deep_samples.h"
 #include "wire/document_source.h"
 
 namespace pmddb832 {
@@ -25,10 +26,6 @@ constexpr bool IsUnreportedName(std::string_view productName) {
   return productName == "SCANNER RV-5000 " || productName == "Prospectra3100  " ||
          productName == "SCANNER RV-7000 " || productName == "RV-700XL        " ||
          productName == "SCANNER QM-41000";
-}
-
-constexpr bool Has14Bits(std::string_view productName) {
-  return productName == "SCANNER RV-3100 " || productName == "Prospectra3140XL";
 }
 
 void StoreResolutions(ScannerSettings& settings, const ExtendedIdentity& identity) {
@@ -81,8 +78,8 @@ bool GetScannerProductName(ScannerSettings& settings, const IdentityBlock& block
     StoreModelName(settings, listed);
     return true;
   }
-  if (Has14Bits(productName)) facts.highBitDepth = kGreatHighBitDepth;
-  const bool unreported = Has14Bits(productName) || IsUnreportedName(productName);
+  if (HasGreatDeepBits(productName)) facts.highBitDepth = kGreatDeepBits;
+  const bool unreported = HasGreatDeepBits(productName) || IsUnreportedName(productName);
   StoreModelName(settings, unreported ? std::string_view{} : modelId);
   return !unreported && !modelId.empty();
 }
@@ -149,7 +146,7 @@ std::uint32_t ExtScanCmd::BildScannerInfo(Call& call) {
   colorOrder_ = MakeIndexTable();
   if (colorOrder_ == nullptr) return 0;
   const LevelTraits& level = TraitsOf(StoreCommandLevel(settings, facts_.identity));
-  if (level.code == 0) {
+  if (!IsSupported(level)) {
     Fail(kUnsupportedLevel);
     return 0;
   }

@@ -36,8 +36,7 @@ std::int32_t InchesToPixelsORWIA(double length, double resolution) {
   const TraceScope trace{"Scanutil::InchesToPixelsORWIA"};
   const UsualArithmetic usual;
   const volatile double factors[] = {length, resolution};
-  const volatile std::int32_t pixels =
-      LowWordTowardZero((factors[0] * factors[1] + 50.0) / 100.0);
+  const volatile std::int32_t pixels = LowWordTowardZero((factors[0] * factors[1] + 50.0) / 100.0);
   return pixels;
 }
 

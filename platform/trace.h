@@ -26,6 +26,10 @@ void WriteTrace(TraceLog& log, const char* format, const char* name, std::int32_
 
 void ReleaseTraceLog(TraceLog& log);
 
+// Write the two lines of a scope.
+void WriteEntering(TraceLog& log, const char* name);
+void WriteLeaving(TraceLog& log, const char* name);
+
 }  // namespace platform
 
 // Writes "NAME, entering" where it is made and "NAME, leaving" where its scope ends, both to the
@@ -35,10 +39,10 @@ class TraceScope {
   template <std::size_t size>
   explicit TraceScope(const char (&name)[size]) : name_(name), log_(platform::currentLog) {
     static_assert(size <= kNameBufferBytes);
-    if (log_ != nullptr) Write("%s, entering");
+    if (log_ != nullptr) platform::WriteEntering(*log_, name_);
   }
   ~TraceScope() {
-    if (log_ != nullptr) Write("%s, leaving");
+    if (log_ != nullptr) platform::WriteLeaving(*log_, name_);
   }
   TraceScope(const TraceScope&) = delete;
   TraceScope& operator=(const TraceScope&) = delete;
@@ -46,10 +50,6 @@ class TraceScope {
  private:
   // The longest name, terminating zero included, that the host's log is given.
   static constexpr std::size_t kNameBufferBytes = 260;
-
-  void Write(const char* format) const {
-    platform::WriteTrace(*log_, format, name_, platform::kDetailEnteringAndLeaving);
-  }
 
   const char* name_;
   platform::TraceLog* log_;

@@ -55,7 +55,7 @@ bool StoreCommandLevel(ScannerSettings& settings, const Identity& identity,
   if (IsDigitOfOldScanner(identity.levelDigit)) return false;
   facts.level = TraitsOf(StandardLevelCode(identity.levelLetter, identity.levelDigit));
   settings.commandLevel = facts.level.code;
-  return facts.level.code != 0;
+  return IsSupported(facts.level);
 }
 
 void StoreFeederFlags(ScannerSettings& settings, std::uint8_t main) {

@@ -30,7 +30,7 @@ struct StdScannerFacts {
   std::uint16_t LastResolution() const { return resolutionList[resolutionCount - 1]; }
 
   const AreaSize& SelectedArea(std::uint8_t scanSource) const {
-    return areas[scanSource < areas.size() ? scanSource : kFlatbedArea];
+    return scanSource < areas.size() ? areas[scanSource] : areas[kFlatbedArea];
   }
   bool IsFeederSelected(std::uint8_t scanSource) const {
     return scanSource != 0 && optionKind == kFeeder;

@@ -6,6 +6,7 @@
 #include "standard/scan_area.h"
 #include "standard/std_commands.h"
 #include "wire/commands.h"
+#include "wire/deep_samples.h"
 #include "wire/halftone_codes.h"
 #include "wire/wire_block.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::uint8_t kPlainColorMode = 1;
 constexpr std::uint8_t kColorModeWithSubstitute = 2;
-constexpr std::uint8_t kHighBitDepth = 12;  // bits per sample sent for the deep pixel types
 
 std::uint8_t LowByte(std::int32_t value) {
   return static_cast<std::uint8_t>(value);
@@ -90,7 +90,7 @@ void Upload::SendColours() {
   }
   SendByte(esc::kColorMode, colorMode);
   SendByte(esc::kBitsPerSample,
-           IsDeep(plan_.pixelType) ? kHighBitDepth : plan_.format.bitsPerSample);
+           IsDeep(plan_.pixelType) ? kUsualDeepBits : plan_.format.bitsPerSample);
 }
 
 void Upload::SendHalftone() {
@@ -108,7 +108,7 @@ void Upload::SendThreshold() {
 }
 
 void Upload::SendGamma() {
-  if (Level().gammaTables && settings_.customGamma != 0) {
+  if (Level().gammaTables != 0 && settings_.customGamma != 0) {
     SendGammaTables();
     SendByte(esc::kGammaCode, settings_.customGammaCode);
     return;
@@ -118,7 +118,7 @@ void Upload::SendGamma() {
 }
 
 void Upload::SendGammaTables() {
-  if (!Level().threeGammaTables || settings_.monoScan != 0) {
+  if (Level().gammaTables == 1 || settings_.monoScan != 0) {
     SendTable(esc::kGammaTable, 'M', settings_.gammaTableR);
     return;
   }

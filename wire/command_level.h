@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -14,45 +13,51 @@ struct LevelTraits {
   std::uint16_t group;       // ScannerSettings::levelGroup
   std::uint32_t widestLine;  // pixels to which a wider line is clipped in the standard set
 
-  bool status;            // option units, and the status that tells of them; ESC Q and ESC g
-  bool gammaTables;       // ESC z
-  bool threeGammaTables;  // one for each channel; else the one for all
-  bool colorCorrection;   // ESC M
-  bool colorMatrix;       // ESC m
-  bool enhancement;       // ESC s
-  bool halftoneOverride;  // halftone code 3
-  bool mirror;            // ESC K; the line of a mirrored area keeps its right edge
-  bool threshold;         // ESC t
-  bool largeAreas;        // areas up to 16 bits, and refused beyond; else clipped
-  bool focus;             // ESC p and ESC q
-  bool stopsAtError;      // an upload with a pending error ends behind the option unit
-  bool alwaysEjects;      // the page is ejected whatever the source was
+  bool status;               // option units, and the status that tells of them; ESC Q and ESC g
+  std::uint8_t gammaTables;  // ESC z: none, one for all channels, or one for each of three
+  bool colorCorrection;      // ESC M
+  bool colorMatrix;          // ESC m
+  bool enhancement;          // ESC s
+  bool halftoneOverride;     // halftone code 3
+  bool mirror;               // ESC K; the line of a mirrored area keeps its right edge
+  bool threshold;            // ESC t
+  bool largeAreas;           // areas up to 16 bits, and refused beyond; else clipped
+  bool focus;                // ESC p and ESC q
+  bool stopsAtError;         // an upload with a pending error ends behind the option unit
+  bool alwaysEjects;         // the page is ejected whatever the source was
 };
 
 inline constexpr std::uint32_t kUnclipped = 0xFFFFFFFF;
 
 // There is no code 5, deliberately.
+// NOLINTBEGIN(modernize-use-bool-literals): columns of words would hide what a table shows.
 // clang-format off
 inline constexpr std::array kLevels{
-    //                          f  z  RGB M  m  s  B3 K  t  A  p  !  FF
-    LevelTraits{0, 6, 16128,      0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-    LevelTraits{1, 4, 4096,       0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-    LevelTraits{2, 5, 16128,      1, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0},
-    LevelTraits{3, 5, 16128,      1, 1, 1, 1, 1, 0, 1, 1, 0, 0, 0, 0, 0},
-    LevelTraits{4, 5, 16128,      1, 1, 0, 0, 0, 1, 1, 1, 0, 0, 0, 0, 1},
-    LevelTraits{6, 6, 16128,      1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 1, 0},
-    LevelTraits{7, 6, 16128,      1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 1, 0},
-    LevelTraits{8, 6, kUnclipped, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 0},
+    //                          f  z  M  m  s  B3 K  t  A  p  !  FF
+    LevelTraits{0, 6, 16128,      0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+    LevelTraits{1, 4, 4096,       0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+    LevelTraits{2, 5, 16128,      1, 3, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0},
+    LevelTraits{3, 5, 16128,      1, 3, 1, 1, 0, 1, 1, 0, 0, 0, 0, 0},
+    LevelTraits{4, 5, 16128,      1, 1, 0, 0, 1, 1, 1, 0, 0, 0, 0, 1},
+    LevelTraits{6, 6, 16128,      1, 3, 1, 1, 1, 1, 1, 0, 0, 0, 1, 0},
+    LevelTraits{7, 6, 16128,      1, 3, 1, 1, 1, 1, 1, 0, 0, 0, 1, 0},
+    LevelTraits{8, 6, kUnclipped, 1, 3, 1, 1, 1, 1, 1, 1, 1, 1, 1, 0},
 };
 // clang-format on
+// NOLINTEND(modernize-use-bool-literals)
 
 inline constexpr const LevelTraits& kUnsupportedLevelTraits = kLevels[0];
 
 // The row of a code; that of 0 for a code that no scanner has.
 constexpr const LevelTraits& TraitsOf(std::uint32_t code) {
-  const auto row = std::find_if(kLevels.begin(), kLevels.end(),
-                                [code](const LevelTraits& level) { return level.code == code; });
-  return row == kLevels.end() ? kUnsupportedLevelTraits : *row;
+  for (const LevelTraits& level : kLevels) {
+    if (level.code == code) return level;
+  }
+  return kUnsupportedLevelTraits;
+}
+
+constexpr bool IsSupported(const LevelTraits& level) {
+  return level.code != 0;
 }
 
 // Code of letter "B" with a digit; 0 for a digit that is not listed.

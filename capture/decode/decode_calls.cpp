@@ -37,6 +37,7 @@ FieldRow Describe(const Value& value, std::span<const CallValue> values) {
 
 std::vector<FieldRow> Describe(const std::vector<Value>& told, std::span<const CallValue> values) {
   std::vector<FieldRow> rows;
+  rows.reserve(told.size());
   for (const Value& value : told) rows.push_back(Describe(value, values));
   return rows;
 }

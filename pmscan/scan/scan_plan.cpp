@@ -1,33 +1,28 @@
 #include "pmscan/scan/scan_plan.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "wire/command_level.h"
+#include "wire/deep_samples.h"
 
 namespace pmscan {
 namespace {
 
 constexpr std::uint32_t kGroup = 8;  // pixels
 
-// Deep samples of these scanners have 14 bits.
-constexpr std::array<std::string_view, 2> kProductsWith14Bits{"SCANNER RV-3100 ",
-                                                              "Prospectra3140XL"};
-
 // Scanners with extended commands deliver samples of 5 to 12 bits pixel by pixel.
 bool ComesInGroups(const ScanPlan& plan, const pmddb832::ScannerSettings& settings) {
   if (!IsExtended(settings)) return true;
   const ScanMode& mode = plan.picture.mode;
-  if (IsDeep(mode.layout)) return plan.sampleBits > 12;
+  if (IsDeep(mode.layout)) return plan.sampleBits > pmddb832::kUsualDeepBits;
   return mode.isPacked || mode.layout == PixelLayout::kBlackWhite;
 }
 
-// The standard commands have one for it from level B5 on.
 bool CanMirror(const pmddb832::ScannerSettings& settings) {
-  constexpr std::uint32_t kLastWithout = 2;  // ScannerSettings::commandLevel
-  return IsExtended(settings) || settings.commandLevel > kLastWithout;
+  return IsExtended(settings) || pmddb832::TraitsOf(settings.commandLevel).mirror;
 }
 
 // A scanner with standard commands and a feeder is taken to be meant to centre a page of its whole
@@ -64,10 +59,9 @@ LineWindow WindowOf(const ScanPlan& plan) {
 }  // namespace
 
 std::uint8_t DeepBits(const pmddb832::ScannerSettings& settings) {
-  const std::string_view product(settings.productNameReply, kProductsWith14Bits[0].size());
-  const bool has14 = IsExtended(settings) && std::count(kProductsWith14Bits.begin(),
-                                                        kProductsWith14Bits.end(), product) > 0;
-  return has14 ? 14 : 12;
+  const std::string_view product(settings.productNameReply, sizeof settings.productNameReply - 1);
+  const bool isGreat = IsExtended(settings) && pmddb832::HasGreatDeepBits(product);
+  return isGreat ? pmddb832::kGreatDeepBits : pmddb832::kUsualDeepBits;
 }
 
 ScanPlan PlanScan(const Options& options, const pmddb832::ScannerSettings& settings) {

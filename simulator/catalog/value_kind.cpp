@@ -46,7 +46,7 @@ std::string Listed(const std::vector<std::string_view>& names, const std::string
   std::string text;
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (i > 0) text += i + 1 == names.size() ? lastComma : ", ";
-    text += quote + std::string(names[i]) + quote;
+    text.append(quote).append(names[i]).append(quote);
   }
   return text;
 }
@@ -58,7 +58,7 @@ std::string RangeIn(const ValueKind& kind, const std::string& least, const std::
 }
 
 std::string SchemaOfWhole(const ValueKind& kind) {
-  const std::string whole = R"({"type": "integer")" + RangeIn(kind, "minimum", "maximum") + "}";
+  std::string whole = R"({"type": "integer")" + RangeIn(kind, "minimum", "maximum") + "}";
   if (kind.word.empty()) return whole;
   return R"({"anyOf": [)" + whole + R"(, {"const": ")" + std::string(kind.word) + "\"}]}";
 }

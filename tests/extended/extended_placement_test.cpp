@@ -1,7 +1,7 @@
 #include <cmath>
 #include <limits>
 
-#include "extended/area_placement.h"
+#include "imaging/line_placement.h"
 #include "tests/extended/extended_fixture.h"
 
 namespace pmddb832::tests::extended {

@@ -2,20 +2,24 @@
 
 #include <doctest/doctest.h>
 
+#include "interface/scanner_settings.h"
 #include "tests/imaging/pixel_oracle.h"
 
 namespace pmddb832::tests {
 namespace {
 
-struct LineFixture : ModuleFixture {
+// A plan with a pad of one pixel, and the settings that its lines are converted by.
+struct LineFixture {
   std::string Row(std::uint32_t pixelType, const Bytes& line, std::int32_t pixels,
-                  std::size_t rowBytes) const {
+                  std::size_t rowBytes) {
+    plan.pixelType = pixelType;
     return Hex(Converted(line, pixels, rowBytes, [&](const ScanLine& scanLine, HostRow row) {
-      ConvertLine(pixelType, scanLine, row, conversion);
+      ConvertLine(scanLine, row, ConversionFor(plan, settings));
     }));
   }
 
-  LineConversion conversion{false, 1};
+  ScannerSettings settings{};
+  ScanPlan plan{.padPixels = 1};
 };
 
 }  // namespace
@@ -40,22 +44,22 @@ TEST_CASE_FIXTURE(LineFixture, "grey in preview mode is darkened, and never trim
 
 TEST_CASE_FIXTURE(LineFixture, "12-bit colour is unpacked, whatever the flags") {
   CHECK(Row(6, {0x12, 0x34, 0x56}, 2, 4) == "05 31 05 31");
-  conversion.convert = true;
+  plan.reorder = true;
   settings.mirrorImage = 1;
   settings.previewMode = 1;
   CHECK(Row(6, {0x12, 0x34, 0x56}, 2, 4) == "05 31 05 31");
 }
 
 TEST_CASE_FIXTURE(LineFixture, "deep colour is reordered on request and reduced in preview mode") {
-  conversion.pad = 0;
+  plan.padPixels = 0;
   settings.mirrorImage = 1;
   const Bytes pixel{0x01, 0x02, 0x03, 0x04, 0x05, 0x06};
   CHECK(Row(7, pixel, 1, 6) == "01 02 03 04 05 06");
-  conversion.convert = true;
+  plan.reorder = true;
   CHECK(Row(7, pixel, 1, 6) == "05 06 03 04 01 02");
   settings.previewMode = 0x100;
   CHECK(Row(7, pixel, 1, 3) == "06 04 02");
-  conversion.convert = false;
+  plan.reorder = false;
   CHECK(Row(7, pixel, 1, 3) == "02 04 06");
 }
 
@@ -67,10 +71,46 @@ TEST_CASE_FIXTURE(LineFixture,
   CHECK(Row(8, {0x01, 0x02, 0x03, 0x04, 0x05}, 2, 5) == "02 03 04 05 C3");
 }
 
+TEST_CASE_FIXTURE(LineFixture, "colours are reordered on request, palette and true colour") {
+  plan.padPixels = 0;
+  CHECK(Row(4, {0x12}, 2, 3) == "A8 73 C3");  // planes of 0x12, 0xB3 and 0xD9
+  CHECK(Row(5, {1, 2, 3, 4, 5, 6}, 2, 7) == "01 02 03 04 05 06 C3");
+  plan.reorder = true;
+  CHECK(Row(4, {0x12}, 2, 3) == "1C 2D C3");
+  CHECK(Row(5, {1, 2, 3, 4, 5, 6}, 2, 7) == "03 02 01 06 05 04 C3");
+}
+
 TEST_CASE_FIXTURE(LineFixture, "other pixel types write nothing") {
-  for (const std::uint32_t type : {1U, 3U, 4U, 5U, 9U, 0xFFFFFFFFU}) {
+  for (const std::uint32_t type : {1U, 3U, 9U, 0xFFFFFFFFU}) {
     CHECK(Row(type, {1, 2, 3, 4, 5, 6}, 2, 3) == "C3 C3 C3");
   }
+}
+
+TEST_CASE_FIXTURE(LineFixture, "the fill is white when all three settings say so") {
+  for (int cases = 0; cases < 8; ++cases) {
+    CAPTURE(cases);
+    settings.docFeedOption = (cases & 1) != 0 ? 0 : 2;
+    settings.mainStatusBit5 = static_cast<std::uint8_t>((cases & 2) * 0x40);
+    settings.whitePadding = static_cast<std::uint16_t>((cases & 4) * 0x2000);
+    CHECK(ConversionFor(plan, settings).whiteFill == (cases == 7));
+    const std::string last = cases == 7 ? "FF" : "34";
+    CHECK(Row(0, {0x12, 0x34}, 2, 3) == "12 34 " + last);
+  }
+  settings.docFeedOption = 1;
+  CHECK(Row(0, {0x12, 0x34}, 2, 3) == "12 34 34");
+}
+
+TEST_CASE_FIXTURE(LineFixture, "a white fill is white for every type that has a fill") {
+  settings.mainStatusBit5 = 1;
+  settings.whitePadding = 1;
+  CHECK(Row(2, {22, 33, 44}, 2, 3) == "16 FF C3");
+  CHECK(Row(4, {0x12}, 2, 2) == "A8 FF");
+  CHECK(Row(5, {1, 2, 3, 4, 5, 6}, 2, 6) == "01 02 03 FF FF FF");
+  CHECK(Row(6, {0x12, 0x34, 0x56}, 2, 4) == "05 31 FF FF");
+  CHECK(Row(7, {1, 2, 3, 4, 5, 6}, 2, 12) == "01 02 03 04 05 06 FF FF FF FF FF FF");
+  CHECK(Row(8, {1, 2, 3, 4}, 2, 4) == "01 02 FF FF");
+  settings.previewMode = 1;
+  CHECK(Row(2, {22, 33, 44}, 2, 3) == "14 FF C3");
 }
 
 TEST_CASE("rows are delivered from the top for the formats 1, 3, 5 and 6") {

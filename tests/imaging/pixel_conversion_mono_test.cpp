@@ -8,27 +8,27 @@
 namespace pmddb832::tests {
 namespace {
 
-struct MonoFixture : ModuleFixture {
-  // Row of `rowBytes` for a line of as many bytes as it has.
-  static std::string Row(const Bytes& line, std::size_t rowBytes, std::int16_t pad, bool invert) {
-    return RowOf(static_cast<std::int32_t>(line.size()), line, rowBytes, pad, invert);
-  }
-  static std::string RowOf(std::int32_t byteCount, const Bytes& line, std::size_t rowBytes,
-                           std::int16_t pad, bool invert) {
-    return Hex(Converted(line, byteCount, rowBytes, [&](const ScanLine& scanLine, HostRow row) {
-      Scanutil::Pix2Mono(scanLine, row, pad, invert);
-    }));
-  }
-};
+std::string RowOf(std::int32_t byteCount, const Bytes& line, std::size_t rowBytes, std::int16_t pad,
+                  bool invert, bool whiteFill = false) {
+  return Hex(Converted(line, byteCount, rowBytes, [&](const ScanLine& scanLine, HostRow row) {
+    Scanutil::Pix2Mono(scanLine, row, pad, invert, whiteFill);
+  }));
+}
+
+// Row of `rowBytes` for a line of as many bytes as it has.
+std::string Row(const Bytes& line, std::size_t rowBytes, std::int16_t pad, bool invert,
+                bool whiteFill = false) {
+  return RowOf(static_cast<std::int32_t>(line.size()), line, rowBytes, pad, invert, whiteFill);
+}
 
 }  // namespace
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: all bytes are copied, inverted when asked") {
+TEST_CASE("line art: all bytes are copied, inverted when asked") {
   CHECK(Row({0x00, 0x12, 0xFF}, 3, 0, false) == "00 12 FF");
   CHECK(Row({0x00, 0x12, 0xFF}, 3, 0, true) == "FF ED 00");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: the pad is appended, rounded up to whole bytes") {
+TEST_CASE("line art: the pad is appended, rounded up to whole bytes") {
   for (const std::int16_t pad : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{-32768}}) {
     CHECK(Row({0x12, 0x34}, 4, pad, false) == "12 34 C3 C3");
   }
@@ -37,44 +37,38 @@ TEST_CASE_FIXTURE(MonoFixture, "line art: the pad is appended, rounded up to who
   CHECK(Row({0x12, 0x34}, 4, 9, false) == "12 34 34 34");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: the fill is the last byte as read, even when inverted") {
+TEST_CASE("line art: the fill is the last byte as read, even when inverted") {
   CHECK(Row({0x12, 0x34}, 3, 1, true) == "ED CB 34");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: a white fill is 0xFF, even when inverted") {
-  AskForWhiteFill(settings);
-  CHECK(Row({0x12, 0x34}, 3, 1, false) == "12 34 FF");
-  CHECK(Row({0x12, 0x34}, 4, 9, true) == "ED CB FF FF");
+TEST_CASE("line art: a white fill is 0xFF, even when inverted") {
+  CHECK(Row({0x12, 0x34}, 3, 1, false, kWhiteFill) == "12 34 FF");
+  CHECK(Row({0x12, 0x34}, 4, 9, true, kWhiteFill) == "ED CB FF FF");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: without a settings record the fill is the last byte") {
-  currentSettings = nullptr;
-  CHECK(Row({0x12, 0x34}, 4, 1, false) == "12 34 34 C3");
-}
-
-TEST_CASE_FIXTURE(MonoFixture, "line art: without a converted byte the fill is 0") {
+TEST_CASE("line art: without a converted byte the fill is 0") {
   CHECK(RowOf(0, {0x12}, 2, 9, false) == "00 00");
   CHECK(RowOf(0, {0x12}, 2, 9, true) == "00 00");
   CHECK(RowOf(-5, {0x12}, 2, 1, false) == "00 C3");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: a line shorter than asked leaves the rest white") {
+TEST_CASE("line art: a line shorter than asked leaves the rest white") {
   CHECK(RowOf(4, {0x12, 0x34}, 6, 9, true) == "ED CB FF FF FF FF");
   CHECK(RowOf(1, {}, 3, 1, false) == "FF FF FF");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: a row shorter than asked holds what fits") {
+TEST_CASE("line art: a row shorter than asked holds what fits") {
   CHECK(Row({0x12, 0x34, 0x56}, 2, 9, true) == "ED CB");
   CHECK(Row({0x12, 0x34, 0x56}, 4, 9, false) == "12 34 56 56");
   CHECK(Row({0x12, 0x34, 0x56}, 0, 9, false) == "");
 }
 
-TEST_CASE_FIXTURE(MonoFixture, "line art: every length, pad and size as the rules say") {
+TEST_CASE("line art: every length, pad and size as the rules say") {
   for (const bool invert : {false, true}) {
     const Routine routine{
         .name = invert ? "Pix2Mono inverted" : "Pix2Mono",
-        .convert = [=](const ScanLine& line, HostRow row,
-                       std::int16_t pad) { Scanutil::Pix2Mono(line, row, pad, invert); },
+        .convert = [=](const ScanLine& line, HostRow row, std::int16_t pad,
+                       bool white) { Scanutil::Pix2Mono(line, row, pad, invert, white); },
         .frame = [](std::int32_t bytes, std::int16_t pad) -> Frame {
           return {bytes, pad < 1 ? 0 : (pad + 7) / 8};
         },
@@ -86,22 +80,8 @@ TEST_CASE_FIXTURE(MonoFixture, "line art: every length, pad and size as the rule
             },
         .repeated = [](const std::uint8_t* line, std::size_t i,
                        std::uint8_t* to) { *to = line[i]; }};
-    settings.whitePadding = 0;
-    CHECK(DifferenceFromRules(settings, routine) == "");
+    CHECK(DifferenceFromRules(routine) == "");
   }
-}
-
-TEST_CASE_FIXTURE(ModuleFixture, "the fill is white when all three settings say so") {
-  for (int cases = 0; cases < 8; ++cases) {
-    CAPTURE(cases);
-    settings.docFeedOption = (cases & 1) != 0 ? 0 : 2;
-    settings.mainStatusBit5 = static_cast<std::uint8_t>((cases & 2) * 0x40);
-    settings.whitePadding = static_cast<std::uint16_t>((cases & 4) * 0x2000);
-    const std::string last = cases == 7 ? "FF" : "34";
-    CHECK(MonoFixture::Row({0x12, 0x34}, 3, 1, false) == "12 34 " + last);
-  }
-  settings.docFeedOption = 1;
-  CHECK(MonoFixture::Row({0x12, 0x34}, 3, 1, false) == "12 34 34");
 }
 
 }  // namespace pmddb832::tests

@@ -13,9 +13,10 @@ struct Planes {
 };
 
 std::string Palette(const Planes& planes, std::int32_t pixels, std::size_t rowBytes,
-                    std::int16_t pad, bool firstLeads) {
+                    std::int16_t pad, bool firstLeads, bool whiteFill = false) {
   Bytes row(rowBytes, kUntouched);
-  Scanutil::Pix256Color({pixels, planes.first, planes.second, planes.third}, row, firstLeads, pad);
+  Scanutil::Pix256Color({pixels, planes.first, planes.second, planes.third}, row, firstLeads, pad,
+                        whiteFill);
   return Hex(row);
 }
 
@@ -27,18 +28,18 @@ int Level(int sample) {
 
 }  // namespace
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: black is 0, white is 215") {
+TEST_CASE("palette: black is 0, white is 215") {
   CHECK(Palette({{0xFF}, {0xFF}, {0xFF}}, 2, 2, 0, true) == "D7 D7");
   CHECK(Palette({{0x00}, {0x00}, {0x00}}, 2, 2, 0, true) == "00 00");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: half of the leading plane is 108") {
+TEST_CASE("palette: half of the leading plane is 108") {
   CHECK(Palette({{0x80}, {0x00}, {0x00}}, 2, 2, 0, true) == "6C 00");
   CHECK(Palette({{0x00}, {0x00}, {0x80}}, 2, 2, 0, false) == "6C 00");
   CHECK(Palette({{0x08}, {0x00}, {0x00}}, 2, 2, 0, true) == "00 6C");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: the planes weigh 36, 6 and 1, or the other way round") {
+TEST_CASE("palette: the planes weigh 36, 6 and 1, or the other way round") {
   CHECK(Palette({{0xFF}, {0x00}, {0x00}}, 2, 2, 0, true) == "B4 B4");
   CHECK(Palette({{0x00}, {0xFF}, {0x00}}, 2, 2, 0, true) == "1E 1E");
   CHECK(Palette({{0x00}, {0x00}, {0xFF}}, 2, 2, 0, true) == "05 05");
@@ -47,7 +48,7 @@ TEST_CASE_FIXTURE(ModuleFixture, "palette: the planes weigh 36, 6 and 1, or the 
   CHECK(Palette({{0x00}, {0x00}, {0xFF}}, 2, 2, 0, false) == "B4 B4");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: sixteen samples have the eight levels of the cube") {
+TEST_CASE("palette: sixteen samples have the eight levels of the cube") {
   const Bytes ramp{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF};
   const Bytes zeros = Fill(8, 0);
   CHECK(Palette({zeros, zeros, ramp}, 16, 16, 0, true) ==
@@ -58,25 +59,24 @@ TEST_CASE_FIXTURE(ModuleFixture, "palette: sixteen samples have the eight levels
         "00 00 24 24 24 24 48 48 6C 6C 90 90 90 90 B4 B4");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: the lowest bit of a sample does not count") {
+TEST_CASE("palette: the lowest bit of a sample does not count") {
   CHECK(Palette({{0x11}, {0x11}, {0x11}}, 2, 2, 0, true) == "00 00");
   CHECK(Palette({{0xEE}, {0xEE}, {0xEE}}, 2, 2, 0, true) == "D7 D7");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: an odd count stops after a high nibble") {
+TEST_CASE("palette: an odd count stops after a high nibble") {
   CHECK(Palette({{0xFF, 0xF0}, {0, 0}, {0, 0}}, 3, 4, 0, true) == "B4 B4 B4 C3");
   CHECK(Palette({{0xF0}, {0x00}, {0x00}}, 2, 3, 1, true) == "B4 B4 C3");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: fill and cuts") {
+TEST_CASE("palette: fill and cuts") {
   CHECK(Palette({{0xF0}, {0x00}, {0x00}}, 2, 3, 2, true) == "00 00 C3");
   CHECK(Palette({{0xFF}, {0x00}, {0x00}}, 4, 5, 0, true) == "B4 B4 FF FF FF");
   CHECK(Palette({{0xFF}, {0x00}, {0x00}}, 2, 1, 0, true) == "B4");
-  AskForWhiteFill(settings);
-  CHECK(Palette({{0xF0}, {0x00}, {0x00}}, 2, 2, 1, true) == "B4 FF");
+  CHECK(Palette({{0xF0}, {0x00}, {0x00}}, 2, 2, 1, true, kWhiteFill) == "B4 FF");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: the shortest plane ends what is converted") {
+TEST_CASE("palette: the shortest plane ends what is converted") {
   const Bytes one{0xFF};
   const Bytes two{0xFF, 0xFF};
   CHECK(Palette({one, two, two}, 4, 4, 0, true) == "D7 D7 FF FF");
@@ -85,12 +85,12 @@ TEST_CASE_FIXTURE(ModuleFixture, "palette: the shortest plane ends what is conve
   CHECK(Palette({two, two, {}}, 4, 4, 0, true) == "FF FF FF FF");
 }
 
-TEST_CASE_FIXTURE(ModuleFixture, "palette: every length, pad and size as the rules say") {
+TEST_CASE("palette: every length, pad and size as the rules say") {
   for (const bool firstLeads : {false, true}) {
     const Routine routine{
         .name = firstLeads ? "Pix256Color, first plane leads" : "Pix256Color",
-        .convert = [=](const ScanLine& line, HostRow row,
-                       std::int16_t pad) { Scanutil::Pix256Color(line, row, firstLeads, pad); },
+        .convert = [=](const ScanLine& line, HostRow row, std::int16_t pad,
+                       bool white) { Scanutil::Pix256Color(line, row, firstLeads, pad, white); },
         .pixelBytes = 1,
         .lineBytes = [](std::size_t pixels) { return (pixels + 1) / 2; },
         .pixel =
@@ -103,8 +103,7 @@ TEST_CASE_FIXTURE(ModuleFixture, "palette: every length, pad and size as the rul
               const int last = level(firstLeads ? 2 : 0);
               *to = static_cast<std::uint8_t>(36 * first + 6 * level(1) + last);
             }};
-    settings.whitePadding = 0;
-    CHECK(DifferenceFromRules(settings, routine) == "");
+    CHECK(DifferenceFromRules(routine) == "");
   }
 }
 

@@ -104,9 +104,10 @@ Bytes RowByRules(const Routine& routine, const Case& sample, const Bytes& line) 
 std::string Difference(const Routine& routine, const Case& sample) {
   const Bytes line = Noise(sample.lineBytes);
   const Bytes wanted = RowByRules(routine, sample, line);
-  const Bytes came = Converted(
-      line, sample.pixelCount, sample.rowBytes,
-      [&](const ScanLine& scanLine, HostRow row) { routine.convert(scanLine, row, sample.pad); });
+  const Bytes came = Converted(line, sample.pixelCount, sample.rowBytes,
+                               [&](const ScanLine& scanLine, HostRow row) {
+                                 routine.convert(scanLine, row, sample.pad, sample.white);
+                               });
   if (came == wanted) return {};
   return std::string(routine.name) + ": " + Describe(sample) + ": expected " + Hex(wanted) +
          ", came " + Hex(came);
@@ -184,17 +185,9 @@ Frame TrimmableFrame(std::int32_t pixelCount, std::int16_t pad, bool trim) {
   return PlainFrame(pixelCount, pad);
 }
 
-std::string DifferenceFromRules(ScannerSettings& settings, const Routine& routine) {
+std::string DifferenceFromRules(const Routine& routine) {
   std::string difference = DifferenceInPads(routine, false);
-  if (!difference.empty()) return difference;
-  AskForWhiteFill(settings);
-  return DifferenceInPads(routine, true);
-}
-
-void AskForWhiteFill(ScannerSettings& settings) {
-  settings.docFeedOption = 0;
-  settings.mainStatusBit5 = 1;
-  settings.whitePadding = 1;
+  return difference.empty() ? DifferenceInPads(routine, kWhiteFill) : difference;
 }
 
 }  // namespace pmddb832::tests

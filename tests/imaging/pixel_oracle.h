@@ -7,12 +7,15 @@
 #include <string_view>
 
 #include "imaging/scan_line.h"
-#include "tests/interface/module_fixture.h"
+#include "tests/transport/scripted_device.h"
 
 namespace pmddb832::tests {
 
 // Every byte of a row before its conversion.
 inline constexpr std::uint8_t kUntouched = 0xC3;
+
+// What the tests hand to a routine whose fill is to be white; the others repeat the last pixel.
+inline constexpr bool kWhiteFill = true;
 
 // The bytes of the three planes at one place, made of one byte of a line: its first plane is the
 // line itself.
@@ -40,7 +43,7 @@ Frame TrimmableFrame(std::int32_t pixelCount, std::int16_t pad, bool trim);
 // same row.
 struct Routine {
   std::string_view name;
-  std::function<void(const ScanLine&, HostRow, std::int16_t pad)> convert;
+  std::function<void(const ScanLine&, HostRow, std::int16_t pad, bool whiteFill)> convert;
   std::function<Frame(std::int32_t pixelCount, std::int16_t pad)> frame = PlainFrame;
   std::size_t pixelBytes;  // of a pixel in the row
   // Bytes of a line that holds so many pixels.
@@ -54,9 +57,6 @@ struct Routine {
 // Compares a routine with its rules: lines of 0 to 70 pixels, pads around every limit, white and
 // repeated fill, and lines and rows that are exact, too short and too long. Returns what differs
 // first; empty when nothing does.
-std::string DifferenceFromRules(ScannerSettings& settings, const Routine& routine);
-
-// Settings for which the fill is white.
-void AskForWhiteFill(ScannerSettings& settings);
+std::string DifferenceFromRules(const Routine& routine);
 
 }  // namespace pmddb832::tests

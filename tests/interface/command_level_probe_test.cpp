@@ -183,9 +183,9 @@ TEST_CASE_FIXTURE(ProbeFixture, "a failed first probe leaves the flag at 0 and t
   CHECK(Hex({commandLevelString, commandLevelString + 3}) == "00 00 00");
 }
 
-TEST_CASE_FIXTURE(ProbeFixture, "a channel that does not open ends the probe without a transfer") {
-  skipDirectOpen = false;
-  CHECK(ExtCommandSupport(CallNow(), 0) == 0);
+TEST_CASE_FIXTURE(ProbeFixture, "without a channel the probe ends without a transfer") {
+  Call without{settings, nullptr};
+  CHECK(ExtCommandSupport(without, 0) == 0);
   CHECK(device.Verdict() == "as scripted");
 }
 

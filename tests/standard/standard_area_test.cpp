@@ -91,25 +91,30 @@ TEST_CASE("standard: mirrored below level B5, the line keeps its left edge") {
 }
 
 TEST_CASE("standard: pads are the pixels that rounding adds to a mirrored line below level 3") {
-  CHECK(PlaceLine(0, 201, 1000, 1, true, 0).padPixels == 7);
-  CHECK(PlaceLine(0, 201, 1000, 2, true, 2).padPixels == 7);
-  CHECK(PlaceLine(0, 201, 1000, 2, true, 1).padPixels == 0);
-  CHECK(PlaceLine(0, 201, 1000, 2, false, 0).padPixels == 0);
-  CHECK(PlaceLine(0, 201, 1000, 5, true, 0).padPixels == 7);
-  CHECK(PlaceLine(100, 201, 1000, 3, true, 0).padPixels == 0);
+  CHECK(PlaceLine(0, 201, 1000, TraitsOf(1), true, 0).padPixels == 7);
+  CHECK(PlaceLine(0, 201, 1000, TraitsOf(2), true, 2).padPixels == 7);
+  CHECK(PlaceLine(0, 201, 1000, TraitsOf(2), true, 1).padPixels == 0);
+  CHECK(PlaceLine(0, 201, 1000, TraitsOf(2), false, 0).padPixels == 0);
+  CHECK(PlaceLine(0, 201, 1000, TraitsOf(5), true, 0).padPixels == 7);  // no scanner has it
+  CHECK(PlaceLine(100, 201, 1000, TraitsOf(3), true, 0).padPixels == 0);
+  const std::uint16_t pads[] = {7, 7, 7, 0, 0, 7, 0, 0, 0, 7};
+  for (std::uint32_t code = 0; code < std::size(pads); ++code) {
+    CAPTURE(code);
+    CHECK(PlaceLine(100, 201, 1000, TraitsOf(code), true, 0).padPixels == pads[code]);
+  }
 }
 
 TEST_CASE("standard: pads are the pixels that a cut line lacks") {
-  CHECK(PlaceLine(700, 301, 1000, 2, false, 0).padPixels == 5);
-  CHECK(PlaceLine(700, 301, 1000, 2, true, 0).padPixels == 5);
-  CHECK(PlaceLine(2, 201, 1000, 3, true, 0).padPixels == 1);
-  CHECK(PlaceLine(1000, 70000, 1000, 2, false, 0).padPixels == 70000 - 65536);
+  CHECK(PlaceLine(700, 301, 1000, TraitsOf(2), false, 0).padPixels == 5);
+  CHECK(PlaceLine(700, 301, 1000, TraitsOf(2), true, 0).padPixels == 5);
+  CHECK(PlaceLine(2, 201, 1000, TraitsOf(3), true, 0).padPixels == 1);
+  CHECK(PlaceLine(1000, 70000, 1000, TraitsOf(2), false, 0).padPixels == 70000 - 65536);
 }
 
 TEST_CASE("standard: edges beyond the area wrap at 32 bits") {
-  CHECK(PlaceLine(1004, 16, 1000, 8, false, 0).width == 0xFFFFFFF8);
-  CHECK(PlaceLine(0xFFFFFFFF, 16, 1000, 8, false, 0).left == 0xFFFFFFFF);
-  CHECK(PlaceLine(0xFFFFFFFF, 17, 1000, 8, true, 0).width == 16);  // right edge 16
+  CHECK(PlaceLine(1004, 16, 1000, TraitsOf(8), false, 0).width == 0xFFFFFFF8);
+  CHECK(PlaceLine(0xFFFFFFFF, 16, 1000, TraitsOf(8), false, 0).left == 0xFFFFFFFF);
+  CHECK(PlaceLine(0xFFFFFFFF, 17, 1000, TraitsOf(8), true, 0).width == 16);  // right edge 16
 }
 
 TEST_CASE_FIXTURE(
@@ -164,8 +169,8 @@ TEST_CASE_FIXTURE(StandardScanner,
 TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
   CHECK(CodeOf({"B3", 0, 5000}, Area(0, 0, 4096, 4)) == 16);
   StandardScanner scanner("B3");
-  CHECK(ClipWidth(1, 8, 4096).width == 4096);
-  CHECK_FALSE(ClipWidth(1, 8, 4096).tooLarge);
+  CHECK(ClipWidth(TraitsOf(1), 8, 4096).width == 4096);
+  CHECK_FALSE(ClipWidth(TraitsOf(1), 8, 4096).tooLarge);
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: level B4 sends 5000 pixels as they are") {
@@ -179,14 +184,21 @@ TEST_CASE("standard: below level B8 at most 16128 pixels are sent, with code 16 
     CAPTURE(level);
     CHECK(CodeOf({level, 0, 16129}, Area(0, 0, 16128, 4)) == 16);
   }
-  CHECK_FALSE(ClipWidth(7, 8, 16128).tooLarge);
+  CHECK_FALSE(ClipWidth(TraitsOf(7), 8, 16128).tooLarge);
+  const std::uint32_t widest[] = {16128, 4096,  16128, 16128, 16128,
+                                  16128, 16128, 16128, 40000, 16128};
+  for (std::uint32_t code = 0; code < std::size(widest); ++code) {
+    CAPTURE(code);
+    CHECK(ClipWidth(TraitsOf(code), 1, 40000).width == widest[code]);
+    CHECK(ClipWidth(TraitsOf(code), 1, 40000).tooLarge == (code != 8));
+  }
 }
 
 TEST_CASE("standard: more than 256000 bits in a line report code 16 and change nothing") {
-  CHECK(ClipWidth(2, 16, 16000).tooLarge == false);
-  CHECK(ClipWidth(2, 16, 16008).tooLarge == true);
-  CHECK(ClipWidth(2, 16, 16008).width == 16008);
-  CHECK(ClipWidth(8, 16, 32752).tooLarge == false);
+  CHECK(ClipWidth(TraitsOf(2), 16, 16000).tooLarge == false);
+  CHECK(ClipWidth(TraitsOf(2), 16, 16008).tooLarge == true);
+  CHECK(ClipWidth(TraitsOf(2), 16, 16008).width == 16008);
+  CHECK(ClipWidth(TraitsOf(8), 16, 32752).tooLarge == false);
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: the area is sent before code 16 ends the scan") {
@@ -215,8 +227,17 @@ TEST_CASE("standard: level B8 refuses more than 32752 pixels or 65535 lines with
 }
 
 TEST_CASE("standard: the greatest area of level B8 is sent") {
-  CHECK(AreaError(8, 65535, 65535, 32752, 65535) == 0);
-  CHECK(AreaError(7, 65536, 65536, 32753, 65536) == 0);
+  CHECK(AreaError(TraitsOf(8), 65535, 65535, 32752, 65535) == 0);
+  CHECK(AreaError(TraitsOf(7), 65536, 65536, 32753, 65536) == 0);
+}
+
+TEST_CASE("standard: no level but B8 refuses an area for its size, and all refuse an empty line") {
+  for (std::uint32_t code = 0; code < 10; ++code) {
+    CAPTURE(code);
+    CHECK(AreaError(TraitsOf(code), 65536, 65536, 32753, 65536) == (code == 8 ? 34 : 0));
+    CHECK(AreaError(TraitsOf(code), 65535, 65535, 32753, 65536) == (code == 8 ? 35 : 0));
+    CHECK(AreaError(TraitsOf(code), 0, 0, 0, 4) == 1);
+  }
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: below level B8 edges are sent with their low 16 bits") {
