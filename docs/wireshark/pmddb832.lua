@@ -23,9 +23,9 @@ local NAMES = {
   },
   mirror = {{0x00, "off"}, {0x01, "on"}},
   gamma_code = {
-    {0x00, "gamma 3.0"},
     {0x01, "gamma 1.0"},
     {0x02, "gamma 2.2"},
+    {0x00, "gamma 3.0"},
     {0x10, "gamma 2.8"},
     {0x20, "gamma 2.5"},
   },

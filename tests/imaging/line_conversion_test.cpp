@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include "imaging/band.h"
 #include "interface/scanner_settings.h"
 #include "tests/imaging/pixel_oracle.h"
 
@@ -119,6 +120,13 @@ TEST_CASE("rows are delivered from the top for the formats 1, 3, 5 and 6") {
     CHECK(IsTopDown(format) == (format == 1 || format == 3 || format == 5 || format == 6));
   }
   CHECK_FALSE(IsTopDown(0x80000001));
+}
+
+TEST_CASE("a percentage counts whole lines, and is 100 of an image without lines") {
+  CHECK(PercentDone(0, 3) == 0);
+  CHECK(PercentDone(2, 3) == 66);
+  CHECK(PercentDone(3, 3) == 100);
+  CHECK(PercentDone(7, 0) == 100);
 }
 
 }  // namespace pmddb832::tests

@@ -233,7 +233,7 @@ TEST_CASE_FIXTURE(OpenB4,
                   "standard: an abort between set-up and first call cancels the whole scan") {
   InitAcquire(1);
   PMAbortScan();
-  CHECK(PMGetScanError() == 9);
+  CHECK(PMGetScanError() == 0);
   AcceptUpload(UploadOf("B4"));
   device.ExpectBlock(0x1B, 'd', {0x04});
   AnswerStart(BlockHeader(0x00, 16, 4));
@@ -244,11 +244,29 @@ TEST_CASE_FIXTURE(OpenB4,
 TEST_CASE_FIXTURE(OpenB4,
                   "standard: an abort between scans sends nothing, and the next scan is whole") {
   PMAbortScan();
-  CHECK(PMGetScanError() == 9);
   ScanPage();
   PMAbortScan();
   CHECK(PMGetScanError() == 0);
   CHECK(ScanPage().image == Ramp(0, 64));
+}
+
+TEST_CASE_FIXTURE(OpenB4, "standard: an abort behind a start that failed cancels the next block") {
+  InitAcquire(1);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStatus(Status(0x02));  // warming up
+  CheckAcquireFails(64, 43);
+  device.Reply(BlockHeader(0x00, 16, 4)).Reply(Ramp(0, 64)).Expect({0x18}).Reply({0x06});
+  PMAbortScan();
+  CHECK(PMGetScanError() == 43);
+}
+
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: an abort without an active scan leaves the code of a failure") {
+  settings.areaWidthPx = 70000;
+  InitAcquire(1);
+  PMAbortScan();
+  CHECK(PMGetScanError() == 16);
 }
 
 }  // namespace
