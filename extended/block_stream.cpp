@@ -83,15 +83,14 @@ bool ExtBlockStream::ReceiveBlock(GeneralCmd& scanner, Call& call) {
   if (bytes >= kDataBufferBytes || !buffer_.Fill(*scanner.Wire(), call, 0, bytes + 1)) {
     return scanner.Fail(kTransferFailed);
   }
+  if (setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
   receivedBytes_ = bytes;
   if ((buffer_.Data()[bytes] & transfer::kError) != 0) return FailForBlock(scanner, call);
-  if (last) {
-    state_ = IsCancelled() ? State::kCancelled : State::kComplete;
-  } else if (!AnswerBlock(scanner, call)) {
-    return scanner.Fail(kTransferFailed);
-  }
+  const bool ends = last || IsCancelled();
+  const bool answered = last || AnswerBlock(scanner, call);
   // The host may have closed the scanner, or set another scan up, out of its device.
-  if (!HasBuffer() || setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
+  if (!answered || !HasBuffer() || setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
+  if (ends) state_ = IsCancelled() ? State::kCancelled : State::kComplete;
   ++blocksRead_;
   return true;
 }
@@ -106,7 +105,6 @@ bool ExtBlockStream::AnswerBlock(GeneralCmd& scanner, Call& call) {
   if (scanner.SendAck(call, kCan) == 0) return false;
   const ScannerSettings& settings = call.settings;
   if (settings.scanSource != 0 && settings.docFeedOption == kFeeder) scanner.EjectPage(call);
-  state_ = State::kCancelled;
   return true;
 }
 

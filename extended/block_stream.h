@@ -17,11 +17,11 @@ class ExtBlockStream {
   // What is true, and what leaves it. A further set-up leaves every state for kSetUp.
   enum class State : std::uint8_t {
     kSetUp,           // no transfer was started; Start, Cancel
-    kCancelledSetUp,  // likewise, and its first full block will be cancelled; Start
-    kReceiving,       // blocks come and are acknowledged; the last block, Cancel
+    kCancelledSetUp,  // likewise, and the host has cancelled what it will start; Start
+    kReceiving,       // full blocks come and are acknowledged; the last block, Cancel
     kCancelling,      // the next full block is answered with CAN; that block, the last block
     kComplete,        // the last block has come; Cancel
-    kCancelled,       // the scanner was told to stop, or the host did not want the rest
+    kCancelled,       // no block comes any more, and no page is ejected: the host has cancelled
   };
 
   // False when there is no memory for the buffer.

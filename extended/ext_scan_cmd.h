@@ -63,7 +63,7 @@ class ExtScanCmd final : public GeneralCmd {
 
   // Allocated by InitWorkArea.
   struct WorkAreas {
-    std::unique_ptr<IdentityBlock> identity;  // as it was last sent
+    std::unique_ptr<IdentityBlock> identity;  // the last one that can be used
     std::unique_ptr<StatusBlock> status;
     std::unique_ptr<ParameterBlock> parameters;
     std::unique_ptr<TransferHeader> blockInfo;

@@ -20,8 +20,7 @@ namespace {
 constexpr std::size_t kSpareBytes = 6;
 constexpr std::uint16_t kExtendedSetVariant = 3;
 
-// Names that have an entry of their own but are never reported: the entry counts for its bit depth
-// only.
+// Products that are known, deliberately, without a name to report.
 constexpr bool IsUnreportedName(std::string_view productName) {
   return productName == "SCANNER RV-5000 " || productName == "Prospectra3100  " ||
          productName == "SCANNER RV-7000 " || productName == "RV-700XL        " ||
@@ -68,7 +67,8 @@ void StoreAreas(ScannerSettings& settings, const ExtScannerFacts& facts) {
   settings.optionHeight = facts.option.height * 100 / basicResolution;
 }
 
-// False with an empty name when the model is not to be named; the facts learn its bit depth.
+// False with an empty name when nobody names the model, or it is not to be named; the facts learn
+// its bit depth.
 bool GetScannerProductName(ScannerSettings& settings, const IdentityBlock& block,
                            ExtScannerFacts& facts) {
   const TraceScope trace{"Extcmd::GetScannerProductName"};

@@ -44,7 +44,8 @@ std::uint32_t ExtScanCmd::GetOptionStatus(Call& call, std::uint8_t* mainStatus,
   return IsSet(main, status::kFatalError) ? kScannerError : kNoError;
 }
 
-// The result alone reports a failed query. Of an option that is selected the scanner is asked anew.
+// The result alone reports a failed query. An option that is selected has the area of this reply,
+// the flatbed that of the open.
 std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t source, std::uint32_t* width,
                                            std::uint32_t* height) {
   const TraceScope trace{"Extcmd::GetScanPaperSize"};

@@ -15,7 +15,7 @@ constexpr std::uint32_t RoundUpTo8(std::uint32_t pixels) {
 struct LinePlacement {
   std::uint32_t left;
   std::uint32_t width;
-  std::uint16_t padPixels;  // pixels of the requested line that the scanner does not send
+  std::uint16_t padPixels;  // requested pixels that are not sent, or sent ones not requested
 };
 
 // Fits the requested line into an area of `limit` pixels, in a width that is a multiple of 8: cut

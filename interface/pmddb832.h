@@ -68,9 +68,9 @@ typedef struct PMScannerSettings {
   // Scan resolution, dots per inch.
   uint16_t resolution;      // 186
   uint8_t reserved188[20];  // 188
-  // Left edge of the scan area. Extended set only.
+  // Left edge of the scan area, taken as 1/100 inch. Extended set only.
   double originX;  // 208
-  // Top edge of the scan area. Extended set only.
+  // Top edge of the scan area, taken as 1/100 inch. Extended set only.
   double originY;          // 216
   uint8_t reserved224[2];  // 224
   // Nonzero: line art is delivered inverted.

@@ -64,9 +64,9 @@ struct ScannerSettings {
   // Scan resolution, dots per inch.
   std::uint16_t resolution;      // 186
   std::uint8_t reserved188[20];  // 188
-  // Left edge of the scan area. Extended set only.
+  // Left edge of the scan area, taken as 1/100 inch. Extended set only.
   double originX;  // 208
-  // Top edge of the scan area. Extended set only.
+  // Top edge of the scan area, taken as 1/100 inch. Extended set only.
   double originY;               // 216
   std::uint8_t reserved224[2];  // 224
   // Nonzero: line art is delivered inverted.

@@ -119,12 +119,13 @@ bool StdBlockStream::ReceiveBlock(GeneralCmd& scanner, Call& call, const StdScan
   ForgetBlock();
   const std::uint32_t lineBytes = Get(header, block::kLineBytes);
   if (!ReadLines(scanner, call, lineBytes * lines)) return false;
+  if (setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
   const std::uint8_t blockStatus = Get(header, block::kStatus);
   const bool last = status::IsSet(blockStatus, block::kLast);
   if (!last && status::IsSet(blockStatus, block::kDisarm)) armed_ = false;
   if (!last && !AnswerBlock(scanner, call, facts)) return false;
-  // The host may have set another scan up out of its device.
-  if (setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
+  // The host may have closed the scanner, or set another scan up, out of its device.
+  if (!buffer_.IsThere() || setUpNumber_ != setUp) return scanner.Fail(kTransferFailed);
   if (last || IsCancelled()) End();
   block_.lines = lines;
   block_.lineBytes = lineBytes;

@@ -19,9 +19,9 @@ class StdBlockStream {
   // What is true, and what leaves it. Begin leaves every state for kReceiving.
   enum class State : std::uint8_t {
     kIdle,        // no scan was begun; Cancel
-    kReceiving,   // blocks come and are acknowledged; the last block, Cancel
-    kCancelling,  // the next block is answered with CAN; that block, the last block
-    kEnded,       // the last block has come; Cancel
+    kReceiving,   // a scan was begun, if not started: blocks come and are acknowledged; End, Cancel
+    kCancelling,  // the next block is answered with CAN, unless it is the last one; End
+    kEnded,       // the last block has come, or the scanner was reset; Cancel
     kCancelled,   // no block comes any more: the first line of the one received repeats
   };
 
@@ -40,12 +40,13 @@ class StdBlockStream {
   [[nodiscard]] bool Prepare(GeneralCmd& scanner, const ScanPlan& plan, bool fresh,
                              std::uint32_t bufferBytes);
 
-  // The scanner is about to be started.
+  // The scanner is about to be started. The scan is active from here on, also when the start
+  // fails: an abort then goes on to the next block and cancels it.
   void Begin();
   // Chooses blocks of one line, or of several, and says of how many: up to 255, 0 when not one
   // fits.
   std::uint32_t ChooseBlocks(bool severalLines, const ScanPlan& plan);
-  // The header that came with the start. It is that of the first block, if there is one.
+  // The header that came with the start: that of the first block where blocks have several lines.
   void TakeStartHeader(const std::optional<BlockHeader>& header) { startHeader_ = header; }
   // The scanner sends no more.
   void End();
@@ -57,11 +58,11 @@ class StdBlockStream {
 
   // The next block, if one comes, is cancelled.
   void Cancel();
-  // Likewise, and all lines from now on are white.
+  // Likewise, and all raw lines up to the next set-up are white.
   void Abort();
 
   // Moves to the next line, and receives the next block where the current one is used up. False
-  // when no line came; kTransferFailed when it could not be received.
+  // when no line came; kTransferFailed when there is no room for it, or the scan was overtaken.
   bool NextScanStep(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts);
 
   // The same, and describes the line.

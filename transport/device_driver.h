@@ -51,7 +51,7 @@ class DeviceDriver {
   const ScannerSettings* recordAtEnd = nullptr;  // null counts as interface mode
 
   // Direct access, for whoever provides it: 0 means success. Null entries fail.
-  std::uint32_t (*openEntry)() = nullptr;  // never called: a channel that was made counts as open
+  std::uint32_t (*openEntry)() = nullptr;  // never called: Open marks the channel open without it
   void (*closeEntry)(std::uintptr_t) = nullptr;
   std::uint32_t (*readEntry)(std::uint8_t* buffer, std::uint32_t length) = nullptr;
   std::uint32_t (*writeEntry)(const std::uint8_t* buffer, std::uint32_t length) = nullptr;

@@ -6,7 +6,6 @@ namespace pmddb832 {
 
 // Focus rules that both command sets share. On the wire a position is offset by 0x40.
 
-inline constexpr std::uint32_t kFocusCommandLevel = 8;  // the one level that has focus commands
 inline constexpr std::uint8_t kFocusOffset = 0x40;
 inline constexpr std::uint8_t kFocusAutomatic = 0xFF;  // asks for automatic focus
 inline constexpr std::uint8_t kFocusUnknown = 0xFF;    // the scanner did not tell a position

@@ -9,7 +9,7 @@
 #include "wire/wire_block.h"
 
 // What a person calls the fields of the wire blocks: tables for those who show a conversation. The
-// module itself needs none of it.
+// module itself reads none of it.
 namespace pmddb832 {
 
 // One value of a field, or one of its bits.

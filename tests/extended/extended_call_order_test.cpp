@@ -228,6 +228,19 @@ TEST_CASE_FIXTURE(StartingScanner, "a set-up during progress ends the band with 
   CHECK(PMGetScanError() == 9);
 }
 
+TEST_CASE_FIXTURE(StartingScanner,
+                  "a set-up out of the device that sends the last block is that of the next scan") {
+  device.duringReadOf = 65;
+  device.duringRead = [this] { InitAcquire(1); };
+  SendLines();
+  CHECK(Acquire(64).record.status == kFailed);
+  CHECK(PMGetScanError() == 9);
+  device.ExpectBlock(0x1C, 'W', ParameterBlock());
+  AnswerStart(Header(0, 0, 64));
+  SendLines();
+  CHECK(Acquire(64).Rows(16) == "01 02 03 04");
+}
+
 TEST_CASE_FIXTURE(OpenExtended, "the end of a scan of no lines is told as 100") {
   settings.areaHeightPx = 0;
   StartScan(With(ParameterBlock(), 20, Word(0)), Header(0, 0, 0), 1);

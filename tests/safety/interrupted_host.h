@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "simulator/device/scanner.h"
+#include "tests/safety/module_memory.h"
 #include "tests/safety/progress_window.h"
 #include "tests/scans/module_under_test.h"
 #include "transport/raw_device.h"
@@ -99,6 +100,11 @@ class InterruptedHost {
   std::function<void()> interruption_;
   bool isInterrupted_ = false;
   ProgressWindow window_;
+  // What an open again leaves behind, and the guards beside it, would add up.
+  struct GuardedBlocks {
+    ~GuardedBlocks() { GiveGuardedBlocks(); }
+  };
+  GuardedBlocks guardedBlocks_;
   ModuleUnderTest module_;  // unloaded before anything else goes
 };
 

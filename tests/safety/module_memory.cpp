@@ -79,4 +79,9 @@ bool GiveBlock(void* block) {
   return true;
 }
 
+void GiveGuardedBlocks() {
+  const auto isGuarded = [](const auto& entry) { return entry.second.has_value(); };
+  MemoryOfModule().blocks -= std::erase_if(AllBlocks(), isGuarded);
+}
+
 }  // namespace pmddb832::tests

@@ -21,6 +21,10 @@ ModuleMemory& MemoryOfModule();
 // To be called when the module has been loaded, each time.
 void WatchModule();
 
+// Gives back all guarded blocks that the module still has: to be called when nothing of it is used
+// any more. A system allows a program only so many pages that nobody may touch.
+void GiveGuardedBlocks();
+
 // Where blocks of the module are to be guarded when nothing but their access is to be watched: the
 // sanitizers watch the native build.
 std::optional<Guard> GuardWithoutSanitizer();

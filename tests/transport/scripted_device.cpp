@@ -90,8 +90,10 @@ std::int32_t ScriptedDevice::RawReadData(void* buffer, std::uint32_t* byteCount,
   }
   if (step.kind != Kind::kRead || step.length != *byteCount) return Complain(came);
   ++next_;
+  const std::size_t delivered = step.bytes.size();
   std::copy(step.bytes.begin(), step.bytes.end(), static_cast<std::uint8_t*>(buffer));
-  *byteCount = static_cast<std::uint32_t>(step.bytes.size());
+  if (step.length == duringReadOf && duringRead != nullptr) std::exchange(duringRead, nullptr)();
+  *byteCount = static_cast<std::uint32_t>(delivered);
   return success;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,10 @@ class ScriptedDevice final : public RawDevice {
 
   // Result of successful transfers: any value that is not negative.
   std::int32_t success = 0;
+
+  // Runs within the next read of that many bytes, once.
+  std::function<void()> duringRead;
+  std::uint32_t duringReadOf = 0;
 
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
