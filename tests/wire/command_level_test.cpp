@@ -36,8 +36,8 @@ std::string RowOf(const LevelTraits& level) {
   return row;
 }
 
-// status, colour correction, colour matrix, enhancement, halftone override, mirror, threshold, large
-// areas, focus, stops at an error, always ejects
+// status, colour correction, colour matrix, enhancement, halftone override, mirror, threshold,
+// large areas, focus, stops at an error, always ejects
 constexpr const char* kRows[] = {
     "0 6 16128 0 .x.........",       // not supported
     "1 4 4096 0 .x.........",        // B3
