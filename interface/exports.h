@@ -6,7 +6,7 @@
 #include "transport/acquisition_records.h"
 
 // The functions that the module exports. The host calls them one at a time, from any one thread.
-// Before a successful PMOpenScanner they do nothing and return 0, except PMGetScanError.
+// Before the first PMOpenScanner they do nothing and return 0, except PMGetScanError.
 
 extern "C" {
 

@@ -217,7 +217,7 @@ typedef struct PMAcquisitionBand {
 // The host's progress routine; takes a percentage. May be null.
 typedef void (*PMProgressCallback)(uint32_t percent);
 
-// The host calls the functions one at a time, from any one thread. Before a successful
+// The host calls the functions one at a time, from any one thread. Before the first
 // PMOpenScanner they do nothing and return 0, except PMGetScanError.
 
 // Initialises the module for the scanner that `settings` describes, identifies the scanner and
