@@ -8,11 +8,10 @@
 #include "platform/trace.h"
 #include "standard/std_scan_cmd.h"
 #include "wire/error_codes.h"
+#include "wire/reply_shapes.h"
 
 namespace pmddb832 {
 namespace {
-
-constexpr std::uint8_t kExtendedSetAnswered = 0x02;  // bit of the probe's status byte
 
 // An earlier log stays referenced: scopes that are still open write to it.
 void CreateLog() {
@@ -101,7 +100,7 @@ std::uint32_t ExtCommandSupport(Call& call, std::uint8_t option) {
   if (probe.Wire() == nullptr) return kNoTransport;
   if (probe.Open(call) == 0 || probe.GetLevelInfo(call) == 0) return probe.GetLastError();
   const Checkcmd::LevelInfo& level = probe.Level();
-  extendedSupport = (level.status & kExtendedSetAnswered) != 0 ? 1 : 0;
+  extendedSupport = (level.status & level_reply::kKnowsExtendedCommands) != 0 ? 1 : 0;
   commandLevelString[0] = static_cast<char>(level.letter);
   commandLevelString[1] = static_cast<char>(level.digit);
   probe.Close(call);
