@@ -74,8 +74,7 @@ void ExtScanCmd::AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bu
                {{buffer, std::size_t{lines} * rowBytes},
                 rowBytes,
                 lines,
-                IsTopDown(plan_.outputFormat),
-                kLinesPerProgressCall})) {
+                IsTopDown(plan_.outputFormat)})) {
     return;
   }
   const bool done = stream_.LinesDelivered() >= plan_.height;
@@ -97,7 +96,7 @@ bool ExtScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows) {
     Convert(line, row, ConversionFor(plan_, call.settings));
     stream_.CountLine();
   };
-  return DeliverBand(rows, report, next, convert);
+  return DeliverBand<kLinesPerProgressCall>(rows, report, next, convert);
 }
 
 bool ExtScanCmd::StartTransfer(Call& call) {

@@ -71,7 +71,7 @@ bool ExtBlockStream::NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan
   } else {
     lineOffset_ += plan.rawLineBytes;
   }
-  line = LineUnderCursor(plan);
+  PointAtLine(plan, line);
   return true;
 }
 
@@ -110,7 +110,7 @@ bool ExtBlockStream::AnswerBlock(GeneralCmd& scanner, Call& call) {
 
 // Lines below the area that the scanner sends are white. The line reaches to the end of what was
 // received, because a conversion may read beyond it.
-ScanLine ExtBlockStream::LineUnderCursor(const ExtScanPlan& plan) {
+void ExtBlockStream::PointAtLine(const ExtScanPlan& plan, ScanLine& line) {
   std::uint32_t end = receivedBytes_;
   if (linesDelivered_ >= plan.linesToScan && lineOffset_ <= kDataBufferBytes &&
       plan.rawLineBytes <= kDataBufferBytes - lineOffset_) {
@@ -118,11 +118,9 @@ ScanLine ExtBlockStream::LineUnderCursor(const ExtScanPlan& plan) {
     end = std::max(end, lineOffset_ + plan.rawLineBytes);
   }
   const std::uint32_t start = std::min(lineOffset_, end);
-  ScanLine line;
   line.plane0 = {buffer_.Data() + start, end - start};
   line.pixelCount =
       static_cast<std::int32_t>(plan.pixelType == kLineArt ? plan.rawLineBytes : plan.width);
-  return line;
 }
 
 }  // namespace pmddb832

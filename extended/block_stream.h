@@ -57,7 +57,7 @@ class ExtBlockStream {
   bool ReceiveBlock(GeneralCmd& scanner, Call& call);
   bool AnswerBlock(GeneralCmd& scanner, Call& call);
   bool FailForBlock(GeneralCmd& scanner, Call& call);
-  ScanLine LineUnderCursor(const ExtScanPlan& plan);
+  void PointAtLine(const ExtScanPlan& plan, ScanLine& line);
 
   ReceiveBuffer buffer_;  // data and status byte of the block last received
   State state_ = State::kSetUp;

@@ -14,7 +14,6 @@ struct Band {
   std::uint32_t rowBytes;
   std::uint32_t lines;
   bool topDown;
-  std::uint32_t linesPerProgressCall;
 
   HostRow Row(std::uint32_t line) const {
     const std::size_t row = topDown ? line : lines - 1 - line;
@@ -29,11 +28,11 @@ constexpr std::uint32_t LinesThatFit(std::uint32_t bufferBytes, std::uint32_t ro
 
 // Fills a band line by line: `report(line)` on every few lines, then `next(scanLine)`, which
 // fetches the line or ends the band with false, then `convert(scanLine, row)`.
-template <class Report, class Next, class Convert>
+template <std::uint32_t linesPerReport, class Report, class Next, class Convert>
 [[nodiscard]] bool DeliverBand(const Band& band, Report report, Next next, Convert convert) {
+  ScanLine line;
   for (std::uint32_t i = 0; i < band.lines; ++i) {
-    if (i % band.linesPerProgressCall == 0) report(i);
-    ScanLine line;
+    if (i % linesPerReport == 0) report(i);
     if (!next(line)) return false;
     convert(line, band.Row(i));
   }

@@ -2,22 +2,8 @@
 
 #include "imaging/pixel_conversion.h"
 #include "imaging/pixel_format.h"
-#include "interface/scanner_settings.h"
-#include "wire/document_source.h"
 
 namespace pmddb832 {
-
-LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings& settings) {
-  const bool whiteFill = settings.docFeedOption == kFeeder && settings.mainStatusBit5 != 0 &&
-                         settings.whitePadding != 0;
-  return {plan.pixelType,
-          static_cast<std::int16_t>(plan.padPixels),
-          plan.reorder,
-          settings.invertMono != 0,
-          settings.mirrorImage != 0,
-          settings.previewMode != 0,
-          whiteFill};
-}
 
 void ConvertLine(const ScanLine& line, HostRow row, const LineConversion& conversion) {
   const auto& [type, pad, reorder, invert, mirror, preview, white] = conversion;

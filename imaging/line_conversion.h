@@ -4,6 +4,8 @@
 
 #include "imaging/scan_line.h"
 #include "imaging/scan_plan.h"
+#include "interface/scanner_settings.h"
+#include "wire/document_source.h"
 
 namespace pmddb832 {
 
@@ -19,7 +21,17 @@ struct LineConversion {
 };
 
 // The conversion of the plan's lines, as the settings ask for it now.
-LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings& settings);
+inline LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings& settings) {
+  const bool whiteFill = settings.docFeedOption == kFeeder && settings.mainStatusBit5 != 0 &&
+                         settings.whitePadding != 0;
+  return {plan.pixelType,
+          static_cast<std::int16_t>(plan.padPixels),
+          plan.reorder,
+          settings.invertMono != 0,
+          settings.mirrorImage != 0,
+          settings.previewMode != 0,
+          whiteFill};
+}
 
 // Converts a line. Types that have no conversion write nothing.
 void ConvertLine(const ScanLine& line, HostRow row, const LineConversion& conversion);

@@ -28,6 +28,7 @@ void Pix2Mono(const ScanLine& line, HostRow row, std::int16_t pad, bool invert, 
   } else {
     std::memcpy(row.data(), from, frame.converted);
   }
+  if (frame.IsConvertedOnly()) return;
   FinishRow(row, frame, 1, from + frame.converted - 1, whiteFill);
 }
 

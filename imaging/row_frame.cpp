@@ -22,16 +22,6 @@ void FillPixels(std::uint8_t* to, std::size_t pixels, std::size_t pixelBytes,
 
 }  // namespace
 
-RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixels,
-                   std::size_t rowPixels) {
-  const auto toConvert = static_cast<std::size_t>(std::max<std::int64_t>(wanted, 0));
-  const auto toFill = static_cast<std::size_t>(std::max<std::int64_t>(fill, 0));
-  const std::size_t converted = std::min({toConvert, linePixels, rowPixels});
-  if (converted < toConvert) return {converted, 0, true};
-  const std::size_t filled = std::min(toFill, rowPixels - converted);
-  return {converted, filled, filled < toFill};
-}
-
 void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes,
                const std::uint8_t* lastPixel, bool whiteFill) {
   const std::size_t fillStart = frame.converted * pixelBytes;

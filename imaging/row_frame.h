@@ -14,12 +14,21 @@ struct RowFrame {
   std::size_t converted;
   std::size_t filled;
   bool cutShort;
+
+  constexpr bool IsConvertedOnly() const { return filled == 0 && !cutShort; }
 };
 
 // Divides a row of `rowPixels` for `wanted` pixels of which the line holds `linePixels`, and `fill`
 // pixels behind them. Negative numbers count as 0.
-RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixels,
-                   std::size_t rowPixels);
+constexpr RowFrame DivideRow(std::int64_t wanted, std::int64_t fill, std::size_t linePixels,
+                             std::size_t rowPixels) {
+  const auto toConvert = static_cast<std::size_t>(std::max<std::int64_t>(wanted, 0));
+  const auto toFill = static_cast<std::size_t>(std::max<std::int64_t>(fill, 0));
+  const std::size_t converted = std::min({toConvert, linePixels, rowPixels});
+  if (converted < toConvert) return {converted, 0, true};
+  const std::size_t filled = std::min(toFill, rowPixels - converted);
+  return {converted, filled, filled < toFill};
+}
 
 // What stands behind the converted pixels.
 struct RowFill {
@@ -43,7 +52,7 @@ void ConvertRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t lin
   const RowFrame frame = DivideRow(std::int64_t{line.pixelCount} - fill.pixels, fill.pixels,
                                    linePixels, row.size() / rowPixelBytes);
   convert(line.plane0.data(), row.data(), frame.converted);
-  FinishRow(row, frame, rowPixelBytes, fill.isWhite);
+  if (!frame.IsConvertedOnly()) FinishRow(row, frame, rowPixelBytes, fill.isWhite);
 }
 
 // Copies pixels of `pixelBytes` bytes unchanged.

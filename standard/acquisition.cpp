@@ -38,11 +38,8 @@ void StdScanCmd::AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bu
   const std::uint32_t linesLeft = linesTotal_ - std::min(linesDone_, linesTotal_);
   const std::uint32_t lines = std::min(linesThatFit, linesLeft);
   band->lines = lines;
-  const Band rows{{buffer, std::size_t{lines} * rowBytes},
-                  rowBytes,
-                  lines,
-                  IsTopDown(plan_.outputFormat),
-                  kLinesPerProgressCall};
+  const Band rows{
+      {buffer, std::size_t{lines} * rowBytes}, rowBytes, lines, IsTopDown(plan_.outputFormat)};
   std::uint32_t lineCount = 0;
   if (!Deliver(call, setUp, rows, lineCount)) return;
   linesDone_ += lines;
@@ -69,7 +66,7 @@ bool StdScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows,
     lineCount = static_cast<std::uint32_t>(line.pixelCount);
     if (plan_.pixelType == kLineArt) lineCount = std::min(lineCount, rows.rowBytes);
   };
-  return DeliverBand(rows, report, next, convert);
+  return DeliverBand<kLinesPerProgressCall>(rows, report, next, convert);
 }
 
 bool StdScanCmd::FinishPage(Call& call) {

@@ -170,7 +170,7 @@ bool StdBlockStream::GetScanLine(GeneralCmd& scanner, Call& call, const StdScann
   if (!buffer_.IsThere()) return scanner.Fail(kTransferFailed);
   std::uint32_t end = block_.receivedBytes;
   if (white_) WhitenLine(plan.hostLineBytes, end);
-  line = LineUnderCursor(plan, end);
+  PointAtLine(plan, end, line);
   return true;
 }
 
@@ -184,19 +184,19 @@ void StdBlockStream::WhitenLine(std::uint32_t lineBytes, std::uint32_t& end) {
 
 // The planes of the palette type lie one after another in the raw line, each as long as half the
 // line that was asked for. The line reaches to `end` of what is in the block.
-ScanLine StdBlockStream::LineUnderCursor(const ScanPlan& plan, std::uint32_t end) {
+void StdBlockStream::PointAtLine(const ScanPlan& plan, std::uint32_t end, ScanLine& line) {
   const std::span<const std::uint8_t> data{buffer_.Data() + kDataStart, end};
   const auto from = [data](std::size_t offset) {
     return data.subspan(std::min(offset, data.size()));
   };
-  const std::size_t planeBytes = plan.sentWidth / 2 + plan.sentWidth % 2;
-  ScanLine line;
   line.plane0 = from(lineOffset_);
-  line.plane1 = from(lineOffset_ + planeBytes);
-  line.plane2 = from(lineOffset_ + 2 * planeBytes);
+  if (plan.pixelType == kPalette) {
+    const std::size_t planeBytes = plan.sentWidth / 2 + plan.sentWidth % 2;
+    line.plane1 = from(lineOffset_ + planeBytes);
+    line.plane2 = from(lineOffset_ + 2 * planeBytes);
+  }
   line.pixelCount =
       static_cast<std::int32_t>(plan.pixelType == kLineArt ? block_.lineBytes : plan.width);
-  return line;
 }
 
 }  // namespace pmddb832

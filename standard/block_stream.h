@@ -83,7 +83,7 @@ class StdBlockStream {
   bool ReadLines(GeneralCmd& scanner, Call& call, std::uint32_t bytes);
   bool AnswerBlock(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts);
   void WhitenLine(std::uint32_t lineBytes, std::uint32_t& end);
-  ScanLine LineUnderCursor(const ScanPlan& plan, std::uint32_t end);
+  void PointAtLine(const ScanPlan& plan, std::uint32_t end, ScanLine& line);
 
   ReceiveBuffer buffer_;           // lines start some bytes into it
   std::uint32_t receiveSize_ = 0;  // what the lines per block are computed from
