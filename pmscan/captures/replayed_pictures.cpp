@@ -2,6 +2,7 @@
 
 #include "pmscan/captures/call_values.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/pictures/picture_origin.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_plan.h"
 
@@ -27,8 +28,8 @@ void ReplayedPictures::Begin(const pmddb832::ScannerSettings& settings,
   const ScanMode& mode = ModeOf(settings.pixelType, ValueOf(arguments, "outputFormat"));
   const PictureFormat& format = FormatByFileName(file_);
   RequireHolds(format, mode);
-  writer_.emplace(
-      PictureFile{file_, format, mode, settings.resolution, mayReplace_, DeepBits(settings)});
+  writer_.emplace(PictureFile{file_, format, mode, settings.resolution, mayReplace_,
+                              DeepBits(settings), kUsualQuality, OriginOf(settings)});
   writer_->BeginPage(ValueOf(setup, "widthPixels"), ValueOf(setup, "heightLines"));
 }
 

@@ -139,13 +139,20 @@ Found Require(Found found, const char* option, const std::string& name) {
                             "--" + option + " can be: " + row->choices() + ".");
 }
 
+const PictureFormat& FormatOf(const CommandWords& words, const std::string& name) {
+  if (!words.formatName.empty()) {
+    return *Require(FindFormat(words.formatName), "format", words.formatName);
+  }
+  return name == kStandardOutput ? *FindFormat("png") : FormatByFileName(name);
+}
+
 void ReadOutput(const CommandWords& words, Options& options) {
   const bool isBatch = !words.batch.empty();
   const std::string& name = isBatch ? words.batch : words.output;
   options.hasOutput = !name.empty();
   if (words.pageCount > 0) options.pages = words.pageCount;
   if (!options.hasOutput) return;
-  options.format = FormatByFileName(name);
+  options.format = FormatOf(words, name);
   options.names =
       isBatch && PageNames::IsPattern(name) ? PageNames::Numbered(name) : PageNames::Single(name);
   if (isBatch && words.pageCount == 0) options.pages.reset();
@@ -171,12 +178,33 @@ void RequireOutput(const Options& options) {
 void RequirePagesFit(const Options& options) {
   const bool hasSeveral = !options.pages || *options.pages > 1;
   if (options.names.AreNumbered() || !hasSeveral || !options.hasOutput) return;
-  if (options.format.container == Container::kTiff) return;
+  if (HoldsPages(options.format)) return;
   throw Failure(kUnsupported, "A " + std::string(options.format.name) +
                                   " file holds one page: number the files, as in --batch "
                                   "page%03d." +
                                   std::string(options.format.extension) +
-                                  ", or write a .tif file.");
+                                  ", or write a .tif or .pdf file.");
+}
+
+void RequireOneForOutput(const Options& options) {
+  if (!options.hasOutput || options.names.Of(1) != kStandardOutput) return;
+  if (!options.pages || *options.pages > 1) {
+    throw Failure(kUnsupported, "Standard output takes one page: name a file with -o FILE.");
+  }
+  if (options.isJson) {
+    throw Failure(kUnsupported,
+                  "Standard output takes the picture or the report: leave out --json, or name a "
+                  "file with -o FILE.");
+  }
+}
+
+// Nothing that is asked for is left out in silence.
+void RequireQualityCounts(const Options& options) {
+  if (options.quality == 0 || !options.hasOutput) return;
+  if (IsJpegIn(options.format.container, options.mode.layout)) return;
+  throw Failure(kUnsupported, std::string(options.format.name) + " files of " +
+                                  std::string(options.mode.description) +
+                                  " hold no JPEG: leave out --quality.");
 }
 
 void RequireEnd(const Options& options) {
@@ -195,6 +223,8 @@ void RequireConsistent(const Options& options) {
   RequireOutput(options);
   RequireHolds(options.format, options.mode);
   RequirePagesFit(options);
+  RequireOneForOutput(options);
+  RequireQualityCounts(options);
   RequireEnd(options);
   if (options.isInverted && options.mode.layout != PixelLayout::kBlackWhite) {
     throw Failure(kUnsupported, "--invert is for line art: add --mode lineart, or leave it out.");

@@ -1,13 +1,17 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 // windows.h comes first: the other headers build on it.
+#include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
 
+#include <array>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
+#include <system_error>
 
 #include "pmscan/command_line/console.h"
 
@@ -72,6 +76,33 @@ std::size_t ErrorOutputColumns() {
   if (GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &screen) == 0) return kUsual;
   const int columns = screen.srWindow.Right - screen.srWindow.Left + 1;
   return columns > 0 ? static_cast<std::size_t>(columns) : kUsual;
+}
+
+bool WriteStandardOutput(std::istream& stream) {
+  std::cout << std::flush;
+  std::fflush(stdout);
+  const int before = _setmode(_fileno(stdout), _O_BINARY);
+  std::array<char, 65536> bytes;
+  std::size_t written = 0;
+  std::size_t read = 0;
+  do {
+    stream.read(bytes.data(), bytes.size());
+    read = static_cast<std::size_t>(stream.gcount());
+    written = std::fwrite(bytes.data(), 1, read, stdout);
+  } while (written == read && read > 0);
+  const bool isWhole = written == read && std::fflush(stdout) == 0;
+  _setmode(_fileno(stdout), before);
+  return isWhole;
+}
+
+std::uint32_t ProcessNumber() {
+  return GetCurrentProcessId();
+}
+
+std::string SystemWords(std::uint32_t error) {
+  std::string words = std::system_category().message(static_cast<int>(error));
+  words.resize(words.find_last_not_of(" .\r\n") + 1);
+  return words + " (Windows error " + std::to_string(error) + ")";
 }
 
 // Each output operation of std::cerr flushes what std::cout has, and its own text at its end.

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,15 @@ bool IsErrorOutputTerminal();
 
 // Columns of the terminal that standard error goes to; 80 where that is not known.
 std::size_t ErrorOutputColumns();
+
+// Copies all of the stream to standard output, byte for byte. False when not all went there.
+bool WriteStandardOutput(std::istream& stream);
+
+// Of this process.
+std::uint32_t ProcessNumber();
+
+// What the system's number of an error means, and the number: "Access is denied (Windows error 5)".
+std::string SystemWords(std::uint32_t error);
 
 // From here on a text goes to standard output and standard error in one piece.
 void JoinOutput();

@@ -1,15 +1,25 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
 namespace pmscan {
 
-// The row of a table whose member `name` it is; null when there is none.
+// Whether the words are the same but for the case of their letters, a to z.
+constexpr bool IsSameWord(std::string_view one, std::string_view other) {
+  constexpr auto lower = [](char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+  };
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [=](char a, char b) { return lower(a) == lower(b); });
+}
+
+// The row of a table whose member `name` it is, in any case; null when there is none.
 template <typename Rows>
 constexpr auto FindByName(const Rows& rows, std::string_view name) -> decltype(rows.data()) {
   for (const auto& row : rows) {
-    if (row.name == name) return &row;
+    if (IsSameWord(row.name, name)) return &row;
   }
   return nullptr;
 }

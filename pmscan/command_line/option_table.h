@@ -40,6 +40,7 @@ struct CommandWords : Options {
   bool keepsImageData = false;
   std::string output;
   std::string batch;
+  std::string formatName;
   std::uint32_t pageCount = 0;  // 0: not given
   std::string modeName = "colour";
   std::string sourceName = "flatbed";
@@ -106,10 +107,16 @@ inline constexpr std::array kAll{
     OptionRow{kScanner | kReplay | kConvert, kGiven, "--overwrite", "", &At<&W::mayOverwrite>,
               "replace files of the same name; without it nothing is scanned"},
     OptionRow{kScan, kGiven, "-o,--output", "FILE", &At<&W::output>,
-              "the picture: .png, .tif, .tiff, .bmp, .jpg or .jpeg"},
+              "the picture: .png, .tif, .tiff, .pdf, .bmp, .jpg or .jpeg; - for\n"
+              "standard output, which takes one page and no report"},
+    OptionRow{kScan, kGiven, "--format", "FORMAT", &At<&W::formatName>,
+              "png, tif, tiff, pdf, bmp, jpg or jpeg, whatever FILE ends in\n"
+              "(default: what it ends in; png for -o -)", 0, 0, "", &FormatNames},
+    OptionRow{kScan, kGiven, "--quality", "N", &At<&W::quality>,
+              "of JPEG, also in a .pdf file, 1 to 100 (default 85)", 1, 100},
     OptionRow{kScan, kGiven, "--batch", "NAME", &At<&W::batch>,
               "a file for each page, with its number for %d or %03d in NAME; or\n"
-              "one .tif file for all of them"},
+              "one .tif or .pdf file for all of them"},
     OptionRow{kScan, kGiven, "--pages", "N", &At<&W::pageCount>,
               "how many pages at most, 1 to 9999 (default: one with -o, with\n"
               "--batch all that the feeder holds)", 1, 9999},
@@ -122,8 +129,8 @@ inline constexpr std::array kAll{
               "colour       24 bits (default)\n"
               "colour12     12 bits, written as 24\n"
               "palette      216 fixed colours; not with extended commands\n"
-              "deep-grey    16 bits, in .png and .tif\n"
-              "deep-colour  48 bits, in .png and .tif", 0, 0, "", &ScanModeNames},
+              "deep-grey    16 bits, in .png, .tif and .pdf\n"
+              "deep-colour  48 bits, in .png, .tif and .pdf", 0, 0, "", &ScanModeNames},
     OptionRow{kScan, kKept, "--resolution", "DPI", &At<&W::dotsPerInch>,
               "dots per inch, 1 to 65535 (default 300)", 1, 65535},
     OptionRow{kScan, kKept, "--area", "LEFT,TOP,WIDTH,HEIGHT", &At<&W::areaText>,

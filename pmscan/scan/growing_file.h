@@ -15,17 +15,11 @@ class GrowingFile {
   GrowingFile(const GrowingFile&) = delete;
   GrowingFile& operator=(const GrowingFile&) = delete;
 
-  const wchar_t* Path() const { return path_.c_str(); }
+  const std::filesystem::path& Path() const { return path_; }
 
   // Replaces what stands in the place, if it may. Nobody has the file open. Returns 0 or Windows'
   // error number.
   std::uint32_t TakePlace(bool mayReplace) const;
-
-  // Writes the file's size into the header of a bitmap file: some versions of Wine leave the
-  // palette out of it.
-  void CorrectBitmapSize() const;
-
-  std::uint64_t Bytes() const;
 
  private:
   const std::filesystem::path place_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/pictures/picture_format.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -55,6 +56,7 @@ bool Exists(const std::string& file) {
 }
 
 std::optional<std::string> OccupiedFile(const std::string& file) {
+  if (file == kStandardOutput) return std::nullopt;
   if (Exists(file)) return file;
   if (Exists(GrowingName(file))) return GrowingName(file);
   return std::nullopt;

@@ -8,6 +8,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/progress.h"
+#include "pmscan/pictures/picture_origin.h"
 #include "pmscan/pictures/picture_store.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/report.h"
@@ -50,9 +51,13 @@ BatchManners MannersFor(const Options& options, ProgressMeter& progress) {
   return manners;
 }
 
-PictureFile PictureFileFor(const Options& options, const ScanPlan& plan) {
-  return {
+PictureFile PictureFileFor(const Options& options, const ScanPlan& plan,
+                           const pmddb832::ScannerSettings& settings) {
+  PictureFile file{
       {}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite, plan.sampleBits};
+  if (options.quality > 0) file.quality = options.quality;
+  file.origin = OriginOf(settings);
+  return file;
 }
 
 // What was saved before a failure.
@@ -92,7 +97,7 @@ class ScanRun {
 void ScanRun::Run(const ScanPlan& plan) {
   const Clock::time_point start = Clock::now();
   ProgressMeter progress(std::cerr, StyleFor(options_), ErrorOutputColumns());
-  PictureStore store(options_.names, PictureFileFor(options_, plan));
+  PictureStore store(options_.names, PictureFileFor(options_, plan, settings_));
   const Batch batch{options_.source, plan.window, plan.asked.mode.outputFormat, options_.pages,
                     options_.paperSeconds};
   try {
@@ -115,7 +120,9 @@ void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
   if (options_.isJson) {
     json_ = ScanJson(scanner, options_.source, request, outcome_);
   } else if (!outcome_.files.empty()) {
-    std::cout << ScanReport(scanner, options_.source, request, outcome_);
+    const bool isPictureThere = options_.names.Of(1) == kStandardOutput;
+    (isPictureThere ? std::cerr : std::cout)
+        << ScanReport(scanner, options_.source, request, outcome_);
   }
 }
 

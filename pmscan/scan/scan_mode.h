@@ -48,7 +48,8 @@ inline constexpr std::array kScanModes{
 };
 // clang-format on
 
-// Null when there is no mode of that name.
+// In any case, and also where grey is called gray or colour color. Null when there is no mode of
+// that name.
 const ScanMode* FindScanMode(std::string_view name);
 
 // "lineart, grey, ..." for messages.

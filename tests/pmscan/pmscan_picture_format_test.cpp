@@ -31,18 +31,19 @@ TEST_CASE("pmscan: a file's name without a known extension is refused") {
   }
 }
 
-TEST_CASE("pmscan: PNG and TIFF hold the pictures of every mode") {
+TEST_CASE("pmscan: PNG, TIFF and PDF hold the pictures of every mode") {
   for (const pmscan::ScanMode& mode : pmscan::kScanModes) {
     CAPTURE(mode.name);
     CHECK_NOTHROW(pmscan::RequireHolds(FormatByFileName("a.png"), mode));
     CHECK_NOTHROW(pmscan::RequireHolds(FormatByFileName("a.tif"), mode));
+    CHECK_NOTHROW(pmscan::RequireHolds(FormatByFileName("a.pdf"), mode));
   }
 }
 
 TEST_CASE("pmscan: a format that cannot hold the picture is refused with what to use instead") {
   CHECK(Outcome("a.jpg", "deep-colour") ==
-        "65 JPEG files cannot hold colour, 48 bits: write a .png or .tif file, or scan with --mode "
-        "colour.");
+        "65 JPEG files cannot hold colour, 48 bits: write a .png, .tif or .pdf file, or scan with "
+        "--mode colour.");
   CHECK(Outcome("a.jpg", "lineart") != "accepted");
   CHECK(Outcome("a.jpg", "deep-grey") != "accepted");
   CHECK(Outcome("a.bmp", "deep-grey") != "accepted");

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string_view>
+#include <utility>
 
 #include "pmscan/scan/scan_mode.h"
 
@@ -26,11 +27,19 @@ std::uint32_t BitsOf(PixelLayout layout) {
   }
 }
 
-TEST_CASE("pmscan: a mode is found by its name, and only by that") {
+TEST_CASE("pmscan: a mode is found by its name in any case and spelling, and only by that") {
   REQUIRE(FindScanMode("grey") != nullptr);
   CHECK(FindScanMode("grey")->pixelType == 2);
   CHECK(FindScanMode("") == nullptr);
-  CHECK(FindScanMode("Grey") == nullptr);
+  CHECK(FindScanMode("gre") == nullptr);
+  for (const auto& spelling :
+       {std::pair("GREY", "grey"), std::pair("gray", "grey"), std::pair("Color", "colour"),
+        std::pair("color12", "colour12"), std::pair("Deep-Gray", "deep-grey"),
+        std::pair("DEEP-COLOR", "deep-colour"), std::pair("LineArt", "lineart")}) {
+    CAPTURE(spelling.first);
+    REQUIRE(FindScanMode(spelling.first) != nullptr);
+    CHECK(FindScanMode(spelling.first)->name == spelling.second);
+  }
 }
 
 TEST_CASE("pmscan: no two modes have the same name or pixel type") {

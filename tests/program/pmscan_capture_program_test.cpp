@@ -13,13 +13,20 @@ bool Has(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
+// What follows the texts of a PNG file, which tell the time.
+std::string Pixels(const std::string& png) {
+  const std::size_t data = png.find("IDAT");
+  REQUIRE(data != std::string::npos);
+  return png.substr(0, 33) + png.substr(data);
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a capture with data replays to the same picture") {
   for (const std::string family : {"extended", "standard"}) {
     CAPTURE(family);
     const std::string device = " --overwrite --device sim:" + family;
     CHECK(Run(kScan + device + " --capture page.capture --capture-data").exitCode == 0);
     CHECK(Run("replay page.capture -o again.png --overwrite").exitCode == 0);
-    CHECK(Contents("again.png") == Contents("page.png"));
+    CHECK(Pixels(Contents("again.png")) == Pixels(Contents("page.png")));
   }
 }
 

@@ -71,9 +71,10 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: an empty feeder is a failure wh
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: pictures of every kind can lie on the bed") {
-  for (const char* kind : {"a.bmp --mode lineart", "b.png --mode lineart", "c.tif --mode lineart",
-                           "d.bmp --mode grey", "e.png --mode grey", "f.tif --mode grey",
-                           "g.jpg --mode grey", "h.png --mode deep-colour", "i.bmp"}) {
+  for (const char* kind :
+       {"a.bmp --mode lineart", "b.png --mode lineart", "c.tif --mode lineart", "d.bmp --mode grey",
+        "e.png --mode grey", "f.tif --mode grey", "g.jpg --mode grey", "h.png --mode deep-colour",
+        "i.bmp", "j.tif --mode deep-grey", "k.tif --mode deep-colour"}) {
     CAPTURE(kind);
     CHECK(Run(std::string("scan --resolution 50 -o ") + kind).exitCode == 0);
   }
@@ -82,6 +83,41 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: pictures of every kind can lie 
     const std::string files = " -o " + file + ".png --original " + file;
     CHECK(Run("scan --resolution 50" + files).exitCode == 0);
   }
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a batch into a PDF file makes a page of each") {
+  CHECK(Run("scan --batch all.pdf" + kFeeder).exitCode == 0);
+  const std::string file = Contents("all.pdf");
+  CHECK(file.starts_with("%PDF-1.5\n"));
+  // 8.5 by 14 inches.
+  std::size_t pages = 0;
+  for (std::size_t at = 0; (at = file.find("/MediaBox [0 0 612.0000 1008.0000]", at)) != file.npos;
+       ++at) {
+    ++pages;
+  }
+  CHECK(pages == 3);
+  CHECK(Has(file, "/Producer (pmscan 1."));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: standard output takes the bytes of a picture and nothing else") {
+  const std::string kind = " --resolution 50 --area 1in,1in,50px,40px --mode grey --format bmp";
+  CHECK(Run("scan -o page" + kind).exitCode == 0);
+  const std::string page = Contents("page");
+  const ProgramResult result = Run("scan -o -" + kind);
+  CHECK(result.exitCode == 0);
+  CHECK(page.starts_with("BM"));
+  CHECK(result.output == page);
+  CHECK(Has(result.errors, "Pixels       50 x 40\r\n"));
+  CHECK(Files() == Names{"page"});
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: less quality makes smaller JPEG pictures") {
+  CHECK(Run("scan -o low.jpg --resolution 50 --quality 10").exitCode == 0);
+  CHECK(Run("scan -o usual.jpg --resolution 50").exitCode == 0);
+  CHECK(Run("scan -o high.jpg --resolution 50 --quality 100").exitCode == 0);
+  CHECK(2 * Contents("low.jpg").size() < Contents("usual.jpg").size());
+  CHECK(Contents("usual.jpg").size() < Contents("high.jpg").size());
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: JSON stands alone on standard output") {
