@@ -7,9 +7,10 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/option_table.h"
+#include "pmscan/command_line/output_words.h"
+#include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
-#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
@@ -110,52 +111,11 @@ std::vector<std::string> WithProfile(const Program& program, std::vector<std::st
   return arguments;
 }
 
-std::string DidYouMean(std::string_view name) {
-  return name.empty() ? "" : "did you mean \"" + std::string(name) + "\"?";
-}
-
-// The one of "lineart, grey" that was probably meant, as a question with a blank behind it.
-std::string MeantBy(const std::string& name, std::string_view choices) {
-  std::vector<std::string_view> words;
-  for (std::size_t end = 0; end != std::string_view::npos; choices.remove_prefix(end + 2)) {
-    end = choices.find(", ");
-    words.push_back(choices.substr(0, end));
-    if (end == std::string_view::npos) break;
-  }
-  const std::string question = DidYouMean(simulator::NearestName(name, words));
-  return question.empty() ? question : question + " ";
-}
-
-// What `Find` finds under the name. Throws Failure(kUsage) that lists the words of the option when
-// that is nothing.
+// What `Find` finds under the name. Throws Failure(kUsage) when that is nothing.
 template <typename Found>
 Found Require(Found found, const char* option, const std::string& name) {
-  if (found) return found;
-  const auto* const row =
-      std::find_if(kOptions.begin(), kOptions.end(),
-                   [&](const OptionRow& each) { return LongName(each).substr(2) == option; });
-  const std::string meant = MeantBy(name, row->choices());
-  throw Failure(kUsage, std::string("There is no ") + option + " \"" + name + "\"; " + meant +
-                            "--" + option + " can be: " + row->choices() + ".");
-}
-
-const PictureFormat& FormatOf(const CommandWords& words, const std::string& name) {
-  if (!words.formatName.empty()) {
-    return *Require(FindFormat(words.formatName), "format", words.formatName);
-  }
-  return name == kStandardOutput ? *FindFormat("png") : FormatByFileName(name);
-}
-
-void ReadOutput(const CommandWords& words, Options& options) {
-  const bool isBatch = !words.batch.empty();
-  const std::string& name = isBatch ? words.batch : words.output;
-  options.hasOutput = !name.empty();
-  if (words.pageCount > 0) options.pages = words.pageCount;
-  if (!options.hasOutput) return;
-  options.format = FormatOf(words, name);
-  options.names =
-      isBatch && PageNames::IsPattern(name) ? PageNames::Numbered(name) : PageNames::Single(name);
-  if (isBatch && words.pageCount == 0) options.pages.reset();
+  if (!found) RefuseWord(option, name);
+  return found;
 }
 
 void ReadWords(const CommandWords& words, Options& options) {
@@ -167,44 +127,6 @@ void ReadWords(const CommandWords& words, Options& options) {
   }
   ReadOutput(words, options);
   if (!words.areaText.empty()) options.area = ParseArea(words.areaText);
-}
-
-void RequireOutput(const Options& options) {
-  if (options.hasOutput || options.isDryRun || !options.savedProfile.empty()) return;
-  throw Failure(kUsage, "A scan needs a file for its picture: -o FILE, or --batch NAME.");
-}
-
-// One file holds several pages only when its format does.
-void RequirePagesFit(const Options& options) {
-  const bool hasSeveral = !options.pages || *options.pages > 1;
-  if (options.names.AreNumbered() || !hasSeveral || !options.hasOutput) return;
-  if (HoldsPages(options.format)) return;
-  throw Failure(kUnsupported, "A " + std::string(options.format.name) +
-                                  " file holds one page: number the files, as in --batch "
-                                  "page%03d." +
-                                  std::string(options.format.extension) +
-                                  ", or write a .tif or .pdf file.");
-}
-
-void RequireOneForOutput(const Options& options) {
-  if (!options.hasOutput || options.names.Of(1) != kStandardOutput) return;
-  if (!options.pages || *options.pages > 1) {
-    throw Failure(kUnsupported, "Standard output takes one page: name a file with -o FILE.");
-  }
-  if (options.isJson) {
-    throw Failure(kUnsupported,
-                  "Standard output takes the picture or the report: leave out --json, or name a "
-                  "file with -o FILE.");
-  }
-}
-
-// Nothing that is asked for is left out in silence.
-void RequireQualityCounts(const Options& options) {
-  if (options.quality == 0 || !options.hasOutput) return;
-  if (IsJpegIn(options.format.container, options.mode.layout)) return;
-  throw Failure(kUnsupported, std::string(options.format.name) + " files of " +
-                                  std::string(options.mode.description) +
-                                  " hold no JPEG: leave out --quality.");
 }
 
 void RequireEnd(const Options& options) {
@@ -220,11 +142,7 @@ void RequireEnd(const Options& options) {
 }
 
 void RequireConsistent(const Options& options) {
-  RequireOutput(options);
-  RequireHolds(options.format, options.mode);
-  RequirePagesFit(options);
-  RequireOneForOutput(options);
-  RequireQualityCounts(options);
+  RequireOutputHolds(options);
   RequireEnd(options);
   if (options.isInverted && options.mode.layout != PixelLayout::kBlackWhite) {
     throw Failure(kUnsupported, "--invert is for line art: add --mode lineart, or leave it out.");
@@ -271,7 +189,7 @@ std::string Suggestion(const CLI::App& app) {
     if ((row.commands & Bit(command)) != 0) names.push_back(LongName(row));
   }
   const std::string word = unknown.front().substr(0, unknown.front().find('='));
-  const std::string question = DidYouMean(simulator::NearestName(word, names));
+  const std::string question = DidYouMean(word, names);
   return question.empty() ? question : "There is no \"" + word + "\"; " + question;
 }
 

@@ -37,7 +37,7 @@ struct Options {
   bool hasOutput = false;  // false: nothing is scanned, only tried out or kept
   PageNames names;
   PictureFormat format{};
-  std::uint32_t quality = 0;  // of JPEG, 1 to 100; 0: the usual one
+  std::uint32_t quality = 0;               // of JPEG, 1 to 100; 0: the usual one
   std::optional<std::uint32_t> pages = 1;  // nothing: until the feeder is empty
   ScanMode mode{};
   ScanSource source{};
