@@ -18,11 +18,15 @@
 namespace pmscan {
 namespace {
 
+constexpr UINT kInterruptedExit = 130;
+
 std::atomic<bool> interrupted = false;
+HANDLE interruption = nullptr;
 
 BOOL WINAPI OnConsoleEvent(DWORD event) {
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
-  interrupted = true;
+  if (interrupted.exchange(true)) TerminateProcess(GetCurrentProcess(), kInterruptedExit);
+  SetEvent(interruption);
   return TRUE;
 }
 
@@ -113,11 +117,25 @@ void JoinOutput() {
 }
 
 void CatchInterrupt() {
+  interruption = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
 }
 
 bool IsInterrupted() {
   return interrupted;
+}
+
+void PauseUnlessInterrupted(std::chrono::milliseconds pause) {
+  WaitForSingleObject(interruption, static_cast<DWORD>(pause.count()));
+}
+
+void EndProgram(int exitCode) {
+  std::cout << std::flush;
+  std::cerr << std::flush;
+  std::fflush(stdout);
+  std::fflush(stderr);
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exitCode));
+  std::abort();
 }
 
 }  // namespace pmscan

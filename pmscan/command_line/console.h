@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <iosfwd>
@@ -39,8 +40,15 @@ std::string SystemWords(std::uint32_t error);
 // From here on a text goes to standard output and standard error in one piece.
 void JoinOutput();
 
-// From here on Ctrl+C no longer ends the program but makes IsInterrupted true.
+// From here on the first Ctrl+C no longer ends the program but makes IsInterrupted true; the second
+// one ends it at once.
 void CatchInterrupt();
 bool IsInterrupted();
+
+// Waits, until the first Ctrl+C at most.
+void PauseUnlessInterrupted(std::chrono::milliseconds pause);
+
+// Ends the program whatever its threads do; the output is flushed before.
+[[noreturn]] void EndProgram(int exitCode);
 
 }  // namespace pmscan

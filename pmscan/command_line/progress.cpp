@@ -14,6 +14,9 @@ namespace {
 constexpr std::uint32_t kLineStep = 10;  // percent
 constexpr std::size_t kMostBarCells = 24;
 constexpr std::chrono::milliseconds kBetweenLines{100};
+constexpr std::chrono::seconds kUntilWaiting{1};
+
+using Lock = std::lock_guard<std::mutex>;
 
 struct StyleRow {
   std::string_view name;
@@ -76,18 +79,25 @@ ProgressMeter::ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
       style_(progressStyle),
       columns_(terminalColumns),
       clock_(std::move(now)),
-      start_(clock_()) {}
+      start_(clock_()),
+      shown_(start_),
+      moved_(start_) {}
 
 void ProgressMeter::BeginPage(std::uint32_t number, std::uint32_t lines) {
-  EndLine();
+  const Lock lock(mutex_);
+  LeaveLine();
   page_ = number;
   total_ = lines;
+  linesDone_ = 0;
   nextPercent_ = 0;
-  start_ = shown_ = clock_();
+  start_ = shown_ = moved_ = clock_();
   if (style_ == ProgressStyle::kBar && total_ > 0) WriteOver(Line(0));
 }
 
 void ProgressMeter::Show(std::uint32_t linesDone) {
+  const Lock lock(mutex_);
+  linesDone_ = linesDone;
+  moved_ = clock_();
   if (style_ == ProgressStyle::kNone || total_ == 0) return;
   if (style_ == ProgressStyle::kBar) return ShowBar(linesDone);
   const std::uint32_t percent = PercentOf(linesDone);
@@ -102,6 +112,32 @@ void ProgressMeter::ShowBar(std::uint32_t linesDone) {
   if (linesDone < total_ && now - shown_ < kBetweenLines) return;
   shown_ = now;
   WriteOver(Line(linesDone));
+}
+
+void ProgressMeter::Say(const std::string& text) {
+  const Lock lock(mutex_);
+  shown_ = moved_ = clock_();
+  if (style_ == ProgressStyle::kBar) return WriteOver(text.substr(0, columns_ - 1));
+  out_ << text + "\n" << std::flush;
+}
+
+void ProgressMeter::Tick() {
+  const Lock lock(mutex_);
+  const Clock::time_point now = clock_();
+  if (style_ != ProgressStyle::kBar || now - shown_ < kUntilWaiting) return;
+  shown_ = now;
+  const bool isInPage = linesDone_ > 0 && linesDone_ < total_;
+  if (!isInPage && linesDone_ > 0) LeaveLine();
+  WriteOver((isInPage ? Line(linesDone_) : WaitingText()).substr(0, columns_ - 1));
+}
+
+// Before the first line of a page, or behind its last one.
+std::string ProgressMeter::WaitingText() const {
+  const bool isFirstLine = total_ > 0 && linesDone_ == 0;
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(shown_ - moved_).count();
+  return (isFirstLine ? "Page " + std::to_string(page_) + "  waiting for the first line, "
+                      : std::string("Waiting for the scanner, ")) +
+         std::to_string(seconds) + " s";
 }
 
 std::uint32_t ProgressMeter::PercentOf(std::uint32_t linesDone) const {
@@ -150,6 +186,11 @@ double ProgressMeter::SecondsGone() const {
 }
 
 void ProgressMeter::EndLine() {
+  const Lock lock(mutex_);
+  LeaveLine();
+}
+
+void ProgressMeter::LeaveLine() {
   if (lineLength_ > 0) out_ << "\n" << std::flush;
   lineLength_ = 0;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ enum class ProgressStyle {
 std::optional<ProgressStyle> FindProgressStyle(std::string_view name);
 std::string ProgressStyleNames();  // "bar, json, none"
 
-// Prints how far the scan of each page is: lines, rate and time left.
+// Prints how far the scan of each page is: lines, rate and time left. Any thread may call it.
 class ProgressMeter {
  public:
   using Clock = std::chrono::steady_clock;
@@ -40,11 +41,20 @@ class ProgressMeter {
   // So many lines of the page are there.
   void Show(std::uint32_t linesDone);
 
+  // What is waited for; a line, which a bar writes over.
+  void Say(const std::string& text);
+
+  // To be called some times a second. A bar tells what is waited for when nothing else has moved it
+  // for a second.
+  void Tick();
+
   // Leaves the line that is written over, so that other text can follow.
   void EndLine();
 
  private:
   void ShowBar(std::uint32_t linesDone);
+  std::string WaitingText() const;
+  void LeaveLine();
   void WriteOver(std::string line);
   std::uint32_t PercentOf(std::uint32_t linesDone) const;
   std::string Line(std::uint32_t linesDone) const;
@@ -57,6 +67,9 @@ class ProgressMeter {
   const std::function<Clock::time_point()> clock_;
   Clock::time_point start_;
   Clock::time_point shown_;  // when the bar was written the last time
+  Clock::time_point moved_;  // when the scan went on the last time
+  std::uint32_t linesDone_ = 0;
+  std::mutex mutex_;
   std::uint32_t page_ = 0;
   std::uint32_t total_ = 0;
   std::uint32_t nextPercent_ = 0;

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <iostream>
 #include <nlohmann/json.hpp>
-#include <thread>
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
@@ -13,15 +12,17 @@
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/report.h"
 #include "pmscan/scan/batch.h"
+#include "pmscan/scan/guarded_store.h"
 #include "pmscan/scan/scan_plan.h"
 #include "pmscan/scan/session.h"
+#include "pmscan/scan/watched_work.h"
 
 namespace pmscan {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPause{1};
+constexpr std::chrono::milliseconds kPause{1000};
 
 ProgressStyle StyleFor(const Options& options) {
   const bool isTerminal = IsErrorOutputTerminal();
@@ -34,9 +35,9 @@ ProgressStyle StyleFor(const Options& options) {
 std::function<void(std::uint32_t)> Waiting(ProgressMeter& progress, const char* what,
                                            std::uint32_t seconds) {
   return [&progress, what, seconds](std::uint32_t trial) {
-    progress.EndLine();
-    std::cerr << what << "; waiting, " << trial << " of at most " << seconds << " s\n";
-    std::this_thread::sleep_for(kPause);
+    progress.Say(std::string(what) + "; waiting, " + std::to_string(trial) + " of at most " +
+                 std::to_string(seconds) + " s");
+    PauseUnlessInterrupted(kPause);
   };
 }
 
@@ -72,60 +73,6 @@ Failure WithSaved(const Failure& failure, const ScanOutcome& outcome) {
   return Failure(failure.code, detail + (detail.empty() ? "" : " ") + SavedText(outcome));
 }
 
-// The scan of an open scanner, and the summary of it.
-class ScanRun {
- public:
-  ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
-          pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
-      : options_(scanOptions),
-        module_(moduleExports),
-        settings_(scannerSettings),
-        json_(jsonReport) {}
-
-  void Run(const ScanPlan& plan);
-
- private:
-  void Summarize(const ScanRequest& request, const PictureStore& store, Clock::time_point start);
-
-  const Options& options_;
-  const ModuleExports& module_;
-  const pmddb832::ScannerSettings& settings_;
-  Json& json_;
-  ScanOutcome outcome_;
-};
-
-void ScanRun::Run(const ScanPlan& plan) {
-  const Clock::time_point start = Clock::now();
-  ProgressMeter progress(std::cerr, StyleFor(options_), ErrorOutputColumns());
-  PictureStore store(options_.names, PictureFileFor(options_, plan, settings_));
-  const Batch batch{options_.source, plan.window, plan.asked.mode.outputFormat, options_.pages,
-                    options_.paperSeconds};
-  try {
-    outcome_.end = ScanPages(module_, batch, MannersFor(options_, progress), store, outcome_.pages);
-  } catch (const Failure& failure) {
-    progress.EndLine();
-    Summarize(plan.picture, store, start);
-    throw WithSaved(failure, outcome_);
-  }
-  progress.EndLine();
-  Summarize(plan.picture, store, start);
-}
-
-void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
-                        Clock::time_point start) {
-  outcome_.files = store.Files();
-  outcome_.formatName = options_.format.name;
-  outcome_.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  const ScannerFacts scanner = ReadFacts(settings_);
-  if (options_.isJson) {
-    json_ = ScanJson(scanner, options_.source, request, outcome_);
-  } else if (!outcome_.files.empty()) {
-    const bool isPictureThere = options_.names.Of(1) == kStandardOutput;
-    (isPictureThere ? std::cerr : std::cout)
-        << ScanReport(scanner, options_.source, request, outcome_);
-  }
-}
-
 // The scanner knows what it shall scan, and from where.
 ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
   const ScanPlan plan = PlanScan(options, settings);
@@ -138,6 +85,102 @@ ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettin
   return plan;
 }
 
+// A scan, and the summary of it.
+class ScanRun {
+ public:
+  ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
+          pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
+      : options_(scanOptions),
+        module_(moduleExports),
+        settings_(scannerSettings),
+        json_(jsonReport),
+        progress_(std::cerr, StyleFor(scanOptions), ErrorOutputColumns()) {}
+
+  void Run();
+
+ private:
+  void Work();
+  void ScanPagesOfPlan();
+  void Summarize(const ScanOutcome& outcome);
+  [[noreturn]] void GiveUp();
+
+  const Options& options_;
+  const ModuleExports& module_;
+  pmddb832::ScannerSettings& settings_;
+  Json& json_;
+  ProgressMeter progress_;
+  std::optional<PictureStore> pictures_;
+  GuardedStore store_;
+  ScanPlan plan_;
+  Clock::time_point start_ = Clock::now();
+};
+
+void ScanRun::Run() {
+  WatchManners manners;
+  manners.isInterrupted = &IsInterrupted;
+  manners.tick = [this] { progress_.Tick(); };
+  if (!RunWatched([this] { Work(); }, manners)) GiveUp();
+}
+
+void ScanRun::Work() {
+  Session session(module_, settings_);
+  plan_ = SetUp(options_, session, settings_);
+  pictures_.emplace(options_.names, PictureFileFor(options_, plan_, settings_));
+  store_.Guard(*pictures_);
+  start_ = Clock::now();
+  ScanPagesOfPlan();
+}
+
+void ScanRun::ScanPagesOfPlan() {
+  const Batch batch{options_.source, plan_.window, plan_.asked.mode.outputFormat, options_.pages,
+                    options_.paperSeconds};
+  ScanOutcome outcome;
+  std::optional<Failure> failure;
+  try {
+    outcome.end = ScanPages(module_, batch, MannersFor(options_, progress_), store_, outcome.pages);
+  } catch (const Failure& reason) {
+    if (store_.IsClosed()) throw;
+    failure.emplace(reason);
+  }
+  progress_.EndLine();
+  outcome.files = store_.Files();
+  Summarize(outcome);
+  if (failure) throw WithSaved(*failure, outcome);
+}
+
+void ScanRun::Summarize(const ScanOutcome& outcome) {
+  ScanOutcome timed = outcome;
+  timed.formatName = options_.format.name;
+  timed.seconds = std::chrono::duration<double>(Clock::now() - start_).count();
+  const ScannerFacts scanner = ReadFacts(settings_);
+  if (options_.isJson) {
+    json_ = ScanJson(scanner, options_.source, plan_.picture, timed);
+  } else if (!timed.files.empty()) {
+    const bool isPictureThere = options_.names.Of(1) == kStandardOutput;
+    (isPictureThere ? std::cerr : std::cout)
+        << ScanReport(scanner, options_.source, plan_.picture, timed);
+  }
+}
+
+// The module waits for the scanner, and nobody can tell it not to.
+void ScanRun::GiveUp() {
+  ScanOutcome outcome;
+  outcome.pages = store_.Close();
+  outcome.files = store_.Files();
+  progress_.EndLine();
+  if (!outcome.pages.empty()) Summarize(outcome);
+  const Failure failure = WithSaved(
+      Failure(kInterrupted, "The scanner does not answer, and was not told to stop."), outcome);
+  std::cerr << Describe(failure);
+  const int exitCode = FindErrorCode(failure.code).ExitCode();
+  if (options_.isJson) {
+    json_["error"] = FailureJson(failure);
+    json_["exitCode"] = exitCode;
+    std::cout << JsonText(json_);
+  }
+  EndProgram(exitCode);
+}
+
 class NowhereSink : public RowSink {
  public:
   void Write(std::span<const std::uint8_t>, std::uint32_t, std::uint32_t) override {}
@@ -148,9 +191,7 @@ class NowhereSink : public RowSink {
 void RunScanCommand(const Options& options, const ModuleExports& module,
                     pmddb832::ScannerSettings& settings, Json& report) {
   CatchInterrupt();
-  Session session(module, settings);
-  const ScanPlan plan = SetUp(options, session, settings);
-  ScanRun(options, module, settings, report).Run(plan);
+  ScanRun(options, module, settings, report).Run();
 }
 
 void PrepareScan(const Options& options, const ModuleExports& module,

@@ -25,7 +25,8 @@ TEST_CASE("pmscan: a format that is named wins over what the file's name ends in
   CHECK(Parse("scan -o a.pdf").format.container == Container::kPdf);
   CHECK(Parse("scan -o a.pdf --format TIF").format.container == Container::kTiff);
   CHECK(Parse("scan -o page --format jpg").format.container == Container::kJpeg);
-  CHECK(Refusal("scan -o page --format pdff").starts_with("64 There is no format \"pdff\"; did you"));
+  CHECK(
+      Refusal("scan -o page --format pdff").starts_with("64 There is no format \"pdff\"; did you"));
 }
 
 TEST_CASE("pmscan: standard output takes one page, as PNG unless another format is named") {

@@ -157,4 +157,45 @@ TEST_CASE("pmscan: progress has three styles on the command line") {
   CHECK(!pmscan::FindProgressStyle("lines"));
 }
 
+// Ticks at that second.
+void TickAt(Meter& meter, int seconds) {
+  meter.now = meter.start + std::chrono::seconds(seconds);
+  meter.progress.Tick();
+}
+
+TEST_CASE("pmscan: a bar moves each second before the first page, and before its first line") {
+  Meter meter(ProgressStyle::kBar);
+  TickAt(meter, 0);
+  CHECK(meter.out.str().empty());
+  TickAt(meter, 1);
+  TickAt(meter, 1);
+  TickAt(meter, 2);
+  CHECK(meter.out.str() == "\rWaiting for the scanner, 1 s\rWaiting for the scanner, 2 s");
+  meter.progress.BeginPage(3, 10);
+  TickAt(meter, 5);
+  CHECK(meter.out.str().find("\rPage 3  waiting for the first line, 3 s ") != std::string::npos);
+}
+
+TEST_CASE("pmscan: a bar that stands still in a page or behind it goes on to tell the time") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.BeginPage(1, 1000);
+  meter.ShowAt(1, 500);
+  TickAt(meter, 5);
+  CHECK(meter.out.str().ends_with("500 of 1000 lines, 100 lines/s, 5 s left"));
+  meter.ShowAt(6, 1000);
+  TickAt(meter, 8);
+  CHECK(meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s"));
+}
+
+TEST_CASE("pmscan: what is waited for is written over in a bar, and a line elsewhere") {
+  Meter bar(ProgressStyle::kBar, 20);
+  bar.progress.Say("The scanner is warming up");
+  bar.progress.Say("Still");
+  CHECK(bar.out.str() == "\rThe scanner is warm\rStill              ");
+  Meter none(ProgressStyle::kNone);
+  none.progress.Say("The scanner is warming up");
+  TickAt(none, 9);
+  CHECK(none.out.str() == "The scanner is warming up\n");
+}
+
 }  // namespace
