@@ -2,13 +2,15 @@
 // scanner; the environment says what shall go wrong:
 //
 //   FAKE_STI_LOG    file that gets a line for each call that matters
-//   FAKE_STI_FAULT  "lock": the device is in use; "open": it does not open; "list": no list
+//   FAKE_STI_FAULT  "lock": the device is in use; "open": it does not open; "list": no list;
+//                   "silent": it never answers; "stuck": it does not after half a megabyte
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 // windows.h comes first: sti.h builds on it.
 #include <sti.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cwchar>
 #include <fstream>
@@ -51,9 +53,15 @@ class FakeDevice final : public IStiDevice {
     return S_OK;
   }
   STDMETHODIMP RawReadData(LPVOID buffer, LPDWORD count, LPOVERLAPPED) override {
+    constexpr std::uint64_t kUntilStuck = 512 * 1024;
+    if (HasFault("silent") || (HasFault("stuck") && delivered_ > kUntilStuck)) {
+      Note("stuck");
+      Sleep(INFINITE);
+    }
     std::uint32_t bytes = *count;
     const HRESULT result = scanner_->RawReadData(buffer, &bytes, nullptr);
     *count = bytes;
+    delivered_ += bytes;
     return result;
   }
   STDMETHODIMP RawWriteData(LPVOID buffer, DWORD count, LPOVERLAPPED) override {
@@ -78,6 +86,7 @@ class FakeDevice final : public IStiDevice {
 
  private:
   ULONG references_ = 1;
+  std::uint64_t delivered_ = 0;  // bytes
   const std::unique_ptr<simulator::Scanner> scanner_ =
       simulator::MakeScanner("extended", simulator::RenderTestPage(300));
 };

@@ -1,11 +1,12 @@
 #!/bin/sh
-# Ctrl+C in the middle of a page from the feeder: the scan is cancelled, the paper is ejected, and
-# the lines that came are kept.
+# Ctrl+C: the scan ends whatever it waits for, and what came is in a picture.
 #
-#   pmscan_interrupt_test.sh WINE PMSCAN    the commands that run Windows programs, and pmscan.exe
+#   pmscan_interrupt_test.sh WINE PMSCAN STI    the command that runs Windows programs, pmscan.exe,
+#                                               and the one beside a stand-in for the system's service
 set -eu
 wine=$1
 pmscan=$2
+sti=$3
 folder=$(mktemp -d)
 cd "$folder"
 
@@ -16,28 +17,69 @@ fail() {
   exit 1
 }
 
+# interrupt FILE TEXT PROGRAM ARGUMENTS...: runs the program, sends Ctrl+C once the text is in the
+# file, and waits until it ends, which has to be with exit code 130.
+interrupt() {
+  file=$1
+  text=$2
+  shift 2
+  : >"$file"
+  "$wine" "$@" >output.txt 2>errors.txt &
+  scan=$!
+  until grep -q -e "$text" "$file"; do
+    kill -0 "$scan" 2>/dev/null || fail "the scan ended before there was $text"
+    sleep 0.1
+  done
+  kill -INT "$scan"
+  code=0
+  wait "$scan" || code=$?
+  [ "$code" = 130 ] || fail "the exit code is $code, not 130"
+}
+
+# kept FILE HEIGHT OFFSET FORMAT: the report tells less lines than the page has, and the picture has
+# as many, by the number of that format at that offset.
+kept() {
+  lines=$(sed -n "s/^File .* \([0-9]*\) of $2 lines,.*/\1/p" output.txt)
+  [ -n "$lines" ] || fail "the report tells no lines"
+  # shellcheck disable=SC2086 # The format is a list of words.
+  height=$(od -A n $4 -j "$3" -N 4 "$1" | tr -d ' ')
+  [ "$height" = "$lines" ] || fail "the picture has $height lines, not $lines"
+  [ ! -e "$1.part" ] || fail "$1.part was left behind"
+}
+
 # A coarse picture on the bed is quickly there, and a fine scan of it takes its time.
 "$wine" "$pmscan" scan -o bed.png --mode grey --resolution 50 >output.txt 2>errors.txt
-"$wine" "$pmscan" scan -o page.bmp --mode grey --resolution 1200 --original bed.png \
-  --device sim:extended:QM2500 --source feeder --capture page.capture --progress json \
-  >output.txt 2>errors.txt &
-scan=$!
-until grep -q '"lines"' errors.txt; do
-  kill -0 "$scan" 2>/dev/null || fail "the scan ended before a line came"
-  sleep 0.1
-done
-kill -INT "$scan"
-code=0
-wait "$scan" || code=$?
 
-[ "$code" = 130 ] || fail "the exit code is $code, not 130"
-lines=$(sed -n 's/^File .* \([0-9]*\) of 16800 lines,.*/\1/p' output.txt)
-[ -n "$lines" ] || fail "the report tells no lines"
-# The height stands at byte 22 of a bitmap file.
-height=$(od -A n -t u4 -j 22 -N 4 page.bmp | tr -d ' ')
-[ "$height" = "$lines" ] || fail "the picture has $height lines, not $lines"
-[ ! -e page.bmp.part ] || fail "page.bmp.part was left behind"
+echo "In a page from the feeder: the scan is cancelled, and the paper is ejected."
+interrupt errors.txt '"lines"' "$pmscan" scan -o page.bmp --mode grey --resolution 1200 \
+  --original bed.png --device sim:extended:QM2500 --source feeder --capture page.capture \
+  --progress json
+kept page.bmp 16800 22 "-t u4"
 # Behind the last block: CAN, and FF for the paper.
 sent=$(sed -n '/^call PMAbortScan/,/^return/s/^ *write 1 : \(..\).*/\1/p' page.capture | tr '\n' ' ')
 [ "$sent" = "18 0C " ] || fail "the abort sent $sent"
+
+echo "In the widest and deepest picture."
+interrupt errors.txt '"lines"' "$pmscan" scan -o deep.png --mode deep-colour --resolution 1200 \
+  --original bed.png --area 0px,0px,5000px,14000px --progress json
+kept deep.png 14000 20 "-t u4 --endian=big"
+
+echo "Before the first line: the scanner warms up."
+interrupt errors.txt "warming up" "$pmscan" scan -o warm.png --device sim:extended+warm-up=5000 \
+  --warm-up 3600 --original bed.png
+[ ! -e warm.png ] || fail "there is a picture of nothing"
+[ ! -e warm.png.part ] || fail "warm.png.part was left behind"
+
+export WINEDLLOVERRIDES=sti=n FAKE_STI_LOG=log.txt
+
+echo "In a page of a device that does not answer any more."
+export FAKE_STI_FAULT=stuck
+interrupt log.txt stuck "$sti" scan -o stuck.bmp --mode grey --device "sti:Desk scanner"
+kept stuck.bmp 3510 22 "-t u4"
+grep -q "The scanner does not answer" errors.txt || fail "nobody said why"
+
+echo "Before the first line of a device that never answers."
+export FAKE_STI_FAULT=silent
+interrupt log.txt stuck "$sti" scan -o silent.bmp --mode grey --device "sti:Desk scanner"
+[ ! -e silent.bmp ] || fail "there is a picture of nothing"
 rm -r "$folder"
