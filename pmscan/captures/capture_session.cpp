@@ -1,5 +1,8 @@
 #include "pmscan/captures/capture_session.h"
 
+#include <cerrno>
+#include <system_error>
+
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
@@ -18,7 +21,10 @@ CaptureSession::CaptureSession(const CaptureChoice& choice, bool mayOverwrite,
     throw Failure(kCaptureUnwritable, name_ + " is there already; --overwrite replaces it.");
   }
   stream_.open(path, std::ios::binary);
-  if (!stream_) throw Failure(kCaptureUnwritable, name_ + " does not open for writing.");
+  if (!stream_) {
+    throw Failure(kCaptureUnwritable, name_ + " does not open for writing: " +
+                                          std::generic_category().message(errno) + ".");
+  }
   writer_.emplace(stream_, remarks);
 }
 

@@ -160,6 +160,24 @@ Options FinishScan(Program& program, const std::filesystem::path& profileFolder)
   return options;
 }
 
+// Takes the profile by itself, so that an error of it is told with its file.
+void RequireSound(const std::filesystem::path& folder, const std::string& profile) {
+  std::vector<std::string> arguments{"scan", "-o", "page.png"};
+  for (const KeptOption& kept : LoadProfile(folder, profile)) {
+    arguments.push_back("--" + kept.name + "=" + kept.value);
+  }
+  const std::string file = ProfileFile(folder, profile);
+  Program alone;
+  try {
+    Parse(alone, arguments);
+    FinishScan(alone, folder);
+  } catch (const CLI::ParseError& error) {
+    throw Failure(kProfile, file + ": " + error.what());
+  } catch (const Failure& failure) {
+    if (failure.code == kUsage) throw Failure(kProfile, file + ": " + failure.what());
+  }
+}
+
 // The options of a command line without help in it.
 Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
                   const std::filesystem::path& profileFolder) {
@@ -169,6 +187,7 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
   words.capture = {words.captureFile, words.keepsImageData};
   if (words.command != Command::kScan) return words;
   if (words.profile.empty()) return FinishScan(program, profileFolder);
+  RequireSound(profileFolder, words.profile);
   Program merged;
   Parse(merged, WithProfile(program, arguments, profileFolder));
   merged.words.command = words.command;
@@ -222,12 +241,6 @@ std::string SimulatorName(const std::string& device) {
   throw Failure(kUsage, "There is no device \"" + device +
                             "\": --device names a simulated scanner, as in sim:extended, or a "
                             "still-image device, as in sti:NAME; pmscan devices lists both.");
-}
-
-std::string ModelIdOf(const std::string& simulatorName) {
-  const std::string plain = simulatorName.substr(0, simulatorName.find('+'));
-  const std::size_t colon = plain.find(':');
-  return colon == std::string::npos ? std::string() : plain.substr(colon + 1);
 }
 
 }  // namespace pmscan

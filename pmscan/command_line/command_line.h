@@ -49,6 +49,7 @@ struct Options {
   bool isMirrored = false;
   bool isInverted = false;
   bool isDryRun = false;
+  bool keepsPartial = false;              // what came of a page that failed
   std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal
   std::string savedProfile;  // the name under which the settings were kept; empty: none
 };
@@ -65,9 +66,5 @@ bool IsSimulatorName(const std::string& device);
 // The simulator's name of a device: "sim:extended:QM2700" gives "extended:QM2700". Throws
 // Failure(kUsage) for a device of another kind.
 std::string SimulatorName(const std::string& device);
-
-// The model id behind a simulator's name, empty when it names none: "extended:QM2700+pages=3"
-// gives "QM2700".
-std::string ModelIdOf(const std::string& simulatorName);
 
 }  // namespace pmscan

@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <system_error>
 
 #include "pmscan/command_line/console.h"
 
@@ -104,9 +103,17 @@ std::uint32_t ProcessNumber() {
 }
 
 std::string SystemWords(std::uint32_t error) {
-  std::string words = std::system_category().message(static_cast<int>(error));
+  constexpr std::uint32_t kMostPlain = 0xFFFF;  // greater ones are written with their bits
+  constexpr DWORD kHow = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  std::array<wchar_t, 512> text{};
+  FormatMessageW(kHow, nullptr, error, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+  std::string words = ToUtf8(text.data());
   words.resize(words.find_last_not_of(" .\r\n") + 1);
-  return words + " (Windows error " + std::to_string(error) + ")";
+  std::array<char, 40> number{};
+  std::snprintf(number.data(), number.size(),
+                error > kMostPlain ? "Windows error 0x%08lX" : "Windows error %lu",
+                static_cast<unsigned long>(error));
+  return words.empty() ? number.data() : words + " (" + number.data() + ")";
 }
 
 // Each output operation of std::cerr flushes what std::cout has, and its own text at its end.

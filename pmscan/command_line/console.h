@@ -34,7 +34,8 @@ bool WriteStandardOutput(std::istream& stream);
 // Of this process.
 std::uint32_t ProcessNumber();
 
-// What the system's number of an error means, and the number: "Access is denied (Windows error 5)".
+// What the system's number of an error means, and the number: "Access denied (Windows error 5)"; of
+// one that the system has no words for, the number.
 std::string SystemWords(std::uint32_t error);
 
 // From here on a text goes to standard output and standard error in one piece.

@@ -15,6 +15,7 @@
 #include "pmscan/command_line/help_text.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
+#include "pmscan/devices/watched_device.h"
 #include "pmscan/pictures/imaging_component.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/json_report.h"
@@ -74,6 +75,18 @@ void RunCommand(const Options& options, const ModuleExports& module,
   RunScanCommand(options, module, settings, report);
 }
 
+// Of a scanner that failed: the transfer, and how to see what was said.
+Failure Explained(const Failure& failure, const std::string& transfer, const Options& options) {
+  if (failure.code > kUnknownError) return Failure(failure);
+  std::string detail = failure.what();
+  if (!transfer.empty()) detail += (detail.empty() ? "" : " ") + ("On the cable " + transfer + ".");
+  const std::string& file = options.capture.file;
+  detail += (detail.empty() ? "" : " ") +
+            (file.empty() ? "To see what was said, add --capture FILE, then: pmscan decode FILE."
+                          : "To see what was said: pmscan decode " + file);
+  return Failure(failure.code, detail);
+}
+
 int Report(const Failure& failure) {
   std::cerr << Describe(failure);
   return FindErrorCode(failure.code).ExitCode();
@@ -99,7 +112,8 @@ int RunWithDevice(const Options& options, Json& report) {
   const std::unique_ptr<DeviceConnection> connection = ConnectDevice(options);
   // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
-  Connect(connection->Device(), connection->ModelId(), settings);
+  WatchedDevice watched(connection->Device());
+  Connect(watched, connection->ModelId(), settings);
   std::optional<CaptureSession> capture;
   if (!options.capture.file.empty()) {
     capture.emplace(options.capture, options.mayOverwrite, CommandText());
@@ -109,7 +123,8 @@ int RunWithDevice(const Options& options, Json& report) {
   try {
     RunWithModule(options, capture ? &*capture : nullptr, settings, report);
     if (capture) capture->Finish();
-  } catch (const Failure& failure) {
+  } catch (const Failure& reason) {
+    const Failure failure = Explained(reason, watched.FirstFailure(), options);
     exitCode = Report(failure);
     report["error"] = FailureJson(failure);
   }

@@ -151,6 +151,8 @@ inline constexpr std::array kAll{
               "how far the scan is, on standard error: bar, json (an object a\n"
               "line) or none (default: bar on a terminal, else none)", 0, 0, "",
               &ProgressStyleNames},
+    OptionRow{kScan, kKept, "--keep-partial", "", &At<&W::keepsPartial>,
+              "keep what came of a page that failed"},
     OptionRow{kScan, kGiven, "--dry-run", "", &At<&W::isDryRun>,
               "scan nothing; print what a simulated scanner would be sent"},
     OptionRow{kScan, kGiven, "--save-profile", "NAME", &At<&W::savedProfile>,

@@ -36,7 +36,7 @@ std::string DescriptionOf(const std::string& profile) {
 DeviceList FindDevices() {
   DeviceList list;
   for (const std::string& name : simulator::ScannerNames()) {
-    list.simulated.push_back({"sim:" + name, ProductOf(ModelIdOf(name))});
+    list.simulated.push_back({"sim:" + name, ProductOf(simulator::ModelIdOf(name))});
   }
   for (const std::string& name : ProfileNames()) {
     list.profiles.push_back({"sim:" + name, DescriptionOf(name)});

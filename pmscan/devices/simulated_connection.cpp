@@ -37,9 +37,11 @@ using Simulation = SimulatedConnection::Simulation;
 
 Simulation FromCatalog(const std::string& name, const Options& options) {
   try {
-    return {ModelIdOf(name), simulator::MakeScanner(name, PictureOnBed(options)), {}};
+    return {simulator::ModelIdOf(name), simulator::MakeScanner(name, PictureOnBed(options)), {}};
   } catch (const std::invalid_argument& reason) {
-    throw Failure(kUsage, std::string("--device: ") + reason.what() + ".");
+    std::string sentence = std::string("--device: ") + reason.what();
+    if (!sentence.ends_with('?')) sentence += '.';
+    throw Failure(kUsage, sentence + " pmscan devices lists the scanners.");
   }
 }
 
@@ -77,6 +79,11 @@ void PrintAll(const std::vector<std::string>& sentences, const char* label) {
   for (const std::string& sentence : sentences) std::cerr << label << sentence << "\n";
 }
 
+int Report(std::uint32_t code) {
+  std::cerr << Describe(Failure(code));
+  return FindErrorCode(code).ExitCode();
+}
+
 }  // namespace
 
 SimulatedConnection::SimulatedConnection(const Options& options)
@@ -84,13 +91,12 @@ SimulatedConnection::SimulatedConnection(const Options& options)
 
 int SimulatedConnection::Judge(int exitCode) const {
   const simulator::Scanner& scanner = *simulation_.scanner;
-  PrintAll(cable_.Unreached(), "Note: this fault did not strike: ");
+  const std::vector<std::string> unreached = cable_.Unreached();
+  PrintAll(unreached, "Note: this fault did not strike: ");
   if (exitCode != 0) PrintAll(scanner.Refusals(), "  The scanner refused: ");
-  if (scanner.Violations().empty()) return exitCode;
   PrintAll(scanner.Violations(), "Violation: ");
-  const Failure failure(kProtocolViolation);
-  std::cerr << Describe(failure);
-  return FindErrorCode(failure.code).ExitCode();
+  if (!scanner.Violations().empty()) return Report(kProtocolViolation);
+  return exitCode == 0 && !unreached.empty() ? Report(kFaultMissed) : exitCode;
 }
 
 }  // namespace pmscan

@@ -1,8 +1,6 @@
 #include "pmscan/pictures/imaging_component.h"
 
-#include <array>
-#include <cstdio>
-
+#include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 
 namespace pmscan {
@@ -10,9 +8,8 @@ namespace pmscan {
 void RequireSuccess(HRESULT result, std::uint32_t failureCode, const char* step,
                     const std::string& file) {
   if (SUCCEEDED(result)) return;
-  std::array<char, 20> number{};
-  std::snprintf(number.data(), number.size(), "0x%08lX", static_cast<unsigned long>(result));
-  throw Failure(failureCode, file + ": cannot " + step + " (Windows error " + number.data() + ").");
+  throw Failure(failureCode, file + ": cannot " + step + ": " +
+                                 SystemWords(static_cast<std::uint32_t>(result)) + ".");
 }
 
 void CreateImagingFactory(ComPointer<IWICImagingFactory>& factory, std::uint32_t failureCode,

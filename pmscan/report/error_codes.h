@@ -30,6 +30,7 @@ enum FailureCode : std::uint32_t {
   kProtocolViolation = 76,
   kReplayDiffers = 77,
   kProfile = 78,
+  kFaultMissed = 79,
   kInterrupted = 130,
 };
 
@@ -97,6 +98,9 @@ inline constexpr std::array kErrorCodes{
     ErrorCode{kProfile,
               "Correct the file, or keep the settings again with --save-profile NAME --overwrite.",
               "the profile cannot be read or written"},
+    ErrorCode{kFaultMissed,
+              "Correct its place, or let the scanner come there; pmscan decode tells what was said.",
+              "a fault of the script did not strike"},
     ErrorCode{kInterrupted, "What arrived before was kept; scan again when you like.",
               "the scan was interrupted"},
 };

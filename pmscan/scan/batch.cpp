@@ -97,7 +97,8 @@ void BatchScan::ScanPage() {
     AcquirePicture(module_, setup, manners_.acquisition, sink);
   } catch (const Failure& failure) {
     isInPage_ = sink.lines > 0;
-    Keep(failure.code == kInterrupted ? sink.lines : 0, setup.heightLines, start);
+    const bool isKept = failure.code == kInterrupted || batch_.keepsPartial;
+    Keep(isKept ? sink.lines : 0, setup.heightLines, start);
     throw;
   }
   Keep(sink.lines, setup.heightLines, start);

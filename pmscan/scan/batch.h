@@ -57,6 +57,7 @@ struct Batch {
   std::uint32_t outputFormat = 0;      // the first argument of PMInitAcquire
   std::optional<std::uint32_t> pages;  // at most; nothing: until the feeder is empty
   std::uint32_t paperSeconds = 0;      // how long to wait for paper, each time the feeder is empty
+  bool keepsPartial = false;           // what came of a page that failed
 };
 
 struct BatchManners {
@@ -69,7 +70,7 @@ struct BatchManners {
 // Scans page by page into the store; the source is switched on. A feeder that is empty after at
 // least one page ends the batch well. Throws Failure for everything else. `saved` gets a row for
 // each page as soon as it is kept, so it also tells what a failed batch left behind: whole pages,
-// and after kInterrupted the part of a page that came.
+// and after kInterrupted, or if the batch says so, the part of a page that came.
 BatchEnd ScanPages(const ModuleExports& module, const Batch& batch, const BatchManners& manners,
                    PageStore& store, std::vector<SavedPage>& saved);
 

@@ -26,7 +26,7 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   if (library_ != nullptr) return;
   const DWORD reason = GetLastError();
   throw Failure(kModuleMissing, (path.empty() ? std::string("Pmddb832.dll") : path) +
-                                    " did not load: Windows error " + std::to_string(reason) + ".");
+                                    " did not load: " + SystemWords(reason) + ".");
 }
 
 ModuleLibrary::~ModuleLibrary() {

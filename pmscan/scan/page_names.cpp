@@ -1,7 +1,10 @@
 #include "pmscan/scan/page_names.h"
 
+#include <cerrno>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
+#include <system_error>
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
@@ -47,6 +50,11 @@ std::filesystem::path Utf8Path(const std::string& text) {
 
 std::string FileName(const std::filesystem::path& path) {
   const std::u8string name = path.filename().u8string();
+  return {name.begin(), name.end()};
+}
+
+std::string FolderName(const std::filesystem::path& folder) {
+  const std::u8string name = folder.u8string();
   return {name.begin(), name.end()};
 }
 
@@ -122,6 +130,26 @@ std::optional<std::string> FirstOccupied(const PageNames& names,
     if (auto file = OccupiedFile(names.Of(page))) return file;
   }
   return std::nullopt;
+}
+
+std::optional<std::string> FirstObstacle(const PageNames& names) {
+  const std::string file = names.Of(1);
+  if (file == kStandardOutput) return std::nullopt;
+  const std::filesystem::path path = Utf8Path(file);
+  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) return file + " is a folder";
+  if (!std::filesystem::is_directory(folder, ignored)) {
+    return "there is no folder " + FolderName(path.parent_path());
+  }
+  const std::filesystem::path growing = Utf8Path(GrowingName(file));
+  if (std::filesystem::exists(growing, ignored)) return std::nullopt;
+  const bool isWritable = std::ofstream(growing).is_open();
+  const int reason = errno;
+  std::filesystem::remove(growing, ignored);
+  if (isWritable) return std::nullopt;
+  return GrowingName(file) +
+         " does not open for writing: " + std::generic_category().message(reason);
 }
 
 std::string GrowingName(const std::string& file) {

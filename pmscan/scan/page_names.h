@@ -44,6 +44,10 @@ class PageNames {
 std::optional<std::string> FirstOccupied(const PageNames& names,
                                          const std::optional<std::uint32_t>& pages);
 
+// What stands in the way of writing the files: a folder that is missing, or a file's name that is a
+// folder's; nothing when they can be written. Tries it, and leaves nothing behind.
+std::optional<std::string> FirstObstacle(const PageNames& names);
+
 // Name of the file that a picture is written to before it takes its place.
 std::string GrowingName(const std::string& file);
 

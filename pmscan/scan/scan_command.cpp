@@ -132,8 +132,8 @@ void ScanRun::Work() {
 }
 
 void ScanRun::ScanPagesOfPlan() {
-  const Batch batch{options_.source, plan_.window, plan_.asked.mode.outputFormat, options_.pages,
-                    options_.paperSeconds};
+  const Batch batch{options_.source, plan_.window,          plan_.asked.mode.outputFormat,
+                    options_.pages,  options_.paperSeconds, options_.keepsPartial};
   ScanOutcome outcome;
   std::optional<Failure> failure;
   try {
@@ -212,7 +212,11 @@ void RequireRunnable(const Options& options) {
     throw Failure(kUnsupported, "--dry-run asks a simulated scanner; with " + options.device +
                                     " the commands would really be sent.");
   }
-  if (options.mayOverwrite || options.isDryRun) return;
+  if (options.isDryRun) return;
+  if (const auto obstacle = FirstObstacle(options.names)) {
+    throw Failure(kOutputFile, *obstacle + ".");
+  }
+  if (options.mayOverwrite) return;
   const std::optional<std::string> file = FirstOccupied(options.names, options.pages);
   if (!file) return;
   throw Failure(kOutputFile, *file + " is there already; --overwrite replaces it.");

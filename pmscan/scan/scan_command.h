@@ -18,8 +18,9 @@ void RunScanCommand(const Options& options, const ModuleExports& module,
 void PrepareScan(const Options& options, const ModuleExports& module,
                  pmddb832::ScannerSettings& settings);
 
-// To be called before the scanner is touched. Throws Failure: kOutputFile when the scan would
-// replace a file, and may not; kUnsupported for a dry run of a scanner that is not simulated.
+// To be called before the scanner is touched. Throws Failure: kOutputFile when the files cannot
+// be written, or the scan would replace one and may not; kUnsupported for a dry run of a scanner
+// that is not simulated.
 void RequireRunnable(const Options& options);
 
 }  // namespace pmscan

@@ -130,6 +130,10 @@ std::vector<KeptOption> LoadProfile(const std::filesystem::path& folder, const s
   return options;
 }
 
+std::string ProfileFile(const std::filesystem::path& folder, const std::string& name) {
+  return Utf8(FileOf(folder, name));
+}
+
 void SaveProfile(const std::filesystem::path& folder, const std::string& name,
                  const std::vector<KeptOption>& options, bool mayOverwrite) {
   const std::filesystem::path path = FileOf(folder, name);

@@ -22,6 +22,9 @@ bool IsKept(const std::string& optionName);
 // is none of that name, Failure(kProfile) when the file is not one of ours.
 std::vector<KeptOption> LoadProfile(const std::filesystem::path& folder, const std::string& name);
 
+// The file of a profile, for messages; it need not be there.
+std::string ProfileFile(const std::filesystem::path& folder, const std::string& name);
+
 // Writes FOLDER/NAME.json, and makes the folder where it is missing. Throws Failure(kUsage) when
 // the name cannot be that of a file, Failure(kProfile) when it is taken and may not be replaced, or
 // cannot be written.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "simulator/catalog/models.h"
+#include "simulator/catalog/nearest_name.h"
 #include "simulator/device/level_reply.h"
 
 namespace simulator {
@@ -22,7 +23,7 @@ constexpr std::array kFamilies{
     FamilyRow{Family::kStandard, "standard", "QM43000"},
 };
 
-constexpr std::string_view kPages = "pages=";
+const std::string kPages = std::string(kPagesName) + "=";
 constexpr std::uint32_t kMostPages = 1000;
 
 std::string Quoted(std::string_view text) {
@@ -38,9 +39,13 @@ std::string_view CutBefore(std::string_view& rest, char separator) {
 }
 
 [[noreturn]] void ThrowUnknown(std::string_view name) {
-  std::string names;
-  for (const std::string& known : ScannerNames()) names += (names.empty() ? "" : ", ") + known;
-  throw std::invalid_argument("no scanner is named " + Quoted(name) + "; there are: " + names);
+  const std::vector<std::string> known = ScannerNames();
+  const std::string meant = SuggestName(name, {known.begin(), known.end()});
+  throw std::invalid_argument(
+      "no scanner is named " + Quoted(name) +
+      (meant.empty() ? "; a name is \"extended\" or \"standard\", or one of them with a model "
+                       "behind it, as in \"extended:QM2700\""
+                     : meant));
 }
 
 std::uint32_t ParsePages(std::string_view text) {
@@ -112,7 +117,7 @@ StandardScannerConfig StandardConfig(const Model& model) {
 
 const FamilyRow* FindFamily(std::string_view name) {
   for (const FamilyRow& row : kFamilies) {
-    if (row.name == name) return &row;
+    if (IsSameName(row.name, name)) return &row;
   }
   return nullptr;
 }
@@ -130,6 +135,13 @@ ScannerConfig ConfigOf(std::string_view name) {
                                                           : ScannerConfig(StandardConfig(*model));
   EquipmentOf(config).optionUnit = model->optionUnit;
   return config;
+}
+
+std::string ModelIdOf(std::string_view name) {
+  std::string_view modelId = name.substr(0, name.find('+'));
+  const FamilyRow* const row = FindFamily(CutBefore(modelId, ':'));
+  const Model* const model = row == nullptr ? nullptr : FindModel(row->family, modelId);
+  return model == nullptr ? std::string() : std::string(model->id);
 }
 
 Equipment& EquipmentOf(ScannerConfig& config) {

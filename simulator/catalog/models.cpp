@@ -1,5 +1,7 @@
 #include "simulator/catalog/models.h"
 
+#include "simulator/catalog/nearest_name.h"
+
 namespace simulator {
 namespace {
 
@@ -49,7 +51,7 @@ std::span<const Model> ModelTable() {
 
 const Model* FindModel(Family family, std::string_view id) {
   for (const Model& model : kModels) {
-    if (model.id == id && model.IsOf(family)) return &model;
+    if (IsSameName(model.id, id) && model.IsOf(family)) return &model;
   }
   return nullptr;
 }

@@ -31,7 +31,7 @@ struct Model {
 
 std::span<const Model> ModelTable();
 
-// Null when the family has no model with the id.
+// The model with the id, in any case; null when the family has none.
 const Model* FindModel(Family family, std::string_view id);
 
 }  // namespace simulator

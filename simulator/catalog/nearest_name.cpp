@@ -50,8 +50,17 @@ std::string_view NearestName(std::string_view written, const std::vector<std::st
   return nearest;
 }
 
+bool IsSameName(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](char a, char b) { return Lower(a) == Lower(b); });
+}
+
 std::string SuggestName(std::string_view written, const std::vector<std::string_view>& names) {
+  constexpr std::size_t kMostListed = 12;
   const std::string_view nearest = NearestName(written, names);
+  if (names.size() > kMostListed) {
+    return nearest.empty() ? "" : "; did you mean \"" + std::string(nearest) + "\"?";
+  }
   std::string all;
   for (const std::string_view name : names) all.append(all.empty() ? "" : ", ").append(name);
   const std::string meant =

@@ -9,7 +9,11 @@ namespace simulator {
 // The name that was probably meant by `written`; empty when none is near. Case counts half.
 std::string_view NearestName(std::string_view written, const std::vector<std::string_view>& names);
 
-// "; did you mean "level"? There are: level, productName".
+// Whether they are the same but for the case of their letters.
+bool IsSameName(std::string_view one, std::string_view other);
+
+// "; did you mean "level"? There are: level, productName"; of more than a dozen names only the one
+// that was probably meant, and nothing when none was.
 std::string SuggestName(std::string_view written, const std::vector<std::string_view>& names);
 
 }  // namespace simulator

@@ -4,6 +4,9 @@
 #include <charconv>
 #include <stdexcept>
 #include <string>
+#include <vector>
+
+#include "simulator/catalog/nearest_name.h"
 
 namespace simulator {
 namespace {
@@ -80,13 +83,15 @@ constexpr std::array kTable{
 // clang-format on
 
 const DefectRow& FindRow(std::string_view name) {
-  std::string names;
+  std::vector<std::string_view> names{kPagesName};
   for (const DefectRow& row : kTable) {
     if (row.name == name) return row;
-    names += (names.empty() ? "" : ", ") + std::string(row.name);
+    names.push_back(row.name);
   }
-  throw std::invalid_argument("no defect is named \"" + std::string(name) +
-                              "\"; there are: " + names);
+  const std::string meant = SuggestName(name, names);
+  throw std::invalid_argument(
+      "no defect is named \"" + std::string(name) + "\"" +
+      (meant.empty() ? "; docs/simulator-profiles.md lists them, and \"pages=N\"" : meant));
 }
 
 std::uint32_t ParseValue(std::string_view name, std::string_view value) {

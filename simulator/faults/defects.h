@@ -11,6 +11,9 @@
 
 namespace simulator {
 
+// Stands where defects do, and is none: how many pages lie in the document feeder.
+inline constexpr std::string_view kPagesName = "pages";
+
 // What may be wrong with a scanner, each thing off by default; DefectTable() has the sentence on
 // each. Lines, blocks and transfers are counted from 0; a transfer is one raw read or raw write.
 struct Defects {

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "simulator/catalog/json_keys.h"
+#include "simulator/faults/fault_parts.h"
 
 namespace simulator {
 namespace {
@@ -116,6 +117,14 @@ void RequireOneAddress(const JsonNode& node, const WrittenPlace& written) {
   }
 }
 
+// A place that no driver ever comes to is a mistake of whoever wrote it.
+void RequirePossible(const JsonNode& node, const std::string& command, const PartRow& part) {
+  if (command.empty()) return;
+  if (!IsSent(command)) node.Fail("no driver sends " + command + ", so this cannot strike");
+  if (HasPart(command, part.name)) return;
+  node.Fail(command + " has no \"" + std::string(part.name) + "\", so this cannot strike");
+}
+
 void ReadPlace(const JsonNode& node, Fault& fault) {
   WrittenPlace written;
   ReadObject(node, kPlace, written);
@@ -123,6 +132,7 @@ void ReadPlace(const JsonNode& node, Fault& fault) {
   const bool inBlocks = written.block != nullptr || written.read != nullptr;
   const PartRow& part =
       written.part != nullptr ? *written.part : RowNamed(kParts, inBlocks ? "block" : "reply");
+  RequirePossible(node, written.place.command, part);
   written.place.write = part.write;
   written.place.read = part.read;
   if (part.ofBlock) {

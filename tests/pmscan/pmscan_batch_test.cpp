@@ -149,6 +149,17 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a jam is a failure that keeps the pages befo
   CHECK(saved.size() == 1);
 }
 
+TEST_CASE_FIXTURE(Fixture,
+                  "pmscan: what came of a page that jams is kept where that is asked for") {
+  batch.keepsPartial = true;
+  feeder.failsAtLine = 6;
+  feeder.failure = 15;
+  CHECK(Scan() == 15);
+  CHECK(store.story == " begin 1 +2 +2 end 4 begin 2 +2 end 2 finish");
+  REQUIRE(saved.size() == 2);
+  CHECK(saved[1].lines == 2);
+}
+
 TEST_CASE_FIXTURE(Fixture, "pmscan: a jam between two pages is no end of the paper") {
   feeder.statuses = {0, 15};
   CHECK(Scan() == 15);

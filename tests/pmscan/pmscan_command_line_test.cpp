@@ -168,13 +168,6 @@ TEST_CASE("pmscan: a device is a simulator's name behind sim:") {
   CHECK(!pmscan::IsSimulatorName("sti:x"));
 }
 
-TEST_CASE("pmscan: the model id stands behind the family, without the defects") {
-  CHECK(pmscan::ModelIdOf("extended:QM2700+pages=3+warm-up=2") == "QM2700");
-  CHECK(pmscan::ModelIdOf("extended:QM2700") == "QM2700");
-  CHECK(pmscan::ModelIdOf("extended+warm-up=2") == "");
-  CHECK(pmscan::ModelIdOf("extended") == "");
-}
-
 TEST_CASE("pmscan: nothing is captured unless asked for") {
   CHECK(ParseCommandLine({"scan", "-o", "a.png"}).capture.file.empty());
 }

@@ -9,6 +9,11 @@ using pmscan::LengthUnit;
 using pmscan::ParseLength;
 using pmscan::ToPixels;
 
+TEST_CASE("pmscan: units are found in any case") {
+  CHECK(pmscan::ParseLength("2IN").unit == pmscan::LengthUnit::kInch);
+  CHECK(pmscan::ParseLength("5 Mm").unit == pmscan::LengthUnit::kMillimetre);
+}
+
 TEST_CASE("pmscan: a length is a number and one of four units") {
   CHECK(ParseLength("1.5in").unit == LengthUnit::kInch);
   CHECK(ParseLength("1.5in").amount == 1.5);

@@ -112,8 +112,15 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a file that is no profile is refused with t
 TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's value that its option does not take is refused") {
   Write("red", R"({"mode": "red"})");
   Write("low", R"({"resolution": 0})");
-  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "red"}).starts_with("64 "));
-  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "low"}).starts_with("64 "));
+  Write("wide", R"({"area": "1in,1in,2"})");
+  for (const char* name : {"red", "low", "wide"}) {
+    const std::string refusal = RefusalOf({"scan", "-o", "a.png", "--profile", name});
+    CAPTURE(refusal);
+    CHECK(refusal.starts_with("78 "));
+    CHECK(refusal.find(std::string(name) + ".json: ") != std::string::npos);
+  }
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "red"}).find("no mode \"red\"") !=
+        std::string::npos);
 }
 
 TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's name stays in its folder") {

@@ -136,6 +136,27 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: JSON also tells of a failure") 
   CHECK(Has(result.output, "\"exitCode\": 1\r\n"));
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a fault that never strikes is a failure at the end") {
+  Write("late.json", R"({"faults": [{"at": {"command": "FS G", "occurrence": 2}, "do": "fail"}]})");
+  const ProgramResult result = Run("scan -o a.png --resolution 50 --faults late.json");
+  CHECK(result.exitCode == 79);
+  CHECK(Has(result.errors, "Note: this fault did not strike: late.json:1\r\n"));
+  CHECK(Has(result.errors, "error 79: a fault of the script did not strike"));
+  CHECK(Files() == Names{"a.png", "late.json"});
+  Write("odd.json", R"({"faults": [{"at": {"command": "FS X"}, "do": "fail"}]})");
+  CHECK(Run("scan -o b.png --faults odd.json").exitCode == 70);
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: models are found in any case") {
+  const ProgramResult result = Run("info --device sim:Extended:qm2500");
+  CHECK(result.exitCode == 0);
+  CHECK(Has(result.output, "Model        QM2500 (SCANNER QM-2500)"));
+  const ProgramResult odd = Run("info --device sim:extended:QM250");
+  CHECK(odd.exitCode == 64);
+  CHECK(Has(odd.errors, "did you mean \"extended:QM2500\"? pmscan devices lists the scanners."));
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a dry run ends where the scan would start") {
   for (const char* family : {"extended", "standard"}) {
     const ProgramResult result = Run(std::string("scan --dry-run -o a.png --device sim:") + family);

@@ -82,11 +82,20 @@ TEST_CASE("simulator: defects are switched on behind a plus") {
   talk.Expect("82 80");
 }
 
-TEST_CASE("simulator: an unknown name is an error that says which names exist") {
-  CheckThrows("", "no scanner is named \"\"; there are: extended, extended:QM43000");
-  CheckThrows("extendet", "no scanner is named \"extendet\"");
+TEST_CASE("simulator: family and model are found in any case") {
+  CHECK(ProductName("extended:rv7000h") == "SCANNER RV-7000H");
+  CHECK(FeederStatus("Extended:Rv7000h+pages=0") == 0xC8);
+  CHECK(simulator::ModelIdOf("Extended:rv7000h+pages=3") == "RV7000H");
+  CHECK(simulator::ModelIdOf("extended+pages=3").empty());
+  CHECK(simulator::ModelIdOf("extended:QM1").empty());
+}
+
+TEST_CASE("simulator: an unknown name is an error that says what was meant, not all there is") {
+  CheckThrows("", "no scanner is named \"\"; a name is \"extended\" or \"standard\", or one of");
+  CheckThrows("extendet", "no scanner is named \"extendet\"; did you mean \"extended\"?");
   CheckThrows("extended:", "no scanner is named \"extended:\"");
-  CheckThrows("extended:QM1", "extended:HK300, standard, standard:QM43000");
+  CheckThrows("extended:QM270", "\"extended:QM270\"; did you mean \"extended:QM2700\"?");
+  CheckThrows("extended:QM2500+page=3", "no defect is named \"page\"; did you mean \"pages\"?");
   CheckThrows("extended:RV3000", "no scanner is named \"extended:RV3000\"");
   CheckThrows("standard:", "no scanner is named \"standard:\"");
   CheckThrows("extended+rust", "no defect is named \"rust\"");

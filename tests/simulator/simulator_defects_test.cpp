@@ -49,7 +49,7 @@ TEST_CASE("simulator: a defect is switched on by its name, with a number or a le
 TEST_CASE("simulator: an unknown defect or a wrong value is an error that says so") {
   Defects defects;
   CHECK_THROWS_WITH_AS(SwitchOn(defects, "rust"),
-                       doctest::Contains("\"rust\"; there are: no-probe-reply"),
+                       doctest::Contains("\"rust\"; docs/simulator-profiles.md lists"),
                        std::invalid_argument);
   CHECK_THROWS_WITH_AS(SwitchOn(defects, "jam-at-line"), doctest::Contains("needs a number"),
                        std::invalid_argument);

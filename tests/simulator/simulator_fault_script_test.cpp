@@ -131,6 +131,21 @@ TEST_CASE("fault script: an unknown part is told with the nearest one") {
                   "There are: command, reply, data, parameters, result, block, answer");
 }
 
+TEST_CASE("fault script: a place that no driver comes to is an error") {
+  CheckPlaceFails("\"command\": \"FS X\"", "[0].at: no driver sends FS X, so this cannot strike");
+  CheckPlaceFails("\"command\": \"ESC W\"", "no driver sends ESC W");
+  CheckPlaceFails("\"command\": \"FS W\", \"part\": \"data\"",
+                  "FS W has no \"data\", so this cannot strike");
+  CheckPlaceFails("\"command\": \"FS I\", \"part\": \"parameters\"", "FS I has no \"parameters\"");
+  CheckPlaceFails("\"command\": \"FS F\", \"part\": \"result\"", "FS F has no \"result\"");
+  CheckPlaceFails("\"command\": \"ESC R\", \"block\": 2", "ESC R has no \"block\"");
+  CheckPlaceFails("\"command\": \"CAN\", \"part\": \"answer\"", "CAN has no \"answer\"");
+  CheckPlaceFails("\"command\": \"ESC @\", \"part\": \"data\"", "ESC @ has no \"data\"");
+  CHECK(Place("\"command\": \"ESC R\", \"part\": \"parameters\"").write == 1);
+  CHECK(Place("\"command\": \"ESC f\", \"part\": \"data\"").read == 1);
+  CHECK(Place("\"command\": \"FF\"").read == 0);
+}
+
 TEST_CASE("fault script: block and read belong to the parts of an image") {
   CheckPlaceFails("\"command\": \"FS W\", \"part\": \"reply\", \"block\": 1",
                   "[0].at.block: belongs to the parts \"block\" and \"answer\" only");

@@ -32,16 +32,16 @@ TEST_CASE("profile error: a profile is an object with a base") {
                        ProfileError);
 }
 
-TEST_CASE("profile error: a base that does not exist is told with those that do") {
+TEST_CASE("profile error: a base that does not exist is told with the one that was meant") {
   CHECK_THROWS_WITH_AS(ParseProfile("{\n\"base\": \"extended:QM1\"}", "a.json"),
                        doctest::Contains("a.json:2: base: no scanner is named \"extended:QM1\"; "
-                                         "there are: extended, extended:QM43000,"),
+                                         "did you mean \"extended:QM"),
                        ProfileError);
   CHECK_THROWS_WITH_AS(ParseProfile("{\"base\": \"extended+pages=3\"}", "a.json"),
                        doctest::Contains("no scanner is named \"extended+pages=3\""), ProfileError);
 }
 
-TEST_CASE("profile error: an unknown key is told with the nearest one and all of them") {
+TEST_CASE("profile error: an unknown key is told with the nearest one and a dozen at most") {
   CheckSecondLine("\"maners\": {}",
                   "a.json:2: maners: there is no such key; did you mean \"manners\"? There are: "
                   "$schema, description, base, modelId, identity, manners, optionUnit, original, "
@@ -57,8 +57,7 @@ TEST_CASE("profile error: an unknown key is told with the nearest one and all of
 
 TEST_CASE("profile error: an unknown defect is told with the nearest one") {
   CheckSecondLine("\"defects\": {\"warmup\": 3}",
-                  "a.json:2: defects.warmup: there is no such key; did you mean \"warm-up\"? "
-                  "There are: no-probe-reply,");
+                  "a.json:2: defects.warmup: there is no such key; did you mean \"warm-up\"?");
 }
 
 TEST_CASE("profile error: a number out of its range, or no number") {
