@@ -72,6 +72,9 @@ void Declare(Program& program) {
     if (row.usage.starts_with("FILE")) {
       command.add_option("file", program.words.readCapture)->required();
     }
+    if (row.command == Command::kProfiles) {
+      command.add_option("name", program.words.shownProfile);
+    }
     DeclareOptions(command, row.command, program.words);
   }
   DeclareBonds(program.app);

@@ -16,7 +16,17 @@
 
 namespace pmscan {
 
-enum class Command { kHelp, kVersion, kInfo, kConvert, kDecode, kDevices, kReplay, kScan };
+enum class Command {
+  kHelp,
+  kVersion,
+  kInfo,
+  kConvert,
+  kDecode,
+  kDevices,
+  kProfiles,
+  kReplay,
+  kScan
+};
 
 // What the user asks for. Texts are UTF-8.
 struct Options {
@@ -52,6 +62,9 @@ struct Options {
   bool keepsPartial = false;              // what came of a page that failed
   std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal
   std::string savedProfile;  // the name under which the settings were kept; empty: none
+  // Of profiles.
+  std::string shownProfile;  // empty: all
+  bool removesProfile = false;
 };
 
 // Reads the arguments behind the program's name. The settings of --profile come from

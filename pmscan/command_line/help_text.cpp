@@ -76,6 +76,7 @@ bool IsShared(const OptionRow& row) {
 std::string AllOptions() {
   std::string text = OptionsText("Options of scan and info", &IsShared);
   for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
+                                          std::pair("Options of profiles", Command::kProfiles),
                                           std::pair("Options of replay", Command::kReplay),
                                           std::pair("Options of convert", Command::kConvert)}) {
     text += OptionsText(headline, [command = command](const OptionRow& row) {

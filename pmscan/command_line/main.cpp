@@ -13,6 +13,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/help_text.h"
+#include "pmscan/command_line/profiles_command.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
 #include "pmscan/devices/watched_device.h"
@@ -167,6 +168,10 @@ int RunDeviceCommand(const Options& options) {
 bool RunFileCommand(const Options& options) {
   if (options.command == Command::kDecode) {
     RunDecodeCommand(options, std::cout);
+    return true;
+  }
+  if (options.command == Command::kProfiles) {
+    RunProfilesCommand(options, ProfileFolder(), std::cout);
     return true;
   }
   if (options.command != Command::kConvert) return false;

@@ -27,6 +27,8 @@ inline constexpr std::array kCommands{
     CommandRow{Command::kInfo, "info", "[options]", "tell what the scanner is and has"},
     CommandRow{Command::kDevices, "devices", "[--json]",
                "list the scanners that --device can name"},
+    CommandRow{Command::kProfiles, "profiles", "[NAME] [--remove]",
+               "list the saved profiles; tell what is in one, or remove it"},
     CommandRow{Command::kReplay, "replay", "FILE [options]",
                "play a capture against the module and compare"},
     CommandRow{Command::kDecode, "decode", "FILE", "tell what was said in a capture"},
@@ -91,7 +93,7 @@ inline constexpr std::array kAll{
     OptionRow{kScanner, kKept, "--device", "NAME", &At<&W::device>,
               "the scanner: sim:extended or sim:standard, with :MODEL behind it\n"
               "for a certain model and +DEFECT for a faulty one; sim:FILE.json,\n"
-              "a simulated scanner by profile; or sti:NAME, a still-image device\n"
+              "a simulated scanner by its file; or sti:NAME, a still-image device\n"
               "of this system (default sim:extended)"},
     OptionRow{kScanner, kGiven, "--faults", "FILE", &At<&W::faults>,
               "a script of faults that strike on the cable of a simulated scanner"},
@@ -159,6 +161,8 @@ inline constexpr std::array kAll{
               "keep the options of this scan, but for its files"},
     OptionRow{kScan, kGiven, "--profile", "NAME", &At<&W::profile>,
               "take the options that were kept; those given besides win"},
+    OptionRow{Bit(Command::kProfiles), kGiven, "--remove", "", &At<&W::removesProfile>,
+              "remove the profile"},
     OptionRow{kReplay, kGiven, "--tolerant", "", &At<&W::isTolerant>,
               "go on behind a difference, and count them"},
     OptionRow{kReplay, kGiven, "-o,--output", "FILE", &At<&W::replayedPicture>,

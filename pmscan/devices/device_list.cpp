@@ -7,12 +7,23 @@ namespace pmscan {
 namespace {
 
 constexpr std::size_t kColumn = 26;
-constexpr std::size_t kProfileColumn = 30;
+constexpr std::size_t kProductColumn = 18;
+constexpr std::size_t kFileColumn = 30;
 
 std::string Row(std::string name, const std::string& description, std::size_t column = kColumn) {
   if (description.empty()) return "  " + name + "\n";
   name.resize(std::max(column, name.size() + 2), ' ');
   return "  " + name + description + "\n";
+}
+
+// "SCANNER QM-2700   2400 dpi, 12 bits, feeder"; nothing that is not known.
+std::string FeaturesOf(const SimulatedEntry& entry) {
+  if (entry.highestResolution == 0) return entry.product;
+  std::string text = entry.product;
+  text.resize(std::max(kProductColumn, text.size() + 2), ' ');
+  text +=
+      std::to_string(entry.highestResolution) + " dpi, " + std::to_string(entry.deepBits) + " bits";
+  return entry.unit.empty() ? text : text + ", " + entry.unit;
 }
 
 std::string Description(const StillImageEntry& entry) {
@@ -21,11 +32,11 @@ std::string Description(const StillImageEntry& entry) {
   return text;
 }
 
-std::string ProfilesText(const DeviceList& list) {
-  if (list.profiles.empty()) return {};
-  std::string text = "\nSimulated scanners by profile\n";
-  for (const ProfileEntry& entry : list.profiles) {
-    text += Row(entry.device, entry.description, kProfileColumn);
+std::string ScannerFilesText(const DeviceList& list) {
+  if (list.scannerFiles.empty()) return {};
+  std::string text = "\nSimulated scanners by file\n";
+  for (const ScannerFileEntry& entry : list.scannerFiles) {
+    text += Row(entry.device, entry.description, kFileColumn);
   }
   return text;
 }
@@ -44,19 +55,23 @@ std::string StillImageText(const DeviceList& list) {
 
 std::string DeviceListText(const DeviceList& list) {
   std::string text = "Simulated scanners\n";
-  for (const SimulatedEntry& entry : list.simulated) text += Row(entry.device, entry.product);
-  return text + ProfilesText(list) + "\nStill-image devices of this system\n" +
+  for (const SimulatedEntry& entry : list.simulated) text += Row(entry.device, FeaturesOf(entry));
+  return text + ScannerFilesText(list) + "\nStill-image devices of this system\n" +
          StillImageText(list);
 }
 
 Json DeviceListJson(const DeviceList& list) {
   Json json{
-      {"simulated", Json::array()}, {"profiles", Json::array()}, {"stillImage", Json::array()}};
+      {"simulated", Json::array()}, {"scannerFiles", Json::array()}, {"stillImage", Json::array()}};
   for (const SimulatedEntry& entry : list.simulated) {
-    json["simulated"].push_back({{"device", entry.device}, {"product", entry.product}});
+    json["simulated"].push_back({{"device", entry.device},
+                                 {"product", entry.product},
+                                 {"unit", entry.unit},
+                                 {"deepBits", entry.deepBits},
+                                 {"highestResolution", entry.highestResolution}});
   }
-  for (const ProfileEntry& entry : list.profiles) {
-    json["profiles"].push_back({{"device", entry.device}, {"description", entry.description}});
+  for (const ScannerFileEntry& entry : list.scannerFiles) {
+    json["scannerFiles"].push_back({{"device", entry.device}, {"description", entry.description}});
   }
   for (const StillImageEntry& entry : list.stillImage) {
     json["stillImage"].push_back({{"device", DeviceNameOf(list.stillImage, entry)},

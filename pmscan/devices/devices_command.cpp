@@ -4,28 +4,37 @@
 
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/devices/simulator_profiles.h"
+#include "pmscan/devices/scanner_files.h"
 #include "pmscan/devices/still_image_service.h"
 #include "simulator/catalog/catalog.h"
 #include "simulator/catalog/models.h"
 #include "simulator/catalog/profile.h"
 #include "simulator/catalog/profile_error.h"
+#include "wire/deep_samples.h"
 
 namespace pmscan {
 namespace {
 
-std::string ProductOf(const std::string& modelId) {
+// What the model has; of a family without a model its name alone.
+SimulatedEntry EntryOf(const std::string& name) {
+  SimulatedEntry entry{"sim:" + name, {}};
+  const std::string modelId = simulator::ModelIdOf(name);
   for (const simulator::Model& model : simulator::ModelTable()) {
     if (model.id != modelId) continue;
     const std::string product(model.productName);
-    return product.substr(0, product.find_last_not_of(' ') + 1);
+    const bool isGreat = name.starts_with("extended") && pmddb832::HasGreatDeepBits(product);
+    entry.product = product.substr(0, product.find_last_not_of(' ') + 1);
+    entry.deepBits = isGreat ? pmddb832::kGreatDeepBits : pmddb832::kUsualDeepBits;
+    entry.highestResolution = model.maxResolution;
+    if (model.optionUnit == simulator::OptionUnit::kFeeder) entry.unit = "feeder";
+    if (model.optionUnit == simulator::OptionUnit::kTransparencyUnit) entry.unit = "film unit";
   }
-  return {};
+  return entry;
 }
 
-std::string DescriptionOf(const std::string& profile) {
+std::string DescriptionOf(const std::string& file) {
   try {
-    return simulator::ReadProfile(ProfileFile(profile)).description;
+    return simulator::ReadProfile(ScannerFile(file)).description;
   } catch (const simulator::ProfileError& error) {
     return error.what();
   }
@@ -36,10 +45,10 @@ std::string DescriptionOf(const std::string& profile) {
 DeviceList FindDevices() {
   DeviceList list;
   for (const std::string& name : simulator::ScannerNames()) {
-    list.simulated.push_back({"sim:" + name, ProductOf(simulator::ModelIdOf(name))});
+    list.simulated.push_back(EntryOf(name));
   }
-  for (const std::string& name : ProfileNames()) {
-    list.profiles.push_back({"sim:" + name, DescriptionOf(name)});
+  for (const std::string& name : ScannerFileNames()) {
+    list.scannerFiles.push_back({"sim:" + name, DescriptionOf(name)});
   }
   try {
     list.stillImage = StillImageService().Devices();

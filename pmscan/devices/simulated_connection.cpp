@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
-#include "pmscan/devices/simulator_profiles.h"
+#include "pmscan/devices/scanner_files.h"
 #include "pmscan/pictures/picture_reader.h"
 #include "pmscan/report/error_codes.h"
 #include "simulator/catalog/catalog.h"
@@ -63,8 +63,8 @@ Simulation FromProfile(const std::string& file, const Options& options) {
 Simulation Simulate(const Options& options) {
   const std::string name = SimulatorName(options.device);
   try {
-    Simulation simulation =
-        IsProfileName(name) ? FromProfile(ProfileFile(name), options) : FromCatalog(name, options);
+    Simulation simulation = IsScannerFileName(name) ? FromProfile(ScannerFile(name), options)
+                                                    : FromCatalog(name, options);
     if (options.faults.empty()) return simulation;
     std::vector<simulator::Fault> faults = simulator::ReadFaultScript(options.faults);
     std::move(simulation.faults.begin(), simulation.faults.end(), std::back_inserter(faults));

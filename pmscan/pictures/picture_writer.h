@@ -8,9 +8,9 @@
 
 #include "pmscan/encoders/byte_file.h"
 #include "pmscan/encoders/page_encoder.h"
+#include "pmscan/pictures/growing_file.h"
 #include "pmscan/pictures/picture_format.h"
 #include "pmscan/scan/acquisition.h"
-#include "pmscan/scan/growing_file.h"
 #include "pmscan/scan/scan_mode.h"
 
 namespace pmscan {

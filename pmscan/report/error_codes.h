@@ -82,7 +82,7 @@ inline constexpr std::array kErrorCodes{
     ErrorCode{kModuleMissing, "Put Pmddb832.dll beside pmscan.exe, or name it with --dll PATH.",
               "the scanner module cannot be loaded"},
     ErrorCode{kSimulation, "Correct the file; docs/simulator-profiles.md describes every key.",
-              "the profile or fault script of the simulated scanner cannot be used"},
+              "the file or fault script of the simulated scanner cannot be used"},
     ErrorCode{kOutputFile,
               "Check that the folder exists, is writable and has room, or choose another name.",
               "the picture cannot be written"},

@@ -54,20 +54,11 @@ std::filesystem::path FileOf(const std::filesystem::path& folder, const std::str
   return folder / std::u8string(file.begin(), file.end());
 }
 
-std::string ProfileNames(const std::filesystem::path& folder) {
-  std::vector<std::string> names;
-  std::error_code ignored;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-    if (entry.path().extension() == kExtension) names.push_back(Utf8(entry.path().stem()));
-  }
-  std::sort(names.begin(), names.end());
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text;
-}
-
 [[noreturn]] void RefuseUnknown(const std::filesystem::path& folder, const std::string& name) {
-  const std::string names = ProfileNames(folder);
+  std::string names;
+  for (const std::string& known : ProfileNames(folder)) {
+    names += (names.empty() ? "" : ", ") + known;
+  }
   throw Failure(kUsage, "There is no profile \"" + name + "\"" +
                             (names.empty() ? "; there is none yet: --save-profile makes one."
                                            : "; there are: " + names + "."));
@@ -128,6 +119,24 @@ std::vector<KeptOption> LoadProfile(const std::filesystem::path& folder, const s
     options.push_back(FromJson(file, key, value));
   }
   return options;
+}
+
+std::vector<std::string> ProfileNames(const std::filesystem::path& folder) {
+  std::vector<std::string> names;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    if (entry.path().extension() == kExtension) names.push_back(Utf8(entry.path().stem()));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void RemoveProfile(const std::filesystem::path& folder, const std::string& name) {
+  const std::filesystem::path path = FileOf(folder, name);
+  std::error_code reason;
+  if (std::filesystem::remove(path, reason)) return;
+  if (!reason) RefuseUnknown(folder, name);
+  throw Failure(kProfile, Utf8(path) + " cannot be removed: " + reason.message() + ".");
 }
 
 std::string ProfileFile(const std::filesystem::path& folder, const std::string& name) {

@@ -22,6 +22,12 @@ bool IsKept(const std::string& optionName);
 // is none of that name, Failure(kProfile) when the file is not one of ours.
 std::vector<KeptOption> LoadProfile(const std::filesystem::path& folder, const std::string& name);
 
+// Names of the profiles in the folder, in their order.
+std::vector<std::string> ProfileNames(const std::filesystem::path& folder);
+
+// Throws Failure(kUsage) when there is none of that name, Failure(kProfile) when it stays.
+void RemoveProfile(const std::filesystem::path& folder, const std::string& name);
+
 // The file of a profile, for messages; it need not be there.
 std::string ProfileFile(const std::filesystem::path& folder, const std::string& name);
 

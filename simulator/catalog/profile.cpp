@@ -23,7 +23,7 @@ std::string PictureFile(const JsonNode& value) {
 
 using P = Profile::Pages;
 constexpr std::array kPagesRows{
-    KeyRow<P>{{"file", Text(), "A picture file beside the profile; without it the original."},
+    KeyRow<P>{{"file", Text(), "A picture file beside the scanner file; without it the original."},
               [](const JsonNode& value, P& pages) { pages.file = PictureFile(value); }},
     KeyRow<P>{{"copies", Whole(1, 1000), "How many; without it one."},
               &ReadMember<P, &P::copies, &WholeOf>},
@@ -172,7 +172,7 @@ constexpr std::array kProfileRows{
         {"faults", kFaultList, kFaultListSentence},
         [](const JsonNode& value, Profile& profile) { profile.faults = ReadFaults(value); }},
 };
-constexpr KeyTable<Profile> kProfile{"profile", "a profile", kProfileRows};
+constexpr KeyTable<Profile> kProfile{"profile", "a scanner file", kProfileRows};
 
 Profile ProfileOf(const JsonNode& root) {
   Profile profile;

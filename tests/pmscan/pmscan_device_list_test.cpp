@@ -32,12 +32,18 @@ TEST_CASE("pmscan: only names behind sti: are those of still-image devices") {
 }
 
 TEST_CASE("pmscan: the list of devices tells what --device takes") {
-  const pmscan::DeviceList list{
-      {{"sim:extended", ""}, {"sim:extended:QM2700", "SCANNER QM-2700"}}, {kEntries[0]}, ""};
+  const pmscan::DeviceList list{{{"sim:extended", ""},
+                                 {"sim:extended:QM2700", "SCANNER QM-2700"},
+                                 {"sim:extended:QM2500", "SCANNER QM-2500", "feeder", 12, 2400},
+                                 {"sim:standard:RV3100", "SCANNER RV-3100", "", 14, 3200}},
+                                {kEntries[0]},
+                                ""};
   CHECK(pmscan::DeviceListText(list) ==
         "Simulated scanners\n"
         "  sim:extended\n"
         "  sim:extended:QM2700       SCANNER QM-2700\n"
+        "  sim:extended:QM2500       SCANNER QM-2500   2400 dpi, 12 bits, feeder\n"
+        "  sim:standard:RV3100       SCANNER RV-3100   3200 dpi, 14 bits\n"
         "\n"
         "Still-image devices of this system\n"
         "  sti:SCANNER QM-2700       Scanner maker, at Usbscan0\n");
@@ -48,19 +54,19 @@ TEST_CASE("pmscan: the list says why there are no still-image devices") {
   CHECK(pmscan::DeviceListText({}).ends_with("  none: the system knows no such device\n"));
 }
 
-TEST_CASE("pmscan: the list tells the profiles beside the program") {
+TEST_CASE("pmscan: the list tells the scanner files beside the program") {
   const pmscan::DeviceList list{{}, {}, "no service", {{"sim:office.json", "Three sheets."}}};
   CHECK(pmscan::DeviceListText(list) ==
         "Simulated scanners\n"
         "\n"
-        "Simulated scanners by profile\n"
+        "Simulated scanners by file\n"
         "  sim:office.json               Three sheets.\n"
         "\n"
         "Still-image devices of this system\n"
         "  none: no service\n");
   const pmscan::Json json = pmscan::DeviceListJson(list);
-  CHECK(json["profiles"][0]["device"] == "sim:office.json");
-  CHECK(json["profiles"][0]["description"] == "Three sheets.");
+  CHECK(json["scannerFiles"][0]["device"] == "sim:office.json");
+  CHECK(json["scannerFiles"][0]["description"] == "Three sheets.");
 }
 
 TEST_CASE("pmscan: the list of devices as JSON has the same names") {

@@ -1,8 +1,10 @@
 #include <doctest/doctest.h>
 
+#include <sstream>
 #include <string>
 
 #include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/profiles_command.h"
 #include "pmscan/scan/scan_profile.h"
 #include "tests/pmscan/refusal.h"
 #include "tests/pmscan/test_folder.h"
@@ -129,6 +131,29 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's name stays in its folder") {
     CHECK_THROWS_AS(pmscan::SaveProfile(folder, name, {}, true), pmscan::Failure);
     CHECK_THROWS_AS(pmscan::LoadProfile(folder, name), pmscan::Failure);
   }
+}
+
+// What pmscan profiles prints with the arguments.
+std::string Printed(const std::filesystem::path& folder, const std::vector<std::string>& words) {
+  std::vector<std::string> arguments{"profiles"};
+  arguments.insert(arguments.end(), words.begin(), words.end());
+  std::ostringstream output;
+  pmscan::RunProfilesCommand(pmscan::ParseCommandLine(arguments), folder, output);
+  return output.str();
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: the saved profiles are listed, shown and removed") {
+  CHECK(Printed(folder, {}) == "There is none yet: pmscan scan --save-profile NAME makes one.\n");
+  Write("photos", "{}");
+  Write("letters", R"({"mode": "lineart", "resolution": 200, "mirror": true})");
+  CHECK(Printed(folder, {}) == "letters\nphotos\n");
+  CHECK(Printed(folder, {"letters"}) == "--mode=lineart\n--resolution=200\n--mirror=true\n");
+  CHECK(Printed(folder, {"letters", "--remove"}) == "The profile \"letters\" is removed.\n");
+  CHECK(Printed(folder, {}) == "photos\n");
+  CHECK(pmscan::tests::RefusalOf([&] {
+          Printed(folder, {"letters", "--remove"});
+        }) == "64 There is no profile \"letters\"; there are: photos.");
+  CHECK(pmscan::tests::RefusalOf([&] { Printed(folder, {"--remove"}); }).starts_with("64 "));
 }
 
 }  // namespace

@@ -136,6 +136,49 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: JSON also tells of a failure") 
   CHECK(Has(result.output, "\"exitCode\": 1\r\n"));
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: what came of a page that failed can be kept") {
+  const std::string jam =
+      " --mode grey --resolution 300 --source feeder --device sim:extended:QM2500+jam-at-line=2000";
+  CHECK(Run("scan -o a.tif" + jam).exitCode == 15);
+  CHECK(Files().empty());
+  const ProgramResult result = Run("scan -o a.tif --keep-partial" + jam);
+  CHECK(result.exitCode == 15);
+  const std::vector<std::uint32_t> heights = TiffHeights(Contents("a.tif"));
+  REQUIRE(heights.size() == 1);
+  CHECK(heights[0] > 0);
+  CHECK(heights[0] <= 2000);
+  CHECK(Has(result.output, (std::to_string(heights[0]) + " of 4200 lines").c_str()));
+  CHECK(Has(result.errors, "Saved before that: a.tif."));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a transfer that failed is named, and how to see what was said") {
+  const ProgramResult result = Run("info --device sim:extended+unplugged-at-transfer=3");
+  CHECK(result.exitCode != 0);
+  CHECK(Has(result.errors, "On the cable transfer 3, a "));
+  CHECK(Has(result.errors, " failed with 0x"));
+  CHECK(Has(result.errors, "add --capture FILE, then: pmscan decode FILE."));
+  const ProgramResult captured =
+      Run("info --device sim:extended+unplugged-at-transfer=3 --capture info.capture");
+  CHECK(Has(captured.errors, "To see what was said: pmscan decode info.capture"));
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a folder that is missing stops the scan before it") {
+  const ProgramResult result = Run("scan -o none/a.png --capture a.capture");
+  CHECK(result.exitCode == 73);
+  CHECK(Has(result.errors, "there is no folder none."));
+  CHECK(Run("scan -o . --format png").exitCode == 73);
+  CHECK(Files().empty());
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the system's errors come with words") {
+  const ProgramResult result = Run("info --dll none.dll");
+  CHECK(result.exitCode == 69);
+  CHECK(Has(result.errors, "none.dll did not load: "));
+  CHECK(Has(result.errors, " (Windows error 126)."));
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest,
                   "pmscan.exe: a fault that never strikes is a failure at the end") {
   Write("late.json", R"({"faults": [{"at": {"command": "FS G", "occurrence": 2}, "do": "fail"}]})");

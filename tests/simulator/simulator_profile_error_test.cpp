@@ -26,10 +26,11 @@ void CheckStandard(const std::string& line, const char* message) {
 TEST_CASE("profile error: a profile is an object with a base") {
   CHECK_THROWS_WITH_AS(ParseProfile("[]", "a.json"),
                        "a.json:1: expected an object in braces, got a list", ProfileError);
-  CHECK_THROWS_WITH_AS(ParseProfile("{}", "a.json"),
-                       "a.json:1: a profile needs the key \"base\": the scanner it starts from, as "
-                       "in \"extended\" or \"standard:QM2700\"",
-                       ProfileError);
+  CHECK_THROWS_WITH_AS(
+      ParseProfile("{}", "a.json"),
+      "a.json:1: a scanner file needs the key \"base\": the scanner it starts from, as "
+      "in \"extended\" or \"standard:QM2700\"",
+      ProfileError);
 }
 
 TEST_CASE("profile error: a base that does not exist is told with the one that was meant") {

@@ -1,4 +1,4 @@
-#include "pmscan/devices/simulator_profiles.h"
+#include "pmscan/devices/scanner_files.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -12,18 +12,18 @@ std::filesystem::path Folder() {
   return ProgramFolder() / "profiles";
 }
 
-// The folder has the schema of the profiles as well.
-bool IsProfile(const std::filesystem::path& file) {
+// The folder has the schema of these files as well.
+bool IsScannerFile(const std::filesystem::path& file) {
   return file.extension() == ".json" && file.stem() != "schema";
 }
 
 }  // namespace
 
-bool IsProfileName(const std::string& simulatorName) {
+bool IsScannerFileName(const std::string& simulatorName) {
   return simulatorName.ends_with(".json");
 }
 
-std::string ProfileFile(const std::string& simulatorName) {
+std::string ScannerFile(const std::string& simulatorName) {
   std::error_code unreadable;
   const std::filesystem::path beside = Folder() / ToWide(simulatorName);
   if (std::filesystem::exists(ToWide(simulatorName), unreadable) ||
@@ -33,11 +33,11 @@ std::string ProfileFile(const std::string& simulatorName) {
   return ToUtf8(beside.c_str());
 }
 
-std::vector<std::string> ProfileNames() {
+std::vector<std::string> ScannerFileNames() {
   std::vector<std::string> names;
   std::error_code unreadable;
   for (const auto& entry : std::filesystem::directory_iterator(Folder(), unreadable)) {
-    if (IsProfile(entry.path())) names.push_back(ToUtf8(entry.path().filename().c_str()));
+    if (IsScannerFile(entry.path())) names.push_back(ToUtf8(entry.path().filename().c_str()));
   }
   std::sort(names.begin(), names.end());
   return names;

@@ -1,5 +1,5 @@
 #define WIN32_LEAN_AND_MEAN
-#include "pmscan/scan/growing_file.h"
+#include "pmscan/pictures/growing_file.h"
 
 #include <windows.h>
 
