@@ -127,7 +127,10 @@ void ProgressMeter::Tick() {
   if (style_ != ProgressStyle::kBar || now - shown_ < kUntilWaiting) return;
   shown_ = now;
   const bool isInPage = linesDone_ > 0 && linesDone_ < total_;
-  if (!isInPage && linesDone_ > 0) LeaveLine();
+  if (!isInPage && linesDone_ > 0) {
+    LeaveLine();
+    linesDone_ = total_ = 0;
+  }
   WriteOver((isInPage ? Line(linesDone_) : WaitingText()).substr(0, columns_ - 1));
 }
 

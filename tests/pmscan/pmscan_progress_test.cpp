@@ -185,6 +185,9 @@ TEST_CASE("pmscan: a bar that stands still in a page or behind it goes on to tel
   meter.ShowAt(6, 1000);
   TickAt(meter, 8);
   CHECK(meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s"));
+  TickAt(meter, 9);
+  CHECK(
+      meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s\rWaiting for the scanner, 3 s"));
 }
 
 TEST_CASE("pmscan: what is waited for is written over in a bar, and a line elsewhere") {
