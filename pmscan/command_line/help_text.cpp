@@ -9,14 +9,16 @@ namespace pmscan {
 namespace {
 
 constexpr std::size_t kUsageColumn = 34;
-constexpr std::size_t kOptionColumn = 19;
+constexpr std::size_t kOptionColumn = 8;
+constexpr std::size_t kExitCodeColumn = 5;
+constexpr std::size_t kColumns = 80;
 
 constexpr std::string_view kExamples = R"(
 Examples
   pmscan scan -o page.png
   pmscan scan -o page.tif --mode deep-colour --resolution 600
   pmscan scan -o stamp.png --area 1in,1in,50mm,2in
-  pmscan scan --batch page%03d.png --source feeder --device sim:extended:QM2500+pages=3
+  pmscan scan --batch letter.pdf --source feeder --device sim:extended:QM2500
   pmscan scan --mode lineart --resolution 200 --save-profile letters
   pmscan scan -o letter.tif --profile letters
   pmscan scan -o page.png --resolution 600 --dry-run
@@ -27,6 +29,19 @@ Examples
   pmscan convert jam.capture -o jam.pcapng
 )";
 
+// The line in pieces that fit behind the indent.
+std::string Wrapped(std::string line, const std::string& indent) {
+  const std::size_t most = kColumns - indent.size();
+  std::string text;
+  while (line.size() > most) {
+    const std::size_t blank = line.rfind(' ', most);
+    if (blank == std::string::npos) break;
+    text += line.substr(0, blank) + "\n" + indent;
+    line.erase(0, blank + 1);
+  }
+  return text + line;
+}
+
 // The row of a table: what is named, and its lines beside or below it.
 std::string Row(std::string name, std::string_view lines, std::size_t column) {
   const std::string indent(column + 2, ' ');
@@ -36,9 +51,11 @@ std::string Row(std::string name, std::string_view lines, std::size_t column) {
   } else {
     name.resize(indent.size(), ' ');
   }
-  for (const char letter : lines) {
-    name += letter;
-    if (letter == '\n') name += indent;
+  for (std::size_t end = 0; end != std::string_view::npos; lines.remove_prefix(end + 1)) {
+    end = lines.find('\n');
+    name += Wrapped(std::string(lines.substr(0, end)), indent);
+    if (end == std::string_view::npos) break;
+    name += "\n" + indent;
   }
   return name + "\n";
 }
@@ -90,8 +107,7 @@ std::string ExitCodes() {
   std::string text = "\nExit codes\n    0  done\n";
   for (const ErrorCode& row : kErrorCodes) {
     const std::string number = std::to_string(row.ExitCode());
-    text.append(5 - number.size(), ' ').append(number).append("  ");
-    text.append(row.meaning).append("\n");
+    text += Row(std::string(3 - number.size(), ' ') + number, row.meaning, kExitCodeColumn);
   }
   return text;
 }

@@ -130,10 +130,20 @@ TEST_CASE("pmscan: the document and the help tell every way to call the program"
   }
 }
 
+TEST_CASE("pmscan: the help fits a terminal of 80 columns") {
+  for (const CommandRow& row : pmscan::kCommands) {
+    std::istringstream help(pmscan::HelpText() + pmscan::HelpText(row.command));
+    for (std::string line; std::getline(help, line);) {
+      CAPTURE(line);
+      CHECK(line.size() <= 80);
+    }
+  }
+}
+
 TEST_CASE("pmscan: the help of a subcommand is about that subcommand") {
   const std::string help = pmscan::HelpText(pmscan::Command::kReplay);
   CHECK(help.starts_with("Synopsis\n  pmscan replay FILE [options]      play a capture"));
-  CHECK(help.find("  --tolerant         go on behind a difference") != std::string::npos);
+  CHECK(help.find("  --tolerant\n          go on behind a difference") != std::string::npos);
   CHECK(help.find("scan -o") == std::string::npos);
   CHECK(help.find("--mode") == std::string::npos);
 }
