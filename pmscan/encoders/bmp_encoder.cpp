@@ -3,8 +3,10 @@
 #include <cmath>
 #include <utility>
 
+#include "pmscan/command_line/failure.h"
 #include "pmscan/encoders/byte_order.h"
 #include "pmscan/encoders/pixel_order.h"
+#include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
@@ -13,6 +15,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t kHeaderBytes = 14;
 constexpr std::uint32_t kInfoBytes = 40;
+constexpr std::uint64_t kMostBytes = 0xFFFFF000;  // of lines
 
 // Black and white, all greys, or the colours of mode palette; none for colour.
 Bytes Palette(PixelLayout layout) {
@@ -54,6 +57,10 @@ void BmpEncoder::BeginPage(std::uint32_t width, std::uint32_t height) {
   width_ = width;
   height_ = linesLeft_ = height;
   lineBytes_ = static_cast<std::uint32_t>((LineBytes(form_.layout, width) + 3) / 4 * 4);
+  if (std::uint64_t{lineBytes_} * height > kMostBytes) {
+    throw Failure(kUnsupported,
+                  file_.Name() + ": a BMP file holds 4 GB at most; write a .png file.");
+  }
   file_.Append(Header(height));
   start_ = file_.Size();
 }

@@ -4,13 +4,16 @@
 #include <cstdio>
 #include <utility>
 
+#include "pmscan/command_line/failure.h"
 #include "pmscan/encoders/pixel_order.h"
 #include "pmscan/pictures/picture_format.h"
+#include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
 
 constexpr double kPointsPerInch = 72;
+constexpr std::uint64_t kMostBytes = 9999999999;  // places have ten digits
 
 bool IsJpeg(PixelLayout layout) {
   return IsJpegIn(Container::kPdf, layout);
@@ -181,6 +184,9 @@ void PdfEncoder::Finish() {
 
 void PdfEncoder::AppendCrossReferences(std::size_t catalog, std::size_t information) {
   const std::uint64_t start = file_.Size();
+  if (start > kMostBytes) {
+    throw Failure(kOutputFile, file_.Name() + ": a PDF file holds 10 GB at most; write several.");
+  }
   const std::string count = std::to_string(places_.size() + 1);
   std::string text = "xref\n0 " + count + "\n0000000000 65535 f \n";
   for (const std::uint64_t place : places_) {

@@ -27,7 +27,7 @@ std::uint8_t ColourType(PixelLayout layout) {
 Bytes Chunk(std::string_view name, const Bytes& data) {
   Bytes chunk;
   AppendBig(chunk, static_cast<std::uint32_t>(data.size()), 4);
-  chunk.insert(chunk.end(), name.begin(), name.end());
+  for (const char letter : name) chunk.push_back(static_cast<std::uint8_t>(letter));
   chunk.insert(chunk.end(), data.begin(), data.end());
   const uLong sum = crc32(0, chunk.data() + 4, static_cast<uInt>(chunk.size() - 4));
   AppendBig(chunk, static_cast<std::uint32_t>(sum), 4);

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "pmscan/command_line/failure.h"
 #include "tests/encoders/encoded_pages.h"
 
 namespace {
@@ -131,6 +132,29 @@ TEST_CASE("jpeg encoder: the file tells its resolution, scanner, software and da
   CAPTURE(exif);
   CHECK(exif.find("model=SCANNER (TM) QM-1, software=pmscan 7, datetime=2026:05:03 04:05:06") !=
         std::string::npos);
+}
+
+std::string RefusalOf(Container container, const std::string& name, std::uint32_t width,
+                      std::uint32_t height) {
+  try {
+    EncodedFile file(container, PixelLayout::kBgr24, name);
+    file.Add({PixelLayout::kBgr24, width, height}, 0);
+  } catch (const pmscan::Failure& failure) {
+    return std::to_string(failure.code) + " " + failure.what();
+  }
+  return "accepted";
+}
+
+TEST_CASE("encoders: a picture that is too large for its format is refused before its first line") {
+  CHECK(RefusalOf(Container::kBmp, "large.bmp", 40000, 40000).starts_with("65 large.bmp: a BMP"));
+  CHECK(RefusalOf(Container::kJpeg, "large.jpg", 70000, 9).starts_with("65 large.jpg: a JPEG"));
+  CHECK(RefusalOf(Container::kPdf, "large.pdf", 9, 70000).starts_with("65 large.pdf: a JPEG"));
+  CHECK(RefusalOf(Container::kPng, "large.png", 9, 70000) == "accepted");
+}
+
+TEST_CASE("encoders: a file that cannot be written is named with the reason") {
+  CHECK(RefusalOf(Container::kPng, "none/a.png", 9, 9) ==
+        "73 none/a.png: cannot create the file: No such file or directory.");
 }
 
 }  // namespace
