@@ -8,11 +8,11 @@ namespace pmscan {
 
 // Whether the words are the same but for the case of their letters, a to z.
 constexpr bool IsSameWord(std::string_view one, std::string_view other) {
-  constexpr auto lower = [](char letter) {
+  constexpr auto kLower = [](char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
   };
   return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [=](char a, char b) { return lower(a) == lower(b); });
+                    [=](char a, char b) { return kLower(a) == kLower(b); });
 }
 
 // The row of a table whose member `name` it is, in any case; null when there is none.

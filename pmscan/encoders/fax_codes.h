@@ -8,14 +8,14 @@ namespace pmscan {
 
 struct FaxCode {
   // From text, the first bit first: "0001".
-  consteval FaxCode(const char* text) : bits(0), length(0) {
+  consteval FaxCode(const char* text) {
     for (; *text != '\0'; ++text, ++length) {
       bits = static_cast<std::uint16_t>(bits << 1 | (*text == '1' ? 1 : 0));
     }
   }
 
-  std::uint16_t bits;
-  std::uint8_t length;
+  std::uint16_t bits = 0;
+  std::uint8_t length = 0;
 };
 
 inline constexpr FaxCode kFaxPass{"0001"};

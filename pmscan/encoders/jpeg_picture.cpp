@@ -125,9 +125,9 @@ JpegBlock JpegPicture::BlockAt(std::uint32_t left, std::size_t component) const 
     const auto& line = lines_[std::min(i / kJpegBlock, lines_.size() - 1)];
     const std::size_t x = std::min<std::size_t>(left + i % kJpegBlock, width_ - 1);
     const std::uint8_t* const pixel = &line[isGrey ? x : 3 * x];
-    float sample = isGrey ? *pixel : 0;
-    if (!isGrey) {
-      sample = weights[0] * pixel[0] + weights[1] * pixel[1] + weights[2] * pixel[2];
+    float sample = isGrey ? static_cast<float>(*pixel) : 0;
+    for (std::size_t channel = 0; !isGrey && channel < 3; ++channel) {
+      sample += weights[channel] * static_cast<float>(pixel[channel]);
     }
     block[i] = component == 0 ? sample - kMiddle : sample;
   }

@@ -13,7 +13,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::string_view kSignature("\x89PNG\r\n\x1A\n", 8);
-constexpr std::size_t kFullChunk = 64 * 1024;
+constexpr std::size_t kFullChunk = 65536;
 
 constexpr std::uint8_t kGrey = 0;
 constexpr std::uint8_t kRgb = 2;

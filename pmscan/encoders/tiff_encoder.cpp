@@ -14,7 +14,7 @@ namespace pmscan {
 namespace {
 
 constexpr std::uint64_t kLinkInHeader = 4;
-constexpr std::size_t kStripBytes = 64 * 1024;  // before they are compressed
+constexpr std::size_t kStripBytes = 65536;  // before they are compressed
 
 constexpr std::uint16_t kGroup4 = 4;
 constexpr std::uint16_t kLzw = 5;
@@ -32,7 +32,7 @@ std::uint16_t Photometric(PixelLayout layout) {
 // All reds, then all greens, then all blues, in 16 bits.
 std::vector<std::uint16_t> ColourMap() {
   constexpr std::uint16_t kFullRange = 257;
-  std::vector<std::uint16_t> map(3 * 256);
+  std::vector<std::uint16_t> map(std::size_t{3} * 256);
   for (std::size_t i = 0; i < kPaletteColours; ++i) {
     for (std::size_t channel = 0; channel < 3; ++channel) {
       map[channel * 256 + i] = static_cast<std::uint16_t>(PaletteColour(i)[channel] * kFullRange);
