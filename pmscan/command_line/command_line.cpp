@@ -180,7 +180,7 @@ void RequirePagesFit(const Options& options) {
 }
 
 void RequireEnd(const Options& options) {
-  const bool isFeeder = options.source.option == kFeederOption;
+  const bool isFeeder = options.source.code == pmddb832::kFeeder;
   if (!options.pages && !isFeeder) {
     throw Failure(kUnsupported,
                   "Only the feeder runs out of paper: say with --pages how many pages "

@@ -150,7 +150,7 @@ void PrepareScan(const Options& options, const ModuleExports& module,
                  pmddb832::ScannerSettings& settings) {
   Session session(module, settings);
   const ScanPlan plan = SetUp(options, session, settings);
-  const std::uint32_t status = module.getOptionStatus(options.source.option);
+  const std::uint32_t status = module.getOptionStatus(options.source.code);
   if (status != 0) throw Failure(status);
   NowhereSink sink;
   AcquisitionManners manners;

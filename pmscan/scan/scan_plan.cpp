@@ -29,7 +29,7 @@ bool CanMirror(const pmddb832::ScannerSettings& settings) {
 // height at its lowest resolution: the module puts the area to the left edge then.
 bool StartsAtLeftEdge(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
                       const pmddb832::ScannerSettings& settings) {
-  return !IsExtended(settings) && settings.docFeedOption == kFeederOption &&
+  return !IsExtended(settings) && settings.docFeedOption == pmddb832::kFeeder &&
          dotsPerInch == settings.minResolutionCopy &&
          area.height == BedPixels(bed.height, dotsPerInch);
 }

@@ -46,7 +46,7 @@ TEST_CASE("pmscan: every option of a scan arrives") {
   CHECK(options.mode.pixelType == 0);
   CHECK(options.dotsPerInch == 600);
   CHECK(options.area->height.amount == 2);
-  CHECK(options.source.option == 0);
+  CHECK(options.source.code == 0);
   CHECK(options.isMirrored);
   CHECK(options.isInverted);
   CHECK(options.original == "o.png");
