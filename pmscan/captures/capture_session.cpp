@@ -1,7 +1,7 @@
 #include "pmscan/captures/capture_session.h"
 
-#include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {

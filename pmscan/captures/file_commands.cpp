@@ -10,6 +10,7 @@
 #include "capture/file/pcapng_writer.h"
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {

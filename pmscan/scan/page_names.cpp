@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -40,18 +41,9 @@ std::uint32_t NumberAt(const std::string& name, std::size_t place) {
   return number;
 }
 
-std::filesystem::path Utf8Path(const std::string& text) {
-  return {std::u8string(text.begin(), text.end())};
-}
-
-std::string FileName(const std::filesystem::path& path) {
-  const std::u8string name = path.filename().u8string();
-  return {name.begin(), name.end()};
-}
-
 bool Exists(const std::string& file) {
   std::error_code ignored;
-  return std::filesystem::exists(Utf8Path(file), ignored);
+  return std::filesystem::exists(PathOf(file), ignored);
 }
 
 std::optional<std::string> OccupiedFile(const std::string& file) {
@@ -100,13 +92,13 @@ std::string PageNames::Of(std::uint32_t page) const {
 }
 
 std::set<std::uint32_t> PageNames::NumbersInUse() const {
-  const std::filesystem::path start = Utf8Path(before_);
+  const std::filesystem::path start = PathOf(before_);
   const std::filesystem::path folder = start.has_parent_path() ? start.parent_path() : ".";
-  const std::size_t place = FileName(start).size();
+  const std::size_t place = Utf8(start.filename()).size();
   std::set<std::uint32_t> numbers;
   std::error_code ignored;
   for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-    numbers.insert(NumberAt(FileName(entry.path()), place));
+    numbers.insert(NumberAt(Utf8(entry.path().filename()), place));
   }
   numbers.erase(0);
   return numbers;

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
 
@@ -34,11 +35,6 @@ std::string KeptNames() {
   return names;
 }
 
-std::string Utf8(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 // A name that is a file's on every system, and stays in its folder.
 std::filesystem::path FileOf(const std::filesystem::path& folder, const std::string& name) {
   const bool isOdd = std::any_of(name.begin(), name.end(), [](char letter) {
@@ -50,8 +46,7 @@ std::filesystem::path FileOf(const std::filesystem::path& folder, const std::str
                               "\" cannot name a profile: the name becomes that of a file, without "
                               "any of < > : \" / \\ | ? * and without a dot in front.");
   }
-  const std::string file = name + std::string(kExtension);
-  return folder / std::u8string(file.begin(), file.end());
+  return folder / PathOf(name + std::string(kExtension));
 }
 
 std::string ProfileNames(const std::filesystem::path& folder) {
