@@ -163,7 +163,7 @@ struct CaptureInput {
     if (transfer.direction != capture::Direction::kFromScanner) return;
     answers = answers + transfer.bytes.value_or(Bytes());
   }
-  void operator()(const capture::RecordChange& change) { capture::Apply(change, settings); }
+  void operator()(const capture::SettingsChange& change) { capture::Apply(change, settings); }
   void operator()(const capture::CallBegin& call) {
     if (call.name != "PMInitAcquire") return;
     outputFormat = static_cast<std::uint8_t>(call.arguments.at(0).value);

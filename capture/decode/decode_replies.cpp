@@ -1,6 +1,7 @@
 #include "capture/decode/decode_replies.h"
 
 #include "capture/decode/decode_commands.h"
+#include "capture/file/number_text.h"
 #include "wire/identity_reply.h"
 #include "wire/reply_shapes.h"
 
@@ -70,10 +71,6 @@ FieldRow DescribeAcknowledge(std::uint8_t byte) {
 }
 
 std::vector<FieldRow> DescribeReply(ReplyKind kind, Bytes reply) {
-  if (kind == ReplyKind::kAcknowledge) {
-    if (reply.empty()) return {};
-    return {DescribeAcknowledge(reply[0])};
-  }
   const ReplyShape& row = pmddb832::ReplyShapeOf(kind);
   std::vector<FieldRow> rows = FieldsBehindStart(row, reply);
   if (kind == ReplyKind::kHeaderOnly && reply.size() > 1) {

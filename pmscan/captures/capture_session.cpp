@@ -36,7 +36,7 @@ void CaptureSession::Attach(pmddb832::ScannerSettings& settings) {
 
 ModuleExports CaptureSession::Attach(const ModuleExports& module) {
   calls_.emplace(module, recorder_);
-  return CaptureCalls::Exports();
+  return RecordingModule::Exports();
 }
 
 void CaptureSession::Finish() const {

@@ -1,4 +1,4 @@
-#include "pmscan/scan/module_calls.h"
+#include "pmscan/captures/replayed_calls.h"
 
 #include <array>
 #include <tuple>

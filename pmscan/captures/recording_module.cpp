@@ -1,4 +1,4 @@
-#include "pmscan/captures/capture_calls.h"
+#include "pmscan/captures/recording_module.h"
 
 #include "pmscan/captures/call_values.h"
 
@@ -47,17 +47,18 @@ ModuleExports RecordedExports(std::index_sequence<index...>) {
 
 }  // namespace
 
-CaptureCalls::CaptureCalls(const ModuleExports& recordedModule, capture::Recorder& callRecorder) {
+RecordingModule::RecordingModule(const ModuleExports& recordedModule,
+                                 capture::Recorder& callRecorder) {
   recorded = recordedModule;
   recorder = &callRecorder;
 }
 
-CaptureCalls::~CaptureCalls() {
+RecordingModule::~RecordingModule() {
   recorded = {};
   recorder = nullptr;
 }
 
-ModuleExports CaptureCalls::Exports() {
+ModuleExports RecordingModule::Exports() {
   return RecordedExports(std::make_index_sequence<std::tuple_size_v<decltype(kModuleExports)>>());
 }
 

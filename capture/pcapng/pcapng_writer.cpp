@@ -1,4 +1,4 @@
-#include "capture/file/pcapng_writer.h"
+#include "capture/pcapng/pcapng_writer.h"
 
 #include <span>
 #include <string>
@@ -6,6 +6,7 @@
 
 #include "capture/decode/decode_calls.h"
 #include "capture/decode/decode_fields.h"
+#include "capture/file/number_text.h"
 
 namespace capture {
 namespace {
@@ -119,14 +120,11 @@ class PacketWriter {
     Remark(call.name + " returns" + (results.empty() ? "" : ": " + results));
   }
 
-  void operator()(const RecordChange&) {}
+  void operator()(const SettingsChange&) {}
 
   void operator()(const Transfer& transfer) {
-    const Bytes kept = transfer.bytes.value_or(Bytes{});
-    const std::uint32_t length =
-        transfer.bytes.has_value() ? static_cast<std::uint32_t>(kept.size()) : transfer.delivered;
     RemarkOn(transfer);
-    PutPacket(transfer, kept, length);
+    PutPacket(transfer);
     remarks_.clear();
   }
 
@@ -144,7 +142,10 @@ class PacketWriter {
            HexNumber(transfer.lastByte));
   }
 
-  void PutPacket(const Transfer& transfer, const Bytes& kept, std::uint32_t length) {
+  void PutPacket(const Transfer& transfer) {
+    const auto kept = transfer.Kept();
+    const std::uint32_t length =
+        transfer.bytes.has_value() ? static_cast<std::uint32_t>(kept.size()) : transfer.delivered;
     Bytes packet = PseudoHeader(transfer, ++number_, length);
     packet.insert(packet.end(), kept.begin(), kept.end());
     Bytes body;

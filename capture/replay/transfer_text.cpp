@@ -1,4 +1,4 @@
-#include "capture/file/transfer_text.h"
+#include "capture/replay/transfer_text.h"
 
 #include <algorithm>
 
@@ -13,11 +13,6 @@ using pmddb832::CommandShape;
 using pmddb832::FindCommand;
 
 constexpr std::size_t kMostRows = 8;
-constexpr std::string_view kRowStart = "\n    ";
-
-Bytes BytesOf(const Transfer& transfer) {
-  return transfer.bytes.has_value() ? Bytes(*transfer.bytes) : Bytes();
-}
 
 // "FS W set parameters", "ACK"; empty for bytes that have no name.
 std::string NameOf(Bytes bytes) {
@@ -31,7 +26,7 @@ const CommandShape* CommandBefore(const Capture& capture, std::size_t entry) {
   for (std::size_t i = std::min(entry, capture.entries.size()); i-- > 0;) {
     const auto* const transfer = std::get_if<Transfer>(&capture.entries[i]);
     if (transfer == nullptr || transfer->direction != Direction::kToScanner) continue;
-    return FindCommand(BytesOf(*transfer));
+    return FindCommand(transfer->Kept());
   }
   return nullptr;
 }
@@ -64,23 +59,18 @@ std::string Meaning(const char* label, Bytes bytes) {
 }  // namespace
 
 std::string TransferText(const Transfer& transfer) {
-  std::string text = FormatEntry(transfer);
-  const std::size_t firstEnd = std::min(text.find('\n'), text.size());
-  text = Headline(transfer) + text.substr(firstEnd);
+  const std::string text = EntryText(transfer);
   std::size_t end = 0;
   for (std::size_t row = 0; row <= kMostRows && end != std::string::npos; ++row) {
     end = text.find('\n', end + 1);
   }
-  const bool isCut = end != std::string::npos && end + 1 < text.size();
-  text.resize(std::min(end, text.size() - 1));
-  if (isCut) text.append(kRowStart).append("...");
-  return text;
+  return end == std::string::npos ? text : text.substr(0, end) + "\n    ...";
 }
 
 std::string ExplainWrites(const Capture& capture, std::size_t entry, const Transfer* expected,
                           Bytes came) {
   const bool expectsWrite = expected != nullptr && expected->direction == Direction::kToScanner;
-  const Bytes wanted = expectsWrite ? BytesOf(*expected) : Bytes();
+  const Bytes wanted = expectsWrite ? expected->Kept() : Bytes();
   std::string names = Meaning("expected: ", wanted) + Meaning("came: ", came);
   if (!names.empty()) return names;
   const CommandShape* const command = CommandBefore(capture, entry);
