@@ -22,17 +22,16 @@ bool IsWrite(const Transfer* transfer) {
 }
 
 Transfer ReadOf(std::size_t bytes) {
-  Transfer transfer;
-  transfer.direction = Direction::kFromScanner;
-  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes);
-  return transfer;
+  const auto count = static_cast<std::uint32_t>(bytes);
+  return {.direction = Direction::kFromScanner,
+          .requested = count,
+          .delivered = count,
+          .bytes = std::nullopt};
 }
 
 Transfer WriteOf(std::span<const std::uint8_t> bytes) {
-  Transfer transfer;
-  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes.size());
-  transfer.bytes.emplace(bytes.begin(), bytes.end());
-  return transfer;
+  const auto count = static_cast<std::uint32_t>(bytes.size());
+  return {.requested = count, .delivered = count, .bytes = std::vector(bytes.begin(), bytes.end())};
 }
 
 }  // namespace
