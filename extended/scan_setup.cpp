@@ -8,10 +8,10 @@
 
 namespace pmddb832 {
 
-void ExtScanCmd::InitAcquire(Call& call, std::uint32_t hostPixelType, ProgressCallback progress,
+void ExtScanCmd::InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
                              AcquisitionSetup* setup) {
   const TraceScope trace{"Extcmd::InitAcquire"};
-  plan_ = PlanScan(plan_, call.settings, hostPixelType);
+  plan_ = PlanScan(plan_, call.settings, outputFormat);
   stream_.SetUp();
   progress_ = progress;
   const ErrorCode refused = SetUpError(plan_);

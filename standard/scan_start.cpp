@@ -46,6 +46,14 @@ ErrorCode OptionError(const StatusReply& reply, std::uint32_t optionKind) {
   return status::IsSet(unit, status::kJammed) ? kOptionJammed : kNoError;
 }
 
+void SetPixelType(ScanPlan& plan, const ScannerSettings& settings) {
+  const TraceScope trace{"Scmdnt::SetPixelType"};
+  const PixelFormat* format = FindPixelFormat(settings.pixelType, settings.previewMode != 0);
+  if (format == nullptr) return;
+  plan.format = *format;
+  plan.pixelType = settings.pixelType;
+}
+
 }  // namespace
 
 void StdScanCmd::InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
@@ -75,11 +83,7 @@ void StdScanCmd::InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCal
 void StdScanCmd::TakeScan(const ScannerSettings& settings) {
   TakeArea(plan_, settings);
   plan_.sentWidth = plan_.width;
-  const TraceScope trace{"Scmdnt::SetPixelType"};
-  const PixelFormat* format = FindPixelFormat(settings.pixelType, settings.previewMode != 0);
-  if (format == nullptr) return;
-  plan_.format = *format;
-  plan_.pixelType = settings.pixelType;
+  SetPixelType(plan_, settings);
 }
 
 std::uint32_t StdScanCmd::InitiateScan(Call& call) {
