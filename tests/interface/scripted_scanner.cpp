@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <utility>
+
+#include "capture/file/settings_text.h"
 
 namespace pmddb832::tests {
 namespace {
@@ -79,6 +82,17 @@ Bytes With(Bytes block, std::size_t offset, const Bytes& bytes) {
   return block;
 }
 
+Bytes With(Bytes block, std::string_view changes) {
+  while (!changes.empty()) {
+    const std::string change(changes.substr(0, changes.find(',')));
+    const std::size_t colon = change.find(':');
+    block = With(std::move(block), std::stoul(change),
+                 FromHex(std::string_view(change).substr(colon + 1)));
+    changes.remove_prefix(std::min(change.size() + 1, changes.size()));
+  }
+  return block;
+}
+
 std::string Band::Rows(std::size_t rowBytes) const {
   std::string text;
   for (std::size_t start = 0; start + rowBytes <= image.size(); start += rowBytes) {
@@ -143,6 +157,19 @@ void ScriptedScanner::AnswerReset() {
 
 void ScriptedScanner::ExpectEject() {
   device.Expect({0x0C}).Reply({0x06});
+}
+
+void ScriptedScanner::Set(const std::string& members) {
+  std::istringstream words(members);
+  for (std::string word; words >> word;) {
+    CAPTURE(word);
+    const std::size_t equals = word.find('=');
+    const SettingsField* const field = capture::FindField(word.substr(0, equals));
+    REQUIRE(field != nullptr);
+    const auto value = capture::ParseValue(*field, word.substr(equals + 1));
+    REQUIRE(value.has_value());
+    capture::Apply({false, static_cast<std::uint32_t>(field->offset), *value}, settings);
+  }
 }
 
 std::string ScriptedScanner::InitAcquire(std::uint32_t outputFormat, ProgressCallback callback) {

@@ -28,8 +28,9 @@ Bytes Ramp(std::uint8_t first, std::size_t count);
 // The two and the four bytes of a little-endian integer.
 Bytes Short(std::uint32_t value);
 Bytes Word(std::uint32_t value);
-// `block` with other bytes from `offset` on.
+// `block` with other bytes from `offset` on, and at several places: "16: 20 00, 28: 04".
 Bytes With(Bytes block, std::size_t offset, const Bytes& bytes);
+Bytes With(Bytes block, std::string_view changes);
 
 // What the host has after a call of PMAcquireImage. Record and image were filled with A5 before it.
 struct Band {
@@ -68,6 +69,8 @@ class ScriptedScanner : public ModuleFixture {
   void ExpectEject();
 
   // The host's side.
+  // Members of the settings: "resolution=50 originX=0.5".
+  void Set(const std::string& members);
   // The record that PMInitAcquire filled, as hex text.
   std::string InitAcquire(std::uint32_t outputFormat = 2,
                           ProgressCallback callback = &NoteProgress);
