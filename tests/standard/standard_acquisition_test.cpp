@@ -187,9 +187,8 @@ TEST_CASE_FIXTURE(OpenB4,
   settings.pixelType = 4;
   settings.areaWidthPx = 5;
   settings.areaHeightPx = 1;
-  const std::string upload = Replaced(UploadOf("B4"), "C 00, D 08", "C 02, D 03");
-  StartScanOf(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"),
-              BlockHeader(0x20, 12, 1), 0x01, 2);
+  StartScanOf(UploadOf("B4", "C 02, D 03, A 00 00 00 00 08 00 01 00"), BlockHeader(0x20, 12, 1),
+              0x01, 2);
   device.Reply(Fill(4, 0xFF) + Fill(4, 0x88) + Fill(4, 0x00));
   CHECK(Acquire(8).Hex() == "C6 C6 C6 C6 C6 A5 A5 A5");  // 36 * 5 + 6 * 3
 }
@@ -218,8 +217,7 @@ TEST_CASE("standard: deep grey is copied") {
 TEST_CASE_FIXTURE(OpenB4, "standard: pixels that are not sent repeat the last one") {
   settings.areaLeftPx = 992;
   settings.areaHeightPx = 1;
-  StartScanOf(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"),
-              BlockHeader(0x20, 8, 1), 0x01, 1);
+  StartScanOf(UploadOf("B4", "A E0 03 00 00 08 00 01 00"), BlockHeader(0x20, 8, 1), 0x01, 1);
   device.Reply(Ramp(1, 8));
   CHECK(Acquire(16).image == Ramp(1, 8) + Fill(8, 8));
 }

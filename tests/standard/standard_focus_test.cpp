@@ -81,20 +81,15 @@ TEST_CASE_FIXTURE(OpenB8,
 }
 
 TEST_CASE_FIXTURE(OpenB8, "standard: automatic focus takes area and pixel type from the settings") {
-  settings.pixelType = 5;
-  settings.areaLeftPx = 1;
-  settings.areaTopPx = 2;
-  settings.areaWidthPx = 24;
-  settings.areaHeightPx = 9;
-  const std::string upload = Replaced(UploadOf("B8"), "C 00", "C 13");
-  AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 01 00 02 00 18 00 09 00"));
+  Set("pixelType=5 areaLeftPx=1 areaTopPx=2 areaWidthPx=24 areaHeightPx=9");
+  AcceptUpload(UploadOf("B8", "C 13, A 01 00 02 00 18 00 09 00"));
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   CHECK(PMSetFocus(1, 0) == 156);
 }
 
 TEST_CASE_FIXTURE(OpenB8, "standard: an area that the upload refuses leaves its code") {
   settings.areaLeftPx = 65536;
-  AcceptUpload(Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", ""));
+  AcceptUpload(UploadOf("B8", "-A"));
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);
   CHECK(PMGetScanError() == 34);

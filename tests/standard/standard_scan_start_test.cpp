@@ -34,7 +34,7 @@ void CheckLinesPerBlock(std::uint32_t width, std::uint32_t bufferBytes, std::uin
   scanner.settings.areaWidthPx = width;
   scanner.InitAcquire();
   const std::string area = "A 00 00 00 00 " + Hex(Short((width + 7) / 8 * 8)) + " 04 00";
-  scanner.AcceptUpload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", area));
+  scanner.AcceptUpload(UploadOf("B4", area));
   scanner.device.ExpectBlock(0x1B, 'd', {lines}).FailNextWrite();
   scanner.Acquire(bufferBytes, request);
 }
@@ -115,7 +115,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a line beyond the receive buffer i
   level = "B8";
   settings.areaWidthPx = 65272;
   InitAcquire();
-  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
+  const std::string upload = UploadOf("B8", "-A");
   AcceptUpload(upload);  // code 35
   CheckAcquireFails(65280, 35);
   device.Expect({0x1B, 0x46}).FailNextRead();  // without an upload the lines are counted

@@ -124,7 +124,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is the option area from t
   CHECK(PaperSize(*this, 3, Status()) == Size{800, 1300});
   settings.scanSource = 2;
   settings.areaWidthPx = 1000;
-  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 20 03"));
+  Upload(UploadOf("B4", "A 00 00 00 00 20 03 04 00"));
 }
 
 TEST_CASE_FIXTURE(
