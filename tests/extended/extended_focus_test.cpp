@@ -16,7 +16,7 @@ struct FocusScanner : ExtendedScanner {
 };
 
 TEST_CASE("a scanner of another level keeps its focus: the position comes back, nothing is sent") {
-  for (const char* level : {"B4", "B5", "B6", "B7"}) {
+  for (const std::string_view level : {"B4", "B5", "B6", "B7"}) {
     for (const std::uint32_t mode : {0u, 1u}) {
       CAPTURE(level);
       CAPTURE(mode);
@@ -122,8 +122,8 @@ TEST_CASE("a focus reply tells a position only when it is whole and its first bi
 }
 
 TEST_CASE("a focus header that is wrong or announces too much is not read on") {
-  for (const char* header : {"06 00 02 00", "15 00 02 00", "00 02 02 00", "02 00 97 00",
-                             "02 00 FF 7F", "02 00 00 80", "02 00 FF FF"}) {
+  for (const std::string_view header : {"06 00 02 00", "15 00 02 00", "00 02 02 00", "02 00 97 00",
+                                        "02 00 FF 7F", "02 00 00 80", "02 00 FF FF"}) {
     CAPTURE(header);
     FocusScanner scanner;
     scanner.AcceptFocusing();

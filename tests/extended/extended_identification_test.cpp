@@ -105,7 +105,7 @@ TEST_CASE("level B3 reads no status and keeps the option that was known") {
 }
 
 TEST_CASE("an unknown command level fails the open with code 10 and the channel open") {
-  for (const char* level : {"C8", "B9", "B2", "A5", "b8", "B ", "8B"}) {
+  for (const std::string_view level : {"C8", "B9", "B2", "A5", "b8", "B ", "8B"}) {
     CAPTURE(level);
     ExtendedScanner scanner;
     scanner.AnswerProbe();

@@ -123,7 +123,7 @@ TEST_CASE("the origin is turned into pixels at the resolution and noted in the s
         std::pair{"0.16", 0u}, std::pair{"-0.25", 0u}, std::pair{"-1", 0xFFFFFFFE},
         std::pair{"inf", 0u}, std::pair{"-inf", 0u}, std::pair{"nan", 0u}}) {
     const auto& [origin, pixels] = row;
-    CAPTURE(row.first);
+    CAPTURE(std::string(row.first));
     ParameterScanner scanner;
     scanner.Set(std::string("resolution=300 areaLeftPx=77 areaTopPx=77 originX=") + origin +
                 " originY=" + origin);
@@ -163,23 +163,25 @@ TEST_CASE("a block holds an even number of lines that fits the data buffer, at m
 }
 
 TEST_CASE("a line of which a block cannot hold two is refused before the parameters are sent") {
-  for (const char* line : {"pixelType=2 areaWidthPx=32633", "pixelType=2 areaWidthPx=32640",
-                           "pixelType=2 areaWidthPx=32752", "pixelType=5 areaWidthPx=10873",
-                           "pixelType=7 areaWidthPx=5433", "pixelType=8 areaWidthPx=16313"}) {
+  for (const std::string_view line :
+       {"pixelType=2 areaWidthPx=32633", "pixelType=2 areaWidthPx=32640",
+        "pixelType=2 areaWidthPx=32752", "pixelType=5 areaWidthPx=10873",
+        "pixelType=7 areaWidthPx=5433", "pixelType=8 areaWidthPx=16313"}) {
     CAPTURE(line);
     ParameterScanner scanner(WideBed());
-    scanner.Set(line);
+    scanner.Set(std::string(line));
     scanner.CheckRefused();
   }
 }
 
 TEST_CASE("an area that leaves no pixel, or more than 32752, is refused") {
-  for (const char* origin : {"originX=1000 ", "originX=1001 ", "originX=2000 "}) {
-    for (const char* line : {"pixelType=0", "pixelType=2", "pixelType=0 mirrorImage=1"}) {
+  for (const std::string_view origin : {"originX=1000 ", "originX=1001 ", "originX=2000 "}) {
+    for (const std::string_view line :
+         {"pixelType=0", "pixelType=2", "pixelType=0 mirrorImage=1"}) {
       CAPTURE(origin);
       CAPTURE(line);
       ParameterScanner scanner;
-      scanner.Set(std::string(origin) + line);
+      scanner.Set(std::string(origin).append(line));
       scanner.CheckRefused();
     }
   }

@@ -77,7 +77,7 @@ void CheckMovesOntoBed(std::uint32_t columns) {
 
 TEST_CASE("buffers that are no multiple of a line deliver the same image") {
   CheckBands<ExtendedDesk>(ExtendedDesk::Small(ColourPicture(64, 48)));
-  for (const char* level : {"B3", "B8"}) {
+  for (const std::string_view level : {"B3", "B8"}) {
     CAPTURE(level);
     CheckBands<StandardDesk>(StandardDesk::Small(ColourPicture(64, 48), level));
   }
@@ -152,14 +152,14 @@ TEST_CASE("palette pixels beyond the right edge repeat the last index") {
 
 TEST_CASE("a mirrored scan delivers each line from right to left, from level B5 on") {
   CheckMirrors<ExtendedDesk>(ExtendedDesk::Small(ColourPicture(64, 48)));
-  for (const char* level : {"B5", "A5", "B6", "B8"}) {
+  for (const std::string_view level : {"B5", "A5", "B6", "B8"}) {
     CAPTURE(level);
     CheckMirrors<StandardDesk>(StandardDesk::Small(ColourPicture(64, 48), level));
   }
 }
 
 TEST_CASE("below level B5 a standard scanner does not mirror") {
-  for (const char* level : {"B3", "B4"}) {
+  for (const std::string_view level : {"B3", "B4"}) {
     StandardDesk desk(StandardDesk::Small(ColourPicture(64, 48), level));
     desk.host.settings.mirrorImage = 1;
     desk.CheckShows(desk.Scan({8, 0, 24, 6}), desk.onBed, {8, 0, 24, 6});

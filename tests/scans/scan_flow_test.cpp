@@ -110,7 +110,7 @@ TEST_CASE_TEMPLATE("an abort cancels the scan, and the next one is whole", Desk,
 }
 
 TEST_CASE("lines that are delivered after a standard abort are white") {
-  for (const char* level : {"B3", "B8"}) {
+  for (const std::string_view level : {"B3", "B8"}) {
     auto config = WithSeveralBlocks<StandardDesk>();
     config.identity.level = level;
     StandardDesk desk(config, 2);
@@ -248,14 +248,14 @@ TEST_CASE_TEMPLATE("a scanner that warms up is reported, and scans when the host
 
 TEST_CASE("a start that the scanner refuses once is asked for again") {
   CheckAsksAgain<ExtendedDesk>(ExtendedDesk::Small(ColourPicture(64, 48)));
-  for (const char* level : {"B3", "A5", "B8"}) {
+  for (const std::string_view level : {"B3", "A5", "B8"}) {
     CAPTURE(level);
     CheckAsksAgain<StandardDesk>(StandardDesk::Small(ColourPicture(64, 48), level));
   }
 }
 
 TEST_CASE("a start that the standard scanner refuses twice fails") {
-  for (const char* level : {"B3", "B8"}) {
+  for (const std::string_view level : {"B3", "B8"}) {
     auto config = StandardDesk::Small(ColourPicture(64, 48), level);
     config.manners.refusedTransfers = 2;
     StandardDesk desk(config);

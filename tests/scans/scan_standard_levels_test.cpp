@@ -33,7 +33,7 @@ void CheckRefused(std::string_view level) {
 }
 
 // 32 x 24 pixels at 300 dpi, as the scanner tells it; the picture has 600 dpi.
-StandardScannerConfig ListingHalf(const char* productName) {
+StandardScannerConfig ListingHalf(const std::string& productName) {
   StandardScannerConfig config = StandardDesk::Small(ColourPicture(64, 48), "B8");
   config.identity.productName = productName;
   config.identity.resolutions = {50, 100, 150, 300};
@@ -46,7 +46,8 @@ StandardScannerConfig ListingHalf(const char* productName) {
 }  // namespace
 
 TEST_CASE("each level delivers every pixel type, level B3 line by line") {
-  for (const char* level : {"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"}) CheckLevel(level);
+  for (const std::string level : {"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"})
+    CheckLevel(level);
 }
 
 TEST_CASE("levels B1, B2 and A4 are not opened") {
@@ -56,7 +57,7 @@ TEST_CASE("levels B1, B2 and A4 are not opened") {
 }
 
 TEST_CASE("all settings reach a scanner of each level that knows them") {
-  for (const char* level : {"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"}) {
+  for (const std::string level : {"B3", "B4", "B5", "A5", "B6", "B7", "B8", "B9"}) {
     CAPTURE(level);
     StandardDesk desk(StandardDesk::Small(NeutralPicture(64, 48), level), 2);
     ScannerSettings& settings = desk.host.settings;
@@ -81,7 +82,7 @@ TEST_CASE("focus is moved and found at level B8") {
 }
 
 TEST_CASE("a model that lists half of its resolution is scanned at all of it") {
-  for (const char* name :
+  for (const std::string name :
        {"SCANNER QM-2700 ", "Prospectra900   ", "SCANNER RV-5000 ", "Prospectra3100  "}) {
     CAPTURE(name);
     StandardDesk desk(ListingHalf(name));
@@ -121,7 +122,7 @@ TEST_CASE("a model that the host names is taken as it tells itself") {
 }
 
 TEST_CASE("a model of the plain table is not doubled") {
-  for (const char* name : {"SCANNER RV-3000 ", "SCANNER QM-43000", "Prospectra936XL "}) {
+  for (const std::string name : {"SCANNER RV-3000 ", "SCANNER QM-43000", "Prospectra936XL "}) {
     StandardScannerConfig config = StandardDesk::Small(ColourPicture(64, 48));
     config.identity.productName = name;
     StandardDesk desk(config);

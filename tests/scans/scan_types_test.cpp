@@ -179,7 +179,7 @@ TEST_CASE("the model RV3100 has deep samples of 14 bits") {
 
 TEST_CASE("a downloaded gamma table changes every sample") {
   CheckInverted(ExtendedDesk(ExtendedDesk::Small(NeutralPicture(64, 48)), 2));
-  for (const char* level : {"B4", "A5", "B8"}) {
+  for (const std::string_view level : {"B4", "A5", "B8"}) {
     CAPTURE(level);
     CheckInverted(StandardDesk(StandardDesk::Small(NeutralPicture(64, 48), level), 2));
   }

@@ -73,7 +73,7 @@ TEST_CASE("standard: a line that is left without pixels is refused with code 1, 
 }
 
 TEST_CASE("standard: mirrored at level B5 and above, the line keeps its right edge") {
-  for (const char* level : {"B5", "A5", "B6", "B8"}) {
+  for (const std::string_view level : {"B5", "A5", "B6", "B8"}) {
     CheckArea({level, 100, 201, true}, 93, 208);   // right edge 301
     CheckArea({level, 700, 301, true}, 696, 304);  // cut at 1000: 300 pixels
   }
@@ -169,7 +169,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: level B4 sends 5000 pixels as they
 }
 
 TEST_CASE("standard: below level B8 at most 16128 pixels are sent, with code 16 for more") {
-  for (const char* level : {"B4", "B5", "A5", "B6", "B7"}) {
+  for (const std::string_view level : {"B4", "B5", "A5", "B6", "B7"}) {
     CAPTURE(level);
     CHECK(CodeOf({level, 0, 16129}, Area(0, 0, 16128, 4)) == 16);
   }

@@ -139,11 +139,13 @@ TEST_CASE("standard: each command level has its code, its group and its halftone
 }
 
 TEST_CASE("standard: a level that is not supported fails the open with code 1") {
-  for (const char* level : {"A3", "A4", "A6", "C8", "b8", "8B"}) CheckLevelRefused(level, 0);
+  for (const std::string_view level : {"A3", "A4", "A6", "C8", "b8", "8B"})
+    CheckLevelRefused(level, 0);
 }
 
 TEST_CASE("standard: a level digit up to 2, or beyond ASCII, ends before the level is stored") {
-  for (const char* level : {"B2", "B1", "A0", "B ", "B\x80"}) CheckLevelRefused(level, 99);
+  for (const std::string_view level : {"B2", "B1", "A0", "B ", "B\x80"})
+    CheckLevelRefused(level, 99);
 }
 
 TEST_CASE_FIXTURE(

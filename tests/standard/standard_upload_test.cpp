@@ -14,10 +14,10 @@ struct UploadRow {
   std::string_view commands;
 };
 
-void CheckUploads(const std::vector<const char*>& levels, const std::vector<UploadRow>& rows) {
+void CheckUploads(const std::vector<std::string_view>& levels, const std::vector<UploadRow>& rows) {
   for (const UploadRow& row : rows) {
     CAPTURE(row.settings);
-    for (const char* level : levels) {
+    for (const std::string_view level : levels) {
       CAPTURE(level);
       StandardScanner scanner(level);
       scanner.Set(row.settings);
@@ -181,7 +181,7 @@ TEST_CASE("standard: sharpness is sent divided by 500, toward zero, and paramG b
 
 // An upload at the level with three different tables and a matrix in the settings, which has `sent`
 // in place of `part`.
-void CheckTables(const char* level, const std::string& members, std::string_view part,
+void CheckTables(std::string_view level, const std::string& members, std::string_view part,
                  const std::string& sent) {
   CAPTURE(level);
   StandardScanner scanner(level);
@@ -195,11 +195,13 @@ void CheckTables(const char* level, const std::string& members, std::string_view
 }
 
 std::string Table(std::uint8_t prefix, std::uint8_t first) {
-  return "z " + Hex(Bytes{prefix} + Ramp(first, 256)) + ", ";
+  std::string text = "z " + Hex({prefix});
+  for (const std::uint8_t byte : Ramp(first, 256)) text += ' ' + Hex({byte});
+  return text + ", ";
 }
 
 TEST_CASE("standard: custom gamma sends three tables, the host's code and no ESC L") {
-  for (const char* level : {"B4", "B5", "B8"}) {
+  for (const std::string_view level : {"B4", "B5", "B8"}) {
     CheckTables(level, "customGamma=1 customGammaCode=4", "Z 02, L 00",
                 Table('R', 1) + Table('G', 2) + Table('B', 3) + "Z 04");
   }
@@ -216,7 +218,7 @@ TEST_CASE("standard: level B3 has no custom gamma and no colour matrix") {
 }
 
 TEST_CASE("standard: the colour matrix is sent without a prefix, and ESC M 1 behind it") {
-  for (const char* level : {"B4", "B5", "B8"}) {
+  for (const std::string_view level : {"B4", "B5", "B8"}) {
     CheckTables(level, "colorCorrection=1", "M 00", "m F8 F9 FA FB FC FD FE FF 00, M 01");
   }
   CheckTables("A5", "colorCorrection=1", "", "");
