@@ -45,10 +45,13 @@ Bytes Conversation::Read(std::size_t count) {
   return bytes;
 }
 
-Bytes Conversation::ReadInVain(std::size_t count) {
-  Bytes bytes(count);
+Bytes Conversation::ReadWith(std::int32_t result, std::size_t count) {
+  constexpr std::uint8_t kUntouched = 0xEE;
+  Bytes bytes(count, kUntouched);
   auto delivered = static_cast<std::uint32_t>(count);
-  CHECK(scanner_.RawReadData(bytes.data(), &delivered, nullptr) < 0);
+  CHECK(scanner_.RawReadData(bytes.data(), &delivered, nullptr) == result);
+  REQUIRE(delivered <= count);
+  CHECK(Bytes(bytes.begin() + delivered, bytes.end()) == Bytes(count - delivered, kUntouched));
   bytes.resize(delivered);
   return bytes;
 }
@@ -71,14 +74,15 @@ void Step(Conversation& talk, char sign, std::string_view rest) {
   if (sign == '*') {
     CHECK(talk.Read(count).size() == count);
   } else {
-    CHECK(ToHex(talk.ReadInVain(count)) == ToHex(FromHex(rest.substr(digits))));
+    const std::int32_t result = sign == '~' ? 0 : sign == '/' ? kUnplugged : kTimeout;
+    CHECK(ToHex(talk.ReadWith(result, count)) == ToHex(FromHex(rest.substr(digits))));
   }
 }
 
 }  // namespace
 
 void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation) {
-  constexpr std::string_view kSigns = "><*!";
+  constexpr std::string_view kSigns = "><*~!/";
   INFO(conversation);
   Conversation talk(partner);
   while (!conversation.empty()) {

@@ -18,6 +18,10 @@ using Bytes = std::vector<std::uint8_t>;
 Bytes FromHex(std::string_view text);
 std::string ToHex(const Bytes& bytes);
 
+// Results of the device interface.
+inline constexpr auto kTimeout = static_cast<std::int32_t>(0x80070079);
+inline constexpr auto kUnplugged = static_cast<std::int32_t>(0x8007048F);
+
 // The driver's side of the wire, spoken by a test.
 class Conversation {
  public:
@@ -35,8 +39,11 @@ class Conversation {
   // A command and its parameter block, each acknowledged.
   void SendAcknowledged(std::string_view command, const Bytes& parameters);
 
-  // A read that must fail, and what it delivered all the same.
-  Bytes ReadInVain(std::size_t count);
+  // A read that must end with this result, and what it delivered; the rest of its buffer must stay
+  // as it was.
+  Bytes ReadWith(std::int32_t result, std::size_t count);
+  // A read that must time out.
+  Bytes ReadInVain(std::size_t count) { return ReadWith(kTimeout, count); }
 
  private:
   pmddb832::StillImageDevice& scanner_;
@@ -47,7 +54,9 @@ class Conversation {
 //   > 1C 46     sends these bytes
 //   < 06        reads as many bytes, which must be these
 //   * 64        reads so many, whichever they are
-//   ! 16 15     reads so many in vain, and gets these
+//   ~ 16 06     reads so many, and gets these with success
+//   ! 16 15     reads so many in vain, and gets these until time runs out
+//   / 16 15     reads so many, and gets these until the cable is unplugged
 void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation);
 
 // The same with a scanner of that description, which must find nothing wrong with it; or exactly
