@@ -54,8 +54,7 @@ TEST_CASE("rows go from the top for the host's types 1, 3, 5 and 6, else from th
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "lines that fit are counted in 16 bits") {
-  settings.areaWidthPx = 4;
-  settings.areaHeightPx = 70000;
+  Set("areaWidthPx=4 areaHeightPx=70000");
   const Bytes block = With(ParameterBlock(), 16, Word(4) + Word(1400));
   InitAcquire();
   CHECK(Acquire(65536 * 4).record.status == kFailed);
@@ -114,8 +113,7 @@ TEST_CASE_FIXTURE(OpenExtended,
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "white lines are white before they are converted") {
-  settings.originY = 1400;
-  settings.previewMode = 1;
+  Set("originY=1400 previewMode=1");
   StartScan(With(ParameterBlock(), 12, Word(1400) + Word(16) + Word(0)), Header(0, 0, 0));
   SendLastBlock({});
   CHECK(Acquire(64).Rows(16) == "EA EA EA EA");

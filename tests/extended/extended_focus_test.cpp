@@ -76,9 +76,7 @@ TEST_CASE_FIXTURE(FocusScanner, "any mode but 0 is automatic") {
 
 TEST_CASE_FIXTURE(FocusScanner, "automatic focus uses the settings' area and pixel type of now") {
   InitAcquire();
-  settings.areaWidthPx = 32;
-  settings.areaHeightPx = 5;
-  settings.pixelType = 8;
+  Set("areaWidthPx=32 areaHeightPx=5 pixelType=8");
   AcceptParameters(With(With(ParameterBlock(), 16, Word(32) + Word(5)), 25, {0x0C}));
   device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
   device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x41});

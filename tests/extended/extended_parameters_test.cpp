@@ -136,8 +136,7 @@ TEST_CASE("mirror is sent as 1 and paramG as it is") {
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "gamma tables go out as R, G and B, before the parameters") {
-  settings.customGamma = 1;
-  settings.customGammaCode = 0x04;
+  Set("customGamma=1 customGammaCode=0x04");
   FillTable(settings.gammaTableR, 1);
   FillTable(settings.gammaTableG, 2);
   FillTable(settings.gammaTableB, 3);
@@ -148,11 +147,7 @@ TEST_CASE_FIXTURE(ParameterScanner, "gamma tables go out as R, G and B, before t
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "a single-channel scan sends the red table alone, as M") {
-  settings.customGamma = 1;
-  settings.customGammaCode = 0x05;
-  settings.monoScan = 1;
-  settings.dropoutChannel = 2;
-  settings.colorCorrection = 1;
+  Set("customGamma=1 customGammaCode=0x05 monoScan=1 dropoutChannel=2 colorCorrection=1");
   FillTable(settings.gammaTableR, 9);
   device.Expect({0x1B, 0x7A}).Reply({0x06}).Expect(Text("M") + Ramp(9, 256)).Reply({0x06});
   CheckParameters(With(With(ParameterBlock(), 24, {0x20}), 29, {0x05}));
@@ -189,8 +184,7 @@ TEST_CASE_FIXTURE(ParameterScanner, "a single-channel scan keeps the correction 
   settings.colorCorrection = 1;
   device.ExpectBlock(0x1B, 'm', Fill(9, 0));
   CheckParameters(With(ParameterBlock(), 31, {0x01}));
-  settings.monoScan = 1;
-  settings.colorCorrection = 0;
+  Set("monoScan=1 colorCorrection=0");
   CheckParameters(With(ParameterBlock(), 31, {0x01}));
   settings.monoScan = 0;
   CheckParameters(ParameterBlock());

@@ -188,19 +188,15 @@ TEST_CASE("an area that leaves no pixel, or more than 32752, is refused") {
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "a refused area is noted in the settings all the same") {
-  settings.originX = 2000;
-  settings.originY = 7;
+  Set("originX=2000 originY=7");
   CheckRefused();
-  CHECK(settings.areaLeftPx == 2000);
-  CHECK(settings.areaTopPx == 7);
+  CheckSettings("areaLeftPx=2000 areaTopPx=7");
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "parameters of a refused scan stay in the block") {
-  settings.originX = 2000;
-  settings.thresholdT = 0x0042;
+  Set("originX=2000 thresholdT=0x0042");
   CheckRefused();
-  settings.originX = 0;
-  settings.thresholdT = 0xFFFF;
+  Set("originX=0 thresholdT=0xFFFF");
   CheckParameters(With(ParameterBlock(), 33, {0x42}));
 }
 

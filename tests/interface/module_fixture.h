@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
 #include "platform/native.h"
@@ -24,6 +26,10 @@ class ModuleFixture {
     call_.channel = currentChannel;
     return call_;
   }
+
+  // Members of the settings, "resolution=50 originX=0.5": sets them, and checks that they are so.
+  void Set(const std::string& members);
+  void CheckSettings(const std::string& members) const;
 
   ScannerSettings settings{};
   ScriptedDevice device;

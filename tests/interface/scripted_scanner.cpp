@@ -3,10 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <sstream>
 #include <utility>
-
-#include "capture/file/settings_text.h"
 
 namespace pmddb832::tests {
 namespace {
@@ -157,19 +154,6 @@ void ScriptedScanner::AnswerReset() {
 
 void ScriptedScanner::ExpectEject() {
   device.Expect({0x0C}).Reply({0x06});
-}
-
-void ScriptedScanner::Set(const std::string& members) {
-  std::istringstream words(members);
-  for (std::string word; words >> word;) {
-    CAPTURE(word);
-    const std::size_t equals = word.find('=');
-    const SettingsField* const field = capture::FindField(word.substr(0, equals));
-    REQUIRE(field != nullptr);
-    const auto value = capture::ParseValue(*field, word.substr(equals + 1));
-    REQUIRE(value.has_value());
-    capture::Apply({false, static_cast<std::uint32_t>(field->offset), *value}, settings);
-  }
 }
 
 std::string ScriptedScanner::InitAcquire(std::uint32_t outputFormat, ProgressCallback callback) {

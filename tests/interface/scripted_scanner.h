@@ -69,8 +69,6 @@ class ScriptedScanner : public ModuleFixture {
   void ExpectEject();
 
   // The host's side.
-  // Members of the settings: "resolution=50 originX=0.5".
-  void Set(const std::string& members);
   // The record that PMInitAcquire filled, as hex text.
   std::string InitAcquire(std::uint32_t outputFormat = 2,
                           ProgressCallback callback = &NoteProgress);

@@ -141,8 +141,7 @@ TEST_CASE("standard: the area of the selected source limits the line") {
        {std::pair{0, 1000u}, std::pair{1, 800u}, std::pair{2, 800u}, std::pair{3, 1000u}}) {
     StandardScanner scanner("B4", Status(0, 0x80));
     scanner.settings.scanSource = static_cast<std::uint8_t>(source);
-    scanner.settings.areaWidthPx = 1200;
-    scanner.settings.docFeedOption = 2;
+    scanner.Set("areaWidthPx=1200 docFeedOption=2");
     const std::string select = "e " + Hex({scanner.settings.scanSource}) + ", ";
     scanner.Upload(select + UploadOf("B4", Area(0, 0, width, 4)));
   }
@@ -192,8 +191,7 @@ TEST_CASE("standard: more than 256000 bits in a line report code 16 and change n
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: the area is sent before code 16 ends the scan") {
   REQUIRE(Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
-  settings.pixelType = 8;
-  settings.areaWidthPx = 16008;
+  Set("pixelType=8 areaWidthPx=16008");
   CHECK(FailingUpload(UploadOf("B4", "D 0C, " + Area(0, 0, 16008, 4))) == 16);
 }
 
@@ -226,8 +224,7 @@ TEST_CASE("standard: no level but B8 refuses an area for its size, and all refus
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: below level B8 edges are sent with their low 16 bits") {
-  settings.areaTopPx = 0x12345;
-  settings.areaHeightPx = 0x23456;
+  Set("areaTopPx=0x12345 areaHeightPx=0x23456");
   Upload(UploadOf("B4", "A 00 00 45 23 10 00 56 34"));
 }
 

@@ -98,14 +98,12 @@ TEST_CASE_FIXTURE(StandardScanner,
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a feeder comes before a transparency unit") {
   CHECK(Open(Identity(), Status(0, 0x80, 0x80)) == 1);
-  CHECK(settings.docFeedOption == 0);
-  CHECK(settings.optionWidth == 800);
+  CheckSettings("docFeedOption=0 optionWidth=800");
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: only bit 7 says that a unit is installed") {
   CHECK(Open(Identity(), Status(0x3D, 0x7F, 0x7F)) == 1);
-  CHECK(settings.docFeedOption == 2);
-  CHECK(settings.areaCount == 1);
+  CheckSettings("docFeedOption=2 areaCount=1");
 }
 
 TEST_CASE("standard: the second feeder flag counts only with the first") {
@@ -152,11 +150,9 @@ TEST_CASE_FIXTURE(
     StandardScanner,
     "standard: the numbers of the resolution list are stored as they are placed in it") {
   CHECK(Open(IdentityOf("B4", {1, 75, 300})) == 1);
-  CHECK(settings.minResolution == 1);
-  CHECK(settings.minResolutionCopy == 1);
-  CHECK(settings.baseResolution == 300);
-  CHECK(settings.maxResolutionCopy == 300);
-  CHECK(settings.baseResolutionCopy == 75);
+  CheckSettings(
+      "minResolution=1 minResolutionCopy=1 baseResolution=300 maxResolutionCopy=300 "
+      "baseResolutionCopy=75");
   CHECK(settings.bedWidth == 333);  // 1000 * 100 / 300
 }
 
@@ -170,8 +166,7 @@ TEST_CASE_FIXTURE(StandardScanner,
 TEST_CASE_FIXTURE(StandardScanner,
                   "standard: bytes behind a whole number of resolutions belong to none") {
   CHECK(Open(Identity() + Bytes{0x11, 0x22}) == 1);
-  CHECK(settings.baseResolution == 100);
-  CHECK(settings.bedWidth == 1000);
+  CheckSettings("baseResolution=100 bedWidth=1000");
 }
 
 TEST_CASE("standard: 47 resolutions fill the reply buffer") {
@@ -246,8 +241,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: an unreadable status fails the ope
   device.Expect({0x1B, 0x66}).Reply({0x02, 0x00, 0x93, 0x00});  // 147 + 4 bytes: one too many
   CHECK(PMOpenScanner(&settings) == 0);
   CHECK(PMGetScanError() == 1);
-  CHECK(settings.commandLevel == 2);
-  CHECK(settings.scanInfoVariant == 2);
+  CheckSettings("commandLevel=2 scanInfoVariant=2");
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a status as long as the reply buffer is taken") {
@@ -257,9 +251,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a status as long as the reply buff
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: what a short status does not hold counts as 0") {
   CHECK(Open(Identity(), {0x20, 0x80}) == 1);
-  CHECK(settings.docFeedOption == 0);
-  CHECK(settings.mainStatusBit5 == 1);
-  CHECK(settings.optionWidth == 0);
+  CheckSettings("docFeedOption=0 mainStatusBit5=1 optionWidth=0");
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a second open of an open set does nothing") {

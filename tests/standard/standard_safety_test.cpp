@@ -200,8 +200,7 @@ TEST_CASE_FIXTURE(OpenA5,
 TEST_CASE_FIXTURE(OpenB4, "standard: a set-up in the progress routine ends the call with 9") {
   StartScan(BlockHeader(0x20, 16, 4));
   duringProgress = [this] {
-    settings.areaWidthPx = 1000;
-    settings.areaHeightPx = 0;
+    Set("areaWidthPx=1000 areaHeightPx=0");
     InitAcquire(1);
   };
   const Band band = Acquire(64);

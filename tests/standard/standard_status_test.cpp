@@ -122,8 +122,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is what the status says o
 TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is the option area from then on") {
   PaperSize(*this, kFeeder, Status(0, 0x40));
   CHECK(PaperSize(*this, 3, Status()) == Size{800, 1300});
-  settings.scanSource = 2;
-  settings.areaWidthPx = 1000;
+  Set("scanSource=2 areaWidthPx=1000");
   Upload(UploadOf("B4", "A 00 00 00 00 20 03 04 00"));
 }
 
