@@ -66,11 +66,13 @@ TEST_CASE("pmscan: each page begins its bar on a line of its own") {
 TEST_CASE("pmscan: in a file or pipe the bar is a line for every tenth") {
   Meter meter(ProgressStyle::kLines, 1, 100);
   meter.ShowAt(1, 11);
-  meter.ShowAt(1, 12);
-  meter.ShowAt(2, 50);
+  meter.ShowAt(1, 19);
+  meter.ShowAt(2, 20);
+  meter.ShowAt(3, 30);
   CHECK(meter.out.str() ==
         "Page 1  11 %  11 of 100 lines, 11 lines/s, 9 s left\n"
-        "Page 1  50 %  50 of 100 lines, 25 lines/s, 2 s left\n");
+        "Page 1  20 %  20 of 100 lines, 10 lines/s, 8 s left\n"
+        "Page 1  30 %  30 of 100 lines, 10 lines/s, 7 s left\n");
 }
 
 TEST_CASE("pmscan: progress as JSON is an object a line") {
