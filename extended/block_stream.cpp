@@ -62,9 +62,7 @@ void ExtBlockStream::Cancel() {
 bool ExtBlockStream::NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
                               ScanLine& line) {
   const TraceScope trace{"Extcmd::GetScanData"};
-  if (!HasBuffer() || !IsStarted() || plan.linesPerBlock == 0) {
-    return scanner.Fail(kTransferFailed);
-  }
+  if (!HasBuffer() || plan.linesPerBlock == 0) return scanner.Fail(kTransferFailed);
   if (linesDelivered_ % plan.linesPerBlock == 0) {
     lineOffset_ = 0;
     if (!IsOver() && !ReceiveBlock(scanner, call)) return false;
