@@ -78,8 +78,8 @@ std::string AllOptions() {
   for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
                                           std::pair("Options of replay", Command::kReplay),
                                           std::pair("Options of convert", Command::kConvert)}) {
-    text += OptionsText(headline, [command = command](const OptionRow& row) {
-      return IsFor(row, command) && !IsShared(row);
+    text += OptionsText(headline, [wanted = command](const OptionRow& row) {
+      return IsFor(row, wanted) && !IsShared(row);
     });
   }
   return text;
