@@ -13,7 +13,7 @@ namespace pmddb832::tests {
 namespace {
 
 // One member and its value.
-capture::RecordChange ChangeOf(const std::string& member) {
+capture::SettingsChange ChangeOf(const std::string& member) {
   const std::size_t equals = member.find('=');
   const SettingsField* const field = capture::FindField(member.substr(0, equals));
   REQUIRE(field != nullptr);
@@ -56,7 +56,7 @@ void ModuleFixture::CheckSettings(const std::string& members) const {
   for (std::string member; words >> member;) {
     ScannerSettings expected = settings;
     capture::Apply(ChangeOf(member), expected);
-    for (const capture::RecordChange& came : capture::Compare(expected, settings, true)) {
+    for (const capture::SettingsChange& came : capture::Compare(expected, settings, true)) {
       FAIL_CHECK("expected " << member << ", came " << capture::ValueText(came));
     }
   }
