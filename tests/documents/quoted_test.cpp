@@ -57,9 +57,11 @@ std::vector<std::string> QuotedTest(const std::string& name) {
   const auto test = TestCases().find(name);
   if (test == TestCases().end()) throw DocumentError("no test case is called \"" + name + "\"");
   const std::vector<std::string> lines = ReadLines(ProjectFolder() / test->second);
-  const auto begin = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
-    return line.find("TEST_CASE") == 0 && line.find(name) != std::string::npos;
+  const std::string quotedName = '"' + name + '"';
+  auto begin = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
+    return line.find(quotedName) != std::string::npos;
   });
+  if (begin != lines.end() && !begin->starts_with("TEST_CASE")) --begin;
   const auto end = std::find(begin, lines.end(), "}");
   if (end == lines.end()) {
     throw DocumentError("\"" + name + "\" has a name of several lines; quote another test case");
