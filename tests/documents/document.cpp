@@ -30,7 +30,8 @@ std::vector<Document> ReadDocuments() {
   for (const auto& entry : std::filesystem::directory_iterator(ProjectFolder())) {
     if (entry.path().extension() == ".md") found.push_back(ReadDocument(entry.path()));
   }
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(ProjectFolder() / "docs")) {
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(ProjectFolder() / "docs")) {
     if (entry.path().extension() == ".md") found.push_back(ReadDocument(entry.path()));
   }
   std::sort(found.begin(), found.end(),

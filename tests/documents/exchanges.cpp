@@ -59,11 +59,22 @@ Lines FromCommand(const CallText& call, const std::string& command, bool goesOn)
   return lines;
 }
 
+// The calls from that one on, or it alone; nothing when there is no such call.
+Lines FromCall(const std::vector<CallText>& calls, const std::string& name, bool goesOn) {
+  Lines lines;
+  for (const CallText& call : calls) {
+    if (lines.empty() && call.name != name) continue;
+    if (!lines.empty() && !goesOn) break;
+    Append(lines, WholeCall(call));
+  }
+  return lines;
+}
+
 Lines Choose(const std::vector<CallText>& calls, std::string part) {
   const bool goesOn = part.ends_with(" ...");
   if (goesOn) part.resize(part.size() - 4);
+  if (Lines lines = FromCall(calls, part, goesOn); !lines.empty()) return lines;
   for (const CallText& call : calls) {
-    if (call.name == part) return WholeCall(call);
     if (Lines lines = FromCommand(call, part, goesOn); !lines.empty()) return lines;
   }
   throw DocumentError("nothing in the scene is called \"" + part + "\"");

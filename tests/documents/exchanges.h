@@ -14,9 +14,9 @@ namespace documents {
 // Conversations as documents show them: scenes that are played with the module and the simulator.
 class Exchanges {
  public:
-  // "SCENE" is all of a scene; "SCENE / PMAcquireImage" its first call with that name; "SCENE / FS I"
-  // the first exchange of that command; "SCENE / FS G ..." that and the rest of its call. Throws
-  // DocumentError when there is no such thing.
+  // "SCENE" is all of a scene; "SCENE / PMFeed" its first call with that name, "SCENE / PMFeed ..."
+  // that and the calls behind it; "SCENE / FS G" the first exchange of that command, "SCENE / FS G
+  // ..." that and the rest of its call. Throws DocumentError when there is no such thing.
   std::vector<std::string> Tell(const std::string& choice);
 
   // Scenes of which nothing was told.

@@ -91,8 +91,8 @@ Lines MadeParts::MakeTable(Pieces& pieces, const Lines& before) {
   std::vector<std::string> names = table.Names();
   if (++pieces.made == pieces.count) {
     for (const Row& row : pieces.table.rows) {
-      const bool isPlaced = std::find(pieces.placed.begin(), pieces.placed.end(), row.front()) !=
-                            pieces.placed.end();
+      const bool isPlaced =
+          std::find(pieces.placed.begin(), pieces.placed.end(), row.front()) != pieces.placed.end();
       if (!isPlaced) names.push_back(row.front());
     }
   }

@@ -22,7 +22,8 @@ class MarkdownTable {
 
   // The rows of these names, in the order in which they are declared, with the cells that people
   // wrote. A row that nobody wrote anything to has empty ones.
-  std::vector<std::string> Lines(const Table& declared, const std::vector<std::string>& names) const;
+  std::vector<std::string> Lines(const Table& declared,
+                                 const std::vector<std::string>& names) const;
 
  private:
   Row WrittenCells(const std::string& name) const;

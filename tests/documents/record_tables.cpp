@@ -34,14 +34,15 @@ Table Settings() {
   return table;
 }
 
-#define DOCUMENTS_ROW(record, member) {Code(#member), std::to_string(offsetof(record, member))}
+#define DOCUMENTS_ROW(record, member) \
+  { Code(#member), std::to_string(offsetof(record, member)) }
 
 Table Setup() {
-  return {"acquisition-setup",
-          {"Member", "Offset"},
-          {DOCUMENTS_ROW(AcquisitionSetup, status), DOCUMENTS_ROW(AcquisitionSetup, lineBytes),
-           DOCUMENTS_ROW(AcquisitionSetup, widthPixels),
-           DOCUMENTS_ROW(AcquisitionSetup, heightLines)}};
+  return {
+      "acquisition-setup",
+      {"Member", "Offset"},
+      {DOCUMENTS_ROW(AcquisitionSetup, status), DOCUMENTS_ROW(AcquisitionSetup, lineBytes),
+       DOCUMENTS_ROW(AcquisitionSetup, widthPixels), DOCUMENTS_ROW(AcquisitionSetup, heightLines)}};
 }
 
 Table Band() {

@@ -117,7 +117,6 @@ constexpr std::array kScenes{
     Scene{"standard-abort", "standard", AbortScan},
     Scene{"standard-feeder", "standard:RV3000+pages=1", ScanFeederPage},
     Scene{"standard-error", "standard+fatal-at-block=1", FailScan},
-    Scene{"standard-focus", "standard", Focus},
 };
 
 // A white sheet of ten inches by fifteen.

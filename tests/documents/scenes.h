@@ -11,7 +11,8 @@
 
 namespace documents {
 
-// A host of the module, which scans 40 pixels by 300 lines in grey at 100 dpi unless told otherwise.
+// A host of the module, which scans 40 pixels by 300 lines in grey at 100 dpi unless told
+// otherwise.
 class SceneHost {
  public:
   explicit SceneHost(pmddb832::StillImageDevice& device);
