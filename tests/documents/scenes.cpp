@@ -85,13 +85,6 @@ void JamPage(SceneHost& host) {
   host.module.getScanError();
 }
 
-void AskPaperSize(SceneHost& host) {
-  host.Open();
-  std::uint32_t width = 0;
-  std::uint32_t height = 0;
-  host.module.getScanPaperSize(2, &width, &height);
-}
-
 void Focus(SceneHost& host) {
   host.Open();
   host.module.setFocus(0, 10);
@@ -106,10 +99,9 @@ constexpr std::array kScenes{
     Scene{"extended-feeder", "extended:QM2500+pages=1", ScanFeederPage},
     Scene{"extended-jam", "extended:QM2500+pages=1+jam-at-line=20", JamPage},
     Scene{"extended-warm-up", "extended+warm-up=2", FailScan},
-    Scene{"extended-refusal", "extended+nak-parameters=W", FailScan},
-    Scene{"extended-paper-size", "extended", AskPaperSize},
     Scene{"extended-focus", "extended", Focus},
     Scene{"page", "extended:QM2500+pages=1", MovePage},
+    Scene{"refusal", "standard+nak-parameters=D", ScanPage},
     Scene{"standard-open", "standard:RV3000", OpenOnly},
     Scene{"standard-scan", "standard", ScanPage},
     Scene{"standard-lines", "standard:HK300", ScanThreeLines},

@@ -42,7 +42,7 @@ std::string ValuesOf(const NamedField& field) {
   for (const ValueName& value : field.names) {
     values.push_back(HexNumber(value.value) + " " + std::string(value.name));
   }
-  return Join(values, ", ");
+  return Join(values, "; ");
 }
 
 Table FieldTable(std::string_view name, std::span<const NamedField> fields) {
@@ -127,12 +127,13 @@ constexpr std::array kNamedLevels{NamedLevel{"B3", 'B', '3'}, NamedLevel{"B4", '
 std::string LevelsOf(const CommandShape& command) {
   for (const LetterOfLevels& row : kLettersOfLevels) {
     if (row.letter != command.letter) continue;
-    std::vector<std::string> levels;
+    std::vector<std::string> with;
+    std::vector<std::string> without;
     for (const NamedLevel& level : kNamedLevels) {
       const LevelTraits& traits = TraitsOf(StandardLevelCode(level.letter, level.digit));
-      if (row.isSent(traits)) levels.emplace_back(level.name);
+      (row.isSent(traits) ? with : without).emplace_back(level.name);
     }
-    return levels.size() == kNamedLevels.size() - 1 ? "all but B3" : Join(levels, " ");
+    return with.size() > without.size() ? "all but " + Join(without, " ") : Join(with, " ");
   }
   return "all";
 }
