@@ -5,8 +5,8 @@
 #include <set>
 
 #include "pmscan/command_line/command_line.h"
-#include "pmscan/command_line/failure.h"
 #include "tests/documents/document.h"
+#include "tests/pmscan/test_folder.h"
 
 namespace documents {
 namespace {
@@ -48,20 +48,18 @@ std::vector<std::string> CommandsOf(const Document& document, const std::string&
 }
 
 TEST_CASE("documents: pmscan understands every command as it stands there") {
-  const fs::path profiles = fs::temp_directory_path() / "pmddb832-documents";
   std::size_t understood = 0;
   for (const Document& document : ReadDocuments()) {
-    fs::remove_all(profiles);
+    const pmscan::tests::TestFolder profiles("document_profiles");
     for (const std::string& command : CommandsOf(document, "pmscan")) {
       CAPTURE(document.name);
       CAPTURE(command);
       std::vector<std::string> words = WordsOf(command);
       words.erase(words.begin());
-      CHECK_NOTHROW(pmscan::ParseCommandLine(words, profiles));
+      CHECK_NOTHROW(pmscan::ParseCommandLine(words, profiles.path));
       ++understood;
     }
   }
-  fs::remove_all(profiles);
   CHECK(understood > 20);
 }
 
