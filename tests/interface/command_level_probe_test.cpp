@@ -54,6 +54,14 @@ TEST_CASE_FIXTURE(ProbeFixture, "a header or data that cannot be read fail the p
   CHECK(device.Verdict() == "as scripted");
 }
 
+TEST_CASE_FIXTURE(ProbeFixture, "a header or data that came with a failing read do not count") {
+  ExpectQuestion().FailNextRead({0x02, 0x02, 0x02, 0x00});
+  CHECK(Level() == "failed");
+  ExpectQuestion().Reply({0x02, 0x02, 0x02, 0x00}).FailNextRead(Text("B8"));
+  CHECK(Level() == "failed");
+  CHECK(device.Verdict() == "as scripted");
+}
+
 TEST_CASE_FIXTURE(ProbeFixture, "no data: an empty read, and the header's bytes are the level") {
   ExpectQuestion().Reply({0x02, 0x7E, 0x00, 0x00}).Reply({});
   CHECK(Level() == "7E 02 7E");

@@ -55,8 +55,9 @@ ScriptedDevice& ScriptedDevice::ShortReply(std::uint32_t requested, Bytes bytes)
   return Add(Kind::kRead, requested, std::move(bytes));
 }
 
-ScriptedDevice& ScriptedDevice::FailNextRead() {
-  return Add(Kind::kFailingRead, 0, {});
+ScriptedDevice& ScriptedDevice::FailNextRead(Bytes filled) {
+  const std::size_t length = filled.size();
+  return Add(Kind::kFailingRead, length, std::move(filled));
 }
 
 ScriptedDevice& ScriptedDevice::FailNextWrite() {
@@ -84,14 +85,12 @@ std::int32_t ScriptedDevice::RawReadData(void* buffer, std::uint32_t* byteCount,
   if (next_ == steps_.size()) return Complain(came);
   if (IsUnplugged()) return kFailure;
   const Step& step = steps_[next_];
-  if (step.kind == Kind::kFailingRead) {
-    ++next_;
-    return kFailure;
-  }
-  if (step.kind != Kind::kRead || step.length != *byteCount) return Complain(came);
+  const bool fails = step.kind == Kind::kFailingRead && step.length <= *byteCount;
+  if (!fails && (step.kind != Kind::kRead || step.length != *byteCount)) return Complain(came);
   ++next_;
   const std::size_t delivered = step.bytes.size();
   std::copy(step.bytes.begin(), step.bytes.end(), static_cast<std::uint8_t*>(buffer));
+  if (fails) return kFailure;
   if (step.length == duringReadOf && duringRead != nullptr) std::exchange(duringRead, nullptr)();
   *byteCount = static_cast<std::uint32_t>(delivered);
   return success;

@@ -35,8 +35,9 @@ class ScriptedDevice final : public RawDevice {
   ScriptedDevice& Reply(Bytes bytes);
   // The driver reads `requested` bytes and gets fewer, with success.
   ScriptedDevice& ShortReply(std::uint32_t requested, Bytes bytes);
-  // The next transfer is a read, or a write, of any length, and fails.
-  ScriptedDevice& FailNextRead();
+  // The next transfer is a read, or a write, of any length, and fails. The read may have filled its
+  // buffer before that.
+  ScriptedDevice& FailNextRead(Bytes filled = {});
   ScriptedDevice& FailNextWrite();
   // The end of the script: from here on every transfer fails, as often as one is tried.
   ScriptedDevice& Unplug();
