@@ -110,8 +110,8 @@ bool ExtBlockStream::AnswerBlock(GeneralCmd& scanner, Call& call) {
 // received, because a conversion may read beyond it.
 void ExtBlockStream::PointAtLine(const ExtScanPlan& plan, ScanLine& line) {
   std::uint32_t end = receivedBytes_;
-  if (linesDelivered_ >= plan.linesToScan && lineOffset_ <= kDataBufferBytes &&
-      plan.rawLineBytes <= kDataBufferBytes - lineOffset_) {
+  if (linesDelivered_ >= plan.linesToScan &&
+      std::uint64_t{lineOffset_} + plan.rawLineBytes <= kDataBufferBytes) {
     std::memset(buffer_.Data() + lineOffset_, kWhite, plan.rawLineBytes);
     end = std::max(end, lineOffset_ + plan.rawLineBytes);
   }

@@ -67,9 +67,7 @@ std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t option, std
 std::uint32_t ExtScanCmd::EnableOption(Call& call, std::uint32_t value) {
   const TraceScope trace{"Extcmd::EnableOption"};
   const auto sent = static_cast<std::uint8_t>(OptionUnitValue(call.settings, value));
-  if (Extcmd::SendESCOneParam(*this, call, esc::kOptionUnit, sent) == 0) return 0;
-  Put(*work_.parameters, parameter::kOptionUnit, sent);
-  return 1;
+  return Extcmd::SendESCOneParam(*this, call, esc::kOptionUnit, sent);
 }
 
 std::uint8_t ExtScanCmd::SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t position) {
