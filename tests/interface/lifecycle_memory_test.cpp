@@ -14,6 +14,11 @@ struct Scarce : ModuleFixture {
     return PMOpenScanner(&settings);
   }
 
+  std::uint32_t OpenWithout(std::size_t allocation) {
+    const RefusedAllocation refused(allocation);
+    return PMOpenScanner(&settings);
+  }
+
   std::uint32_t OpenExtended() {
     ScriptExtendedOpen(device);
     return PMOpenScanner(&settings);
@@ -66,6 +71,36 @@ TEST_CASE_FIXTURE(Scarce, "no memory for the extended set or its work areas: no 
     CHECK(PMGetScanError() == 0);
   }
   CHECK(OpenExtended() == 1);
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(Scarce, "an extended set without one of its work areas is none") {
+  for (std::size_t allocation = 2; allocation < 8; ++allocation) {
+    CAPTURE(allocation);
+    ScriptProbe(device, kAnswersExtended);
+    CHECK(OpenWithout(allocation) == 0);  // sends nothing behind the probe
+    CHECK(NothingIsLeft());
+    CHECK(PMGetScanError() == 0);
+  }
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(Scarce, "a standard set without its transport is none") {
+  for (std::size_t allocation = 2; allocation < 4; ++allocation) {
+    CAPTURE(allocation);
+    ScriptProbe(device, kStandardOnly);
+    CHECK(OpenWithout(allocation) == 0);
+    CHECK(NothingIsLeft());
+  }
+  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(Scarce, "without the channel or the probe alone nothing is sent") {
+  CHECK(OpenWithout(0) == 0);
+  CHECK(PMGetScanError() == 0);
+  CHECK(OpenWithout(1) == 0);
+  CHECK(PMGetScanError() == 8);
+  CHECK(NothingIsLeft());
   CHECK(device.Verdict() == "as scripted");
 }
 
