@@ -140,5 +140,64 @@ TEST_CASE_FIXTURE(OpenA5, "standard: a close in the last call of the progress ro
   CheckAcquireFails(64, 9);
 }
 
+TEST_CASE("standard: a block that a small buffer cancels disarms only if it is not the last one") {
+  for (const std::uint8_t status : {0x00, 0x40, 0x60}) {
+    CAPTURE(status);
+    OpenB4 scanner;
+    scanner.StartScan(BlockHeader(status, 16, 1), 1);
+    scanner.device.Reply(Fill(16, 7));
+    if (status != 0x60) scanner.device.Expect({0x18}).Reply({0x06});
+    CHECK(scanner.Acquire(15).record.status == kFailed);
+    const bool startsAgain = status != 0x40;
+    if (startsAgain) {
+      scanner.AcceptUpload(UploadOf("B4"));
+      scanner.device.ExpectBlock(0x1B, 'd', {0x04});
+      scanner.AnswerStart(BlockHeader(0x20, 16, 4));
+      scanner.device.Reply(Fill(64, 1));
+    }
+    CHECK(scanner.Acquire(64).Rows(16) == (startsAgain ? "01 01 01 01" : "07 07 07 07"));
+  }
+}
+
+TEST_CASE_FIXTURE(OpenB4, "standard: the next set-up arms again, whatever disarmed the last page") {
+  StartScan(BlockHeader(0x40, 16, 3));
+  SendLines(Fill(48, 1));
+  SendLastBlock(BlockHeader(0x60, 16, 1), Fill(16, 2));
+  CHECK(Acquire(64).Rows(16) == "01 01 01 02");
+  CHECK(ScanPage().image == Ramp(0, 64));
+}
+
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: an aborted preview is white throughout, however short its block") {
+  settings.previewMode = 1;
+  StartScan(BlockHeader(0x00, 16, 1), 255);
+  SendLines(Fill(16, 0));
+  Acquire(16, 3);
+  SendLastBlock(BlockHeader(0x20, 8, 1), Fill(8, 0));
+  PMAbortScan();
+  CHECK(Acquire(16).image == Fill(16, 234));
+}
+
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a line mode scan behind one in blocks has its lines in front") {
+  ScanPage();
+  settings.commandLevelText[1] = '3';
+  StartScan(BlockHeader(0, 0, 0), 0);
+  for (const std::uint8_t line : Bytes{1, 2, 3}) {
+    SendBlock({0x02, 0x00, 0x10, 0x00}, Fill(16, line));
+  }
+  SendLastBlock({0x02, 0x20, 0x10, 0x00}, Fill(16, 4));
+  CHECK(Acquire(64).Rows(16) == "01 02 03 04");
+}
+
+TEST_CASE_FIXTURE(OpenB4, "standard: a scan that is refused for its line holds no receive buffer") {
+  ScanPage();
+  CHECK(system.heapBlocks == 1);
+  settings.areaWidthPx = 0x1000001;
+  InitAcquire(1);
+  CheckAcquireFails(64, 16);
+  CHECK(system.heapBlocks == 0);
+}
+
 }  // namespace
 }  // namespace pmddb832::tests::standard

@@ -51,9 +51,8 @@ struct Bed : StandardScanner {
     settings.areaLeftPx = left;
     const std::string dpi = Hex(Short(resolution));
     const std::string percent = Hex({static_cast<std::uint8_t>(zoom)});
-    const std::string upload =
-        Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64",
-                 "R " + dpi + " " + dpi + ", H " + percent + " " + percent);
+    const std::string upload = Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64",
+                                        "R " + dpi + " " + dpi + ", H " + percent + " " + percent);
     const std::string area = "A " + Hex(Short(left)) + " 00 00 " + Hex(Short(width)) + " 04 00";
     Upload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area));
   }
@@ -99,7 +98,7 @@ TEST_CASE("standard: the area's width is rounded to the nearest pixel, half a pi
 }
 
 TEST_CASE("standard: up to a product of 80000 the area's width is not rounded down to 8") {
-  Bed({50, 300}, 1000).CheckSent(400, 200, 3, 2664);   // 2667 pixels
+  Bed({50, 300}, 1000).CheckSent(400, 200, 3, 2664);  // 2667 pixels
   Bed({50, 300}, 1000).CheckSent(26667, 3, 3, 2656);  // 80001: 2664 pixels
 }
 

@@ -70,5 +70,20 @@ TEST_CASE_FIXTURE(OvertakenScanner,
   CheckAcquireFails(64, 9);
 }
 
+TEST_CASE_FIXTURE(OvertakenScanner,
+                  "standard: a close out of the device that sends a header is code 9") {
+  DeliverFirstLine();
+  During(kHeaderBytes, PMCloseScanner);
+  device.Reply(BlockHeader(0x00, 16, 1));
+  CheckAcquireFails(16, 9);
+}
+
+TEST_CASE_FIXTURE(OvertakenScanner, "standard: an abort behind a close fails with code 9") {
+  DeliverFirstLine();
+  PMCloseScanner();
+  CHECK(AbortSet() == 0);
+  CHECK(PMGetScanError() == 9);
+}
+
 }  // namespace
 }  // namespace pmddb832::tests::standard
