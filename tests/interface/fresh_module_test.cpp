@@ -65,6 +65,16 @@ TEST_CASE("a module that was just loaded has no error, no scanner and no probe b
   CHECK(kLoaded.level == std::string(3, '\0'));
 }
 
+TEST_CASE_FIXTURE(extended::ExtendedScanner,
+                  "the record of the open is the one that later calls use") {
+  PMSetScannerHardware(nullptr);
+  CHECK(Open() == 1);
+  CHECK(currentSettings == &settings);
+  CHECK(currentChannel->opened == 1);
+  AnswerStatus(extended::Status(0x40));
+  CHECK(PMGetOptionStatus(2) == 31);
+}
+
 TEST_CASE_FIXTURE(UnidentifiedStandard,
                   "standard: a scanner that was not identified has no status") {
   CHECK(PMGetOptionStatus(0) == 0);  // asks nothing

@@ -215,4 +215,29 @@ TEST_CASE_FIXTURE(Lifecycle, "an unload in direct mode closes the device once") 
   CHECK(closed == 1);
 }
 
+TEST_CASE_FIXTURE(Lifecycle,
+                  "an open channel without a command set is closed in the record's mode") {
+  static int closed;
+  for (const std::uint32_t useInterface : {0u, 1u}) {
+    CAPTURE(useInterface);
+    closed = 0;
+    MakeChannel()->Open();
+    currentChannel->closeEntry = [](std::uintptr_t) { ++closed; };
+    settings.useDeviceInterface = useInterface;
+    PMExit();
+    CHECK(closed == (useInterface == 0 ? 1 : 0));
+  }
+}
+
+TEST_CASE_FIXTURE(Lifecycle, "an unload without a record closes as in interface mode") {
+  static int closed;
+  closed = 0;
+  REQUIRE(OpenExtended() == 1);
+  currentChannel->closeEntry = [](std::uintptr_t) { ++closed; };
+  PMSetScannerHardware(nullptr);
+  DllMain(&instance, kDetach, nullptr);
+  CHECK(closed == 0);
+  CHECK(NothingIsLeft());
+}
+
 }  // namespace pmddb832::tests

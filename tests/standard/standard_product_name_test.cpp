@@ -131,6 +131,14 @@ TEST_CASE("standard: a quirk doubles the highest resolution and the areas, not t
   }
 }
 
+TEST_CASE("standard: products without a quirk keep their highest resolution") {
+  for (const char* name : {"SCANNER RV-3000 ", "SCANNER QM-43000", "Prospectra936XL "}) {
+    StandardScanner scanner;
+    REQUIRE(scanner.Open(Identity(), Status(), Product(name)) == 1);
+    CHECK(scanner.settings.baseResolution == 100);
+  }
+}
+
 TEST_CASE_FIXTURE(StandardScanner, "standard: a listed model id has no quirk") {
   SetModelId(settings, "QM2700");
   REQUIRE(Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
