@@ -54,7 +54,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a page that was aborted behind its last bloc
 }
 
 TEST_CASE("an eject that fails at the end of a page fails the page, whatever the feeder's kind") {
-  for (const std::uint8_t flags : {0x00, 0x20, 0x28}) {
+  for (const std::uint8_t flags : Bytes{0x00, 0x20, 0x28}) {
     CAPTURE(flags);
     ExtendedScanner scanner;
     scanner.OpenFeeder(flags);

@@ -1,7 +1,9 @@
 #include <doctest/doctest.h>
 
+#include <iterator>
 #include <string>
 
+#include "platform/trace.h"
 #include "tests/extended/extended_fixture.h"
 #include "tests/standard/standard_fixture.h"
 

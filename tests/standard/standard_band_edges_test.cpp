@@ -141,7 +141,7 @@ TEST_CASE_FIXTURE(OpenA5, "standard: a close in the last call of the progress ro
 }
 
 TEST_CASE("standard: a block that a small buffer cancels disarms only if it is not the last one") {
-  for (const std::uint8_t status : {0x00, 0x40, 0x60}) {
+  for (const std::uint8_t status : Bytes{0x00, 0x40, 0x60}) {
     CAPTURE(status);
     OpenB4 scanner;
     scanner.StartScan(BlockHeader(status, 16, 1), 1);

@@ -1,3 +1,6 @@
+#include <utility>
+#include <vector>
+
 #include "standard/scan_area.h"
 #include "tests/standard/standard_fixture.h"
 
@@ -116,6 +119,15 @@ TEST_CASE("standard: the product's limit of a model of quirk 3 is 160000") {
 TEST_CASE("standard: a mirrored line that ends exactly at the limit has its pads") {
   CHECK(PlaceLine(792, 201, 1000, TraitsOf(2), true, 0).padPixels == 7);
   CHECK(PlaceLine(793, 201, 1000, TraitsOf(2), true, 0).padPixels == 1);  // cut to 200
+}
+
+TEST_CASE("standard: each of the limits of level B8 refuses an area by itself") {
+  const LevelTraits& level = TraitsOf(8);
+  CHECK(AreaError(level, 65535, 65535, 32752, 65535) == 0);
+  CHECK(AreaError(level, 65536, 0, 16, 4) == 34);
+  CHECK(AreaError(level, 0, 65536, 16, 4) == 34);
+  CHECK(AreaError(level, 0, 0, 32753, 4) == 35);
+  CHECK(AreaError(level, 0, 0, 16, 65536) == 35);
 }
 
 TEST_CASE("standard: a last resolution of 0x8000 is refused where it would be doubled") {

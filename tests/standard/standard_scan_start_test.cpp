@@ -227,5 +227,24 @@ TEST_CASE("standard: no model waits before its first block") {
   }
 }
 
+TEST_CASE("standard: no model waits at a high resolution either, from flatbed or unit") {
+  for (const char* model : {"QM43000", "QM41000", "QM8700\0"}) {
+    for (const std::uint8_t source : Bytes{0, 1}) {
+      StandardScanner scanner("B4", Status(0, 0, 0x80));
+      std::copy_n(model, 8, scanner.settings.modelName);
+      scanner.settings.resolution = 900;
+      scanner.settings.scanSource = source;
+      scanner.InitAcquire(1);
+      scanner.device.Expect({0x1B, 0x46}).FailNextRead();  // no upload: not what is tested here
+      if (source != 0) scanner.AnswerStatus();
+      scanner.device.FailNextWrite();  // ESC d likewise
+      scanner.AnswerStart(BlockHeader(0x20, 16, 4));
+      scanner.device.Reply(Ramp(0, 64));
+      CHECK(scanner.Acquire(64).record.status == kGoOn);
+      CHECK(scanner.system.sleptMilliseconds == 0);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace pmddb832::tests::standard
