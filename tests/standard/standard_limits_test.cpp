@@ -130,16 +130,18 @@ TEST_CASE("standard: each of the limits of level B8 refuses an area by itself") 
   CHECK(AreaError(level, 0, 0, 16, 65536) == 35);
 }
 
-TEST_CASE("standard: a last resolution of 0x8000 is refused where it would be doubled") {
-  StandardScanner plain;
-  CHECK(plain.Open(IdentityOf("B4", {50, 0x8000})) == 1);
-  CHECK(plain.settings.baseResolution == 0x8000);
-  StandardScanner doubled;
-  doubled.AnswerProbe();
-  doubled.AnswerReset();
-  doubled.Answer('?', {Product("SCANNER QM-2700 ")});
-  doubled.Answer('I', {IdentityOf("B4", {50, 0x8000})});
-  CHECK(PMOpenScanner(&doubled.settings) == 0);
+TEST_CASE_FIXTURE(StandardScanner, "standard: a last resolution of 0x8000 is taken as it is") {
+  CHECK(Open(IdentityOf("B4", {50, 0x8000})) == 1);
+  CHECK(settings.baseResolution == 0x8000);
+}
+
+TEST_CASE_FIXTURE(StandardScanner,
+                  "standard: a last resolution of 0x8000 cannot be doubled: code 1") {
+  AnswerProbe();
+  AnswerReset();
+  Answer('?', {Product("SCANNER QM-2700 ")});
+  Answer('I', {IdentityOf("B4", {50, 0x8000})});
+  CHECK(PMOpenScanner(&settings) == 0);
   CHECK(PMGetScanError() == 1);
 }
 
