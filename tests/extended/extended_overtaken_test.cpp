@@ -97,5 +97,23 @@ TEST_CASE_FIXTURE(OpenExtended, "a transfer that another call completed stays co
   CHECK(PMGetScanError() == 0);
 }
 
+TEST_CASE("settings that the host takes away amid a band of any type end the next one") {
+  for (const std::uint32_t type : {0u, 2u, 5u, 6u, 7u, 8u}) {
+    CAPTURE(type);
+    OpenExtended scanner;
+    scanner.settings.pixelType = type;
+    scanner.InitAcquire(1);
+    scanner.device.Expect({0x1C, 0x57}).Reply({0x06}).ExpectAny(64).Reply({0x06});
+    scanner.AnswerStart(Header(0, 0, 384));
+    scanner.SendLastBlock(Fill(384, 0x5A));
+    ScriptedScanner::duringProgress = [] { PMSetScannerHardware(nullptr); };
+    const Band band = scanner.Acquire(std::size_t{scanner.setup.lineBytes} * 4);
+    CHECK(band.record.status == kGoOn);
+    CHECK(band.record.done == 1);
+    CHECK(band.image[0] == (type == 6 ? 0x05 : 0x5A));
+    CHECK(scanner.Acquire(64).image == Fill(64, 0xA5));
+  }
+}
+
 }  // namespace
 }  // namespace pmddb832::tests::extended

@@ -1,4 +1,5 @@
 #include <functional>
+#include <iterator>
 #include <utility>
 
 #include "tests/standard/standard_fixture.h"
@@ -89,6 +90,23 @@ TEST_CASE_FIXTURE(OvertakenScanner, "standard: an abort behind a close fails wit
   PMCloseScanner();
   CHECK(AbortSet() == 0);
   CHECK(PMGetScanError() == 9);
+}
+
+TEST_CASE("standard: settings that the host takes away amid a band of any type end the next one") {
+  const char* const firstBytes[] = {"5A", "A5", "5A", "A5", "2B", "5A", "05", "5A", "5A"};
+  for (std::uint32_t type = 0; type < std::size(firstBytes); ++type) {
+    CAPTURE(type);
+    OpenB4 scanner;
+    scanner.settings.pixelType = type;
+    scanner.StartWithoutUpload(BlockHeader(0x20, 96, 4));
+    scanner.device.Reply(Fill(384, 0x5A));
+    ScriptedScanner::duringProgress = [] { PMSetScannerHardware(nullptr); };
+    const Band band = scanner.Acquire(std::size_t{scanner.setup.lineBytes} * 4, 3);
+    CHECK(band.record.status == kGoOn);
+    CHECK(band.record.done == 1);
+    CHECK(Hex({band.image[0]}) == firstBytes[type]);
+    CHECK(scanner.Acquire(64).image == Fill(64, 0xA5));
+  }
 }
 
 }  // namespace
