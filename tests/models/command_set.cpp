@@ -94,13 +94,13 @@ std::uint8_t CommandSet::SetFocus(std::uint32_t mode, std::uint8_t position) {
 
 std::uint8_t CommandSet::AskFocusPosition() {
   OnWire().Sleep(20000);
-  std::array<std::uint8_t, 150> reply{};
-  if (!SendEsc('q') || !OnWire().Read(std::span(reply).first(4)) || reply[0] != 0x02) return 0xFF;
-  const std::uint16_t count = U16(reply, 2);
-  // Free choice: data that the 150 bytes for replies cannot hold are not read.
-  if (count > reply.size() || !OnWire().Read(std::span(reply).first(count))) return 0xFF;
+  std::array<std::uint8_t, 4> header{};
+  if (!SendEsc('q') || !OnWire().Read(header) || header[0] != 0x02) return 0xFF;
+  const std::uint16_t count = U16(header, 2);
+  // Free choice: data that the room for replies cannot hold are not read.
+  if (count > reply_.size() || !OnWire().Read(std::span(reply_).first(count))) return 0xFF;
   // Free choice: a reply without a second byte tells no position.
-  return count >= 2 && (reply[0] & 0x01) == 0 ? reply[1] : 0xFF;
+  return count >= 2 && (reply_[0] & 0x01) == 0 ? reply_[1] : 0xFF;
 }
 
 std::uint8_t CommandSet::GammaCode() const {

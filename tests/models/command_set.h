@@ -17,6 +17,18 @@ enum SetupWord { kSetupStatus = 0, kSetupLineBytes = 2, kSetupWidth = 4, kSetupH
 enum BandWord { kBandStatus = 0, kBandDone = 2, kBandLines = 3, kBandBytes = 4 };
 inline constexpr std::uint32_t kGoOn = 1, kFailed = 2, kFreshBuffer = 3;
 
+// Groups of 8 pixels.
+inline std::uint32_t Up8(std::uint32_t pixels) {
+  return (pixels + 7) & ~7u;
+}
+inline std::uint32_t Down8(std::uint32_t pixels) {
+  return pixels & ~7u;
+}
+// Whether an output format of the host has the lines of a band from its top, else from its bottom.
+inline bool IsTopDown(std::uint32_t format) {
+  return format == 1 || format == 3 || format == 5 || format == 6;
+}
+
 // What every call finds: the record that is current, and the wire.
 struct Session {
   Record* record;
@@ -67,9 +79,9 @@ class CommandSet {
   std::uint8_t HalftoneCode() const;
   std::uint8_t DropoutCode() const;
   std::uint16_t CountHalftones() const;
-  // Pads the 16 characters of a reply into the record and writes the name of the model that the
-  // host expects; false when it expects none that is known.
+  // Stores the 16 characters of a reply, padded with blanks, and returns them.
   std::string StoreProductName(std::span<const std::uint8_t> reply) const;
+  // Writes the name of the model that the host expects; false when it expects none that is known.
   bool WriteKnownModel() const;
   // The host's own name for a model that is not known, else the maker's.
   void WriteOtherModel() const;
@@ -78,6 +90,7 @@ class CommandSet {
   bool paperFed_ = false;
   bool scanStarted_ = false;
   std::uint32_t error_ = 0;
+  std::array<std::uint8_t, 150> reply_{};
 
  private:
   Session& session_;

@@ -23,17 +23,25 @@ bool ExtendedSet::SendFs(char letter) {
   return OnWire().Write({0x1C, static_cast<std::uint8_t>(letter)});
 }
 
-bool ExtendedSet::ReadIdentity() {
-  return SendFs('I') && OnWire().Read(identity_);
+// Free choice: an identity that was not read whole, or has no basic resolution to divide by, does
+// not take the place of the one before.
+bool ExtendedSet::ReadIdentity(bool& isUsable) {
+  auto told = identity_;
+  if (!SendFs('I') || !OnWire().Read(told)) return false;
+  isUsable = U32(told, 4) != 0;
+  if (isUsable) identity_ = told;
+  return isUsable;
 }
+
 bool ExtendedSet::ReadStatus() {
   return SendFs('F') && OnWire().Read(status_);
 }
 
 bool ExtendedSet::Identify() {
-  if (!ResetScanner() || !ReadIdentity()) return false;
-  if (U32(identity_, 4) == 0) {
-    error_ = 7;  // free choice: there is nothing to divide by
+  if (!ResetScanner()) return false;
+  bool isUsable = true;
+  if (!ReadIdentity(isUsable)) {
+    if (!isUsable) error_ = 7;
     return false;
   }
   Settings().Set(kScanInfoVariant, 3);
@@ -165,7 +173,8 @@ bool ExtendedSet::CheckWarmup() {
 // Pixels at half the highest resolution.
 std::uint32_t ExtendedSet::GetScanPaperSize(std::uint32_t option, std::uint32_t& width,
                                             std::uint32_t& height) {
-  if (!ReadIdentity() || U32(identity_, 4) == 0) return 7;
+  bool isUsable = true;
+  if (!ReadIdentity(isUsable)) return 7;
   const std::uint32_t base = U32(identity_, 4), most = U32(identity_, 12);
   Size size = flatbed_;
   if (option == 0 && Settings()[kScanSource] != 0) size = option_ = SizeAt(28);

@@ -46,21 +46,14 @@ bool ExtendedSet::AnswerBlock(std::uint8_t status, bool isLast) {
     error_ = condition == 22 ? 9 : condition;
     return false;
   }
-  if (isLast) {
-    endOfData_ = true;
-  } else if (!abortRequested_) {
-    if (!OnWire().Write({0x06})) {
-      error_ = 9;
-      return false;
-    }
-  } else {
-    if (!Cancel()) {
-      error_ = 9;
-      return false;
-    }
-    if (Settings()[kScanSource] != 0 && Settings()[kDocFeedOption] == 0) EjectPage();
-    endOfData_ = true;
+  const bool cancels = !isLast && abortRequested_;
+  const bool answered = isLast || (cancels ? Cancel() : OnWire().Write({0x06}));
+  if (!answered) {
+    error_ = 9;
+    return false;
   }
+  if (cancels && Settings()[kScanSource] != 0 && Settings()[kDocFeedOption] == 0) EjectPage();
+  endOfData_ = isLast || cancels;
   ++blocksRead_;
   return true;
 }
@@ -121,10 +114,9 @@ void ExtendedSet::AcquireImage(std::span<std::uint8_t> buffer, BandRecord& band)
   const std::uint32_t left = height_ > line_ ? height_ - line_ : 0;
   const std::uint32_t lines = std::min<std::uint32_t>(fitting, left);
   band[kBandLines] = lines;
-  const bool topDown = format_ == 1 || format_ == 3 || format_ == 5 || format_ == 6;
   for (std::uint32_t i = 0; i < lines; ++i) {
     if (tellsProgress_ && i % 5 == 0) OnWire().Progress(line_ * 100 / height_);
-    const std::size_t row = topDown ? i : lines - 1 - i;
+    const std::size_t row = IsTopDown(format_) ? i : lines - 1 - i;
     if (!DeliverLine(buffer.subspan(row * hostLineBytes_, hostLineBytes_))) return;
   }
   band[kBandDone] = line_ >= height_ ? 1 : 0;

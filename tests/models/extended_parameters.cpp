@@ -16,13 +16,6 @@ std::uint32_t Pixels(double length, double resolution) {
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(pixels));
 }
 
-std::uint32_t Up8(std::uint32_t pixels) {
-  return (pixels + 7) & ~7u;
-}
-std::uint32_t Down8(std::uint32_t pixels) {
-  return pixels & ~7u;
-}
-
 }  // namespace
 
 void ExtendedSet::TakePixelType() {

@@ -29,7 +29,7 @@ class ExtendedSet final : public CommandSet {
 
   std::uint8_t Focus(bool automatic, std::uint8_t position) override;
   bool SendFs(char letter);
-  bool ReadIdentity();
+  bool ReadIdentity(bool& isUsable);
   bool ReadStatus();
   bool CheckWarmup();
 

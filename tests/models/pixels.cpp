@@ -31,15 +31,15 @@ void Fill(Row row, std::int64_t wanted, std::int64_t pads, std::uint32_t receive
     row = row.subspan(pixelBytes);
     --room;
   };
+  wanted = std::max<std::int64_t>(wanted, 0);
   const std::int64_t converted = std::min<std::int64_t>({wanted, received, room});
   for (std::int64_t i = 0; i < converted; ++i) {
     pixel = makePixel(static_cast<std::size_t>(i));
     append();
   }
-  const bool whole = converted >= wanted && pads <= room;
   if (white) pixel.fill(0xFF);
-  for (std::int64_t i = 0; converted >= wanted && i < pads && room > 0; ++i) append();
-  if (!whole) std::ranges::fill(row, std::uint8_t{0xFF});
+  for (; converted == wanted && pads > 0 && room > 0; --pads) append();
+  if (converted < wanted || pads > 0) std::ranges::fill(row, std::uint8_t{0xFF});
 }
 
 template <class MakePixel>
@@ -62,9 +62,9 @@ void FillLineArt(const RawLine& line, Row row, bool inverts, bool white) {
 // Pixels that are copied. A mirrored line whose pads lie at its front leaves them out there, in
 // bytes, and has none at its end.
 void CopyGrey(RawLine line, Row row, std::uint32_t bytes, const Record& settings, bool white) {
-  if (line.pad < 0)
+  if (line.pad < 0) {
     line.pad = static_cast<std::int16_t>(-line.pad);
-  else if (settings[kMirrorImage] != 0) {
+  } else if (settings[kMirrorImage] != 0) {
     const auto skipped = static_cast<std::size_t>(line.pad);
     line.bytes = line.bytes.subspan(std::min(skipped, line.bytes.size()));
     line.pad = 0;

@@ -30,7 +30,7 @@ bool StandardSet::Open() {
 
 void StandardSet::Close() {
   if (!opened_) return;
-  opened_ = setUp_ = scanActive_ = false;
+  opened_ = false;
   data_.clear();
 }
 

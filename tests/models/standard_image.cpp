@@ -173,6 +173,10 @@ bool StandardSet::Acknowledge(std::uint8_t status) {
 // Free choice: a block counts when it was received and answered; behind one that failed the next
 // line needs a new block.
 bool StandardSet::ReceiveBlock() {
+  if (data_.empty()) {
+    error_ = 9;  // free choice: a close took the place for it
+    return false;
+  }
   std::array<std::uint8_t, 6> header{};
   if (!ReceiveHeader(header)) return false;
   const std::uint32_t lineBytes = U16(header, 2);
@@ -228,10 +232,9 @@ bool StandardSet::DeliverLine(std::span<std::uint8_t> row) {
 }
 
 bool StandardSet::DeliverLines(std::span<std::uint8_t> buffer, std::uint32_t lines) {
-  const bool topDown = format_ == 1 || format_ == 3 || format_ == 5 || format_ == 6;
   for (std::uint32_t i = 0; i < lines; ++i) {
     if (tellsProgress_ && i % 10 == 0) OnWire().Progress((linesDone_ + i) * 100 / lines_);
-    const std::size_t row = topDown ? i : lines - 1 - i;
+    const std::size_t row = IsTopDown(format_) ? i : lines - 1 - i;
     if (!DeliverLine(buffer.subspan(row * lineBytes_, lineBytes_))) return false;
   }
   return true;

@@ -32,7 +32,6 @@ class StandardSet final : public CommandSet {
     std::uint32_t width;
     bool clipped = false;
   };
-  using Reply = std::array<std::uint8_t, 150>;
 
   std::uint8_t Focus(bool automatic, std::uint8_t position) override;
 
@@ -88,7 +87,6 @@ class StandardSet final : public CommandSet {
   std::uint32_t CountedPixels() const;
 
   bool opened_ = false;
-  Reply reply_{};
 
   // What the scanner is.
   std::vector<std::uint16_t> resolutions_;

@@ -16,17 +16,11 @@ Bytes Words(std::initializer_list<std::uint32_t> values) {
   return bytes;
 }
 
-std::uint32_t Up8(std::uint32_t pixels) {
-  return (pixels + 7) & ~7u;
-}
-std::uint32_t Down8(std::uint32_t pixels) {
-  return pixels & ~7u;
-}
-
 }  // namespace
 
 bool StandardSet::CheckStatus() {
-  return SendEsc('F') && OnWire().Read(std::span(reply_).first(4));
+  std::array<std::uint8_t, 4> header{};
+  return SendEsc('F') && OnWire().Read(header);
 }
 
 void StandardSet::UploadSettings() {

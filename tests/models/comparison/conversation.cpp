@@ -70,8 +70,8 @@ void Conversation::ChooseArea(Record& record) {
   record.Set(kAreaTopPx, random_.Below(60));
   if (random_.OneIn(60)) record.Set(kAreaTopPx, random_.Pick({65535u, 65536u}));
   const auto origin = [&] {
-    return (random_.Below(random_.OneIn(5) ? 90000 : 4000) - (random_.OneIn(20) ? 900.0 : 0.0)) /
-           100;
+    const std::uint32_t most = random_.Pick({400u, 4000u, 4000u, 90000u});
+    return (random_.Below(most) - (random_.OneIn(20) ? 900.0 : 0.0)) / 100;
   };
   record.Set(kOriginX, origin());
   record.Set(kOriginY, origin());

@@ -47,7 +47,9 @@ void ExtendedScanner::Answer(std::uint8_t prefix, char letter) {
 
 void ExtendedScanner::ReplyStatus() {
   Bytes status = Noise(16);
-  status[0] = IsOdd() ? Chance().Pick<std::uint8_t>({0x80, 0x40, 0xC0, 0x02, 0x82}) : 0x00;
+  // A scanner whose block failed may tell why.
+  const bool tells = IsOdd() || (troubled_ && Chance().OneIn(2));
+  status[0] = tells ? Chance().Pick<std::uint8_t>({0x80, 0x40, 0xC0, 0x02, 0x82}) : 0x00;
   const auto conditions = [&] { return static_cast<std::uint8_t>(Chance().Byte() & 0x4E); };
   const bool worn = Chance().OneIn(3);
   status[1] = static_cast<std::uint8_t>(feeder_ | (worn ? conditions() : 0x00));
@@ -70,6 +72,7 @@ void ExtendedScanner::StartTransfer() {
   header[0] = IsOdd() && Chance().OneIn(2) ? 0x15 : 0x02;
   header[1] = Chance().OneIn(12) ? 0x80 : static_cast<std::uint8_t>(Chance().Byte() & 0x7F);
   Bytes image;
+  troubled_ = false;
   if (Parameters().contains('W')) {
     const Bytes& block = Parameters().at('W');
     const std::uint32_t perBlock = block[28];
@@ -88,7 +91,9 @@ void ExtendedScanner::StartTransfer() {
     for (std::uint32_t i = 0; i <= full && image.size() < 1 << 20; ++i) {
       const Bytes data = Noise(std::min(i < full ? fullBytes : lastBytes, 70000u));
       image.insert(image.end(), data.begin(), data.end());
-      image.push_back(IsOdd() ? Chance().Byte() : 0x00);
+      const bool fails = IsOdd() || Chance().OneIn(100);
+      image.push_back(fails ? Chance().Pick<std::uint8_t>({0x80, 0xFF, 0x7F}) : 0x00);
+      troubled_ |= fails;
     }
   }
   Reply(header);

@@ -17,6 +17,7 @@ class ExtendedScanner final : public Scanner {
 
   std::array<std::uint8_t, 80> identity_{};
   std::uint8_t feeder_ = 0, transparencyUnit_ = 0;
+  bool troubled_ = false;  // a block of the transfer tells of an error
 };
 
 }  // namespace pmddb832::models

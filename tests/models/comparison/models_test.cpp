@@ -6,7 +6,7 @@ using namespace pmddb832::models;
 
 namespace {
 
-constexpr std::uint64_t kConversations = 3000;
+constexpr std::uint64_t kConversations = 2000;
 
 // Every conversation must agree, and they must reach what they are there for.
 void CheckConversations(Family family) {
