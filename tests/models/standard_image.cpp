@@ -8,7 +8,7 @@
 namespace pmddb832::models {
 
 void StandardSet::TakeArea() {
-  width_ = Settings()[kAreaWidthPx];
+  width_ = sentWidth_ = Settings()[kAreaWidthPx];
   height_ = Settings()[kAreaHeightPx];
   left_ = Settings()[kAreaLeftPx];
   top_ = Settings()[kAreaTopPx];

@@ -24,7 +24,6 @@ bool StandardSet::CheckStatus() {
 }
 
 void StandardSet::UploadSettings() {
-  sentWidth_ = width_;
   if (!CheckStatus()) return;
   if (optionKind_ != 2) SendParameters('e', {Settings()[kScanSource]});
   if (level_ >= 6 && error_ != 0) return;

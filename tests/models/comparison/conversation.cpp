@@ -48,6 +48,10 @@ void Conversation::ChooseScan(Record& record) {
   if (random_.OneIn(60)) record.Set(kPixelType, random_.Pick({3u, 4u, 9u, 0x80000000u}));
   record.Set(kResolution, random_.Pick({50, 75, 100, 150, 200, 300, 400, 600, 1200}));
   record.Set(kZoom, random_.OneIn(3) ? random_.Pick({50, 99, 133, 200}) : 100);
+  if (random_.OneIn(6)) {
+    record.Set(kResolution, random_.Between(40, 2500));
+    record.Set(kZoom, random_.Between(50, 200));
+  }
   record.Set(kPreviewMode, random_.OneIn(4));
   record.Set(kMirrorImage, random_.OneIn(3) ? random_.Between(1, 2) : 0);
   record.Set(kMonoScan, random_.OneIn(8));
@@ -75,9 +79,20 @@ void Conversation::ChooseArea(Record& record) {
   };
   record.Set(kOriginX, origin());
   record.Set(kOriginY, origin());
+  if (random_.OneIn(6)) MoveToRightEdge(record);
   // The whole height, for a page that is centred.
   const std::uint32_t whole = record[kBedHeight] * record[kResolution] / 100;
   if (random_.OneIn(8) && whole <= 700) record.Set(kAreaHeightPx, whole);
+}
+
+// The line ends some pixels before or behind the end of the bed.
+void Conversation::MoveToRightEdge(Record& record) {
+  const double dotsPerInch = record[kResolution] * record[kZoom] / 100.0;
+  const double edge = record[kBedWidth] * dotsPerInch / 100 - record[kAreaWidthPx];
+  const double left = edge + random_.Below(40) - 20;
+  if (left < 0 || left > 60000) return;
+  record.Set(kAreaLeftPx, left);
+  record.Set(kOriginX, left * 100 / dotsPerInch);
 }
 
 void Conversation::ChooseOptions(Record& record) {

@@ -36,6 +36,7 @@ class Conversation {
   void ChooseRecord(Record& record);
   void ChooseScan(Record& record);
   void ChooseArea(Record& record);
+  void MoveToRightEdge(Record& record);
   void ChooseOptions(Record& record);
 
   const Family family_;
