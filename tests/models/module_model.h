@@ -9,7 +9,9 @@
 namespace pmddb832::models {
 
 // The module as its host sees it, from load to unload: it finds out what the scanner answers, and
-// hands each call to the family's command set.
+// hands each call to the family's command set. Each set is told in three files, in the order of a
+// scan: its identity, what is sent to set a scan up, its image. What is "free choice" there could
+// be otherwise, as far as scanners and hosts go: it is as the module has it.
 class ModuleModel {
  public:
   explicit ModuleModel(Device& device) : wire(device) {}

@@ -1,10 +1,10 @@
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <string_view>
 
 #include "tests/models/comparison/comparison.h"
 
-// models COUNT [FIRST_SEED [extended|standard]]: so many conversations of each family, or of one,
+// COUNT [FIRST_SEED [extended|standard]]: so many conversations of each family, or of one,
 // each held against the model.
 
 using namespace pmddb832::models;
@@ -29,19 +29,17 @@ bool Compare(const char* name, Family family, std::uint64_t count, std::uint64_t
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  if (argumentCount < 2) {
-    std::fprintf(stderr, "expected: models COUNT [FIRST_SEED [extended|standard]]\n");
+  const auto number = [&](int index, std::uint64_t otherwise) {
+    return argumentCount > index ? std::strtoull(arguments[index], nullptr, 10) : otherwise;
+  };
+  const std::uint64_t count = number(1, 0), first = number(2, 1);
+  const std::string_view only = argumentCount > 3 ? arguments[3] : "";
+  if (count == 0 || (only != "" && only != "extended" && only != "standard")) {
+    std::fprintf(stderr, "expected: COUNT [FIRST_SEED [extended|standard]], COUNT 1 or more\n");
     return 2;
   }
-  const std::uint64_t count = std::strtoull(arguments[1], nullptr, 10);
-  const std::uint64_t first = argumentCount > 2 ? std::strtoull(arguments[2], nullptr, 10) : 1;
-  const char* const only = argumentCount > 3 ? arguments[3] : "";
   bool agree = true;
-  if (std::strcmp(only, "standard") != 0) {
-    agree = Compare("extended", Family::kExtended, count, first) && agree;
-  }
-  if (std::strcmp(only, "extended") != 0) {
-    agree = Compare("standard", Family::kStandard, count, first) && agree;
-  }
+  if (only != "standard") agree = Compare("extended", Family::kExtended, count, first);
+  if (only != "extended") agree = Compare("standard", Family::kStandard, count, first) && agree;
   return agree ? 0 : 1;
 }
