@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "simulator/extended/extended_scanner.h"
+#include "simulator/standard/standard_scanner.h"
 
 namespace simulator_test {
 
@@ -36,9 +38,6 @@ class Conversation {
   // Reads as many bytes as `hex` has and checks them.
   void Expect(std::string_view hex);
 
-  // A command and its parameter block, each acknowledged.
-  void SendAcknowledged(std::string_view command, const Bytes& parameters);
-
   // A read that must end with this result, and what it delivered; the rest of its buffer must stay
   // as it was.
   Bytes ReadWith(std::int32_t result, std::size_t count);
@@ -52,6 +51,8 @@ class Conversation {
 // Speaks a conversation with a scanner, in hexadecimal bytes and decimal counts:
 //
 //   > 1C 46     sends these bytes
+//   + R 64 00   sends ESC R and these parameters; each is acknowledged
+//   - R 64 00   the same, but the parameters are answered with NAK
 //   < 06        reads as many bytes, which must be these
 //   * 64        reads so many, whichever they are
 //   ~ 16 06     reads so many, and gets these with success
@@ -60,9 +61,14 @@ class Conversation {
 void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation);
 
 // The same with a scanner of that description, which must find nothing wrong with it; or exactly
-// one violation that contains `words`.
-void Play(const simulator::ExtendedScannerConfig& config, std::string_view conversation);
-void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_view conversation,
+// one violation that contains `words`; or make exactly one refusal that does, and find nothing
+// wrong.
+using ScannerConfig =
+    std::variant<simulator::ExtendedScannerConfig, simulator::StandardScannerConfig>;
+void Play(const ScannerConfig& config, std::string_view conversation);
+void PlayWrongly(const ScannerConfig& config, std::string_view conversation,
+                 std::string_view words);
+void PlayRefused(const ScannerConfig& config, std::string_view conversation,
                  std::string_view words);
 
 // A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block.
@@ -84,6 +90,11 @@ inline const std::string kSetUpOption =
     "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
     "00"
     "< 06";
+
+// A block with other bytes at several places: "16: C9 00, 28: 00"; FS W with ParameterBlock() and
+// such bytes, as a conversation.
+Bytes With(Bytes block, std::string_view changes);
+std::string SetUpWith(std::string_view changes, std::string_view answer = "06");
 
 // 100 dpi, every sample different from its neighbours.
 simulator::Picture Pattern(std::uint32_t width, std::uint32_t height);

@@ -46,12 +46,11 @@ const std::string kStatusReply = "\"command\": \"FS F\"";
 }  // namespace
 
 TEST_CASE("fault: without one a scan passes as it is") {
-  ExtendedScanner scanner(SmallFlatbed());
-  FaultInjector cable(scanner, {});
-  Conversation talk(cable);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
+  Desk desk("");
+  desk.Converse(kSetUp);
+  Conversation talk(desk.cable);
   CHECK(ScanAll(talk, 16).size() == 160);
-  CheckNoViolations(scanner);
+  CheckNoViolations(desk.scanner);
 }
 
 TEST_CASE("fault: a failed read loses its bytes, and the buffer gets none") {
@@ -132,8 +131,7 @@ TEST_CASE("fault: every occurrence of a command is struck") {
 TEST_CASE("fault: a parameter that looks like a command is none") {
   StandardScanner scanner(SmallStandard());
   FaultInjector cable(scanner, One("\"command\": \"FF\"", "\"fail\""));
-  Converse(cable, "> 1B 44 < 06 > 0C < 06");  // 12 bits
-  Converse(cable, "> 1B 64 < 06 > 0C < 06");  // 12 lines
+  Converse(cable, "+ D 0C + d 0C");  // 12 bits, 12 lines
   CHECK(cable.Unreached() == std::vector<std::string>{"f.json:1"});
 }
 
@@ -158,7 +156,7 @@ TEST_CASE("fault: header and lines of a block of a standard scan") {
   StandardScanner scanner(SmallStandard());
   FaultInjector cable(scanner,
                       One("\"command\": \"ESC G\", \"block\": 1, \"read\": 1", "{\"cut\": 5}"));
-  Upload(scanner, StandardScan{});
+  Converse(scanner, Upload());
   Converse(cable, "> 1B 47 * 70 > 06 < 02 00 10 00 04 00");
   CHECK(Conversation(cable).ReadWith(0, 64).size() == 5);
 }
