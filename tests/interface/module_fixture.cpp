@@ -32,6 +32,7 @@ ModuleFixture::ModuleFixture() {
 }
 
 ModuleFixture::~ModuleFixture() {
+  CHECK(device.Verdict() == "as scripted");
   settings.deviceInterface = nullptr;
   PMExit();
   platform::currentLog = nullptr;

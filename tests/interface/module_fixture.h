@@ -11,7 +11,8 @@
 namespace pmddb832::tests {
 
 // A module as it is right after its library was loaded, a zeroed settings record and a scripted
-// device in interface mode. The end of the scope is the unload.
+// device in interface mode. The end of the scope is the unload; the conversation must have been the
+// scripted one by then.
 class ModuleFixture {
  public:
   ModuleFixture();

@@ -21,8 +21,6 @@ inline constexpr std::uint32_t kUnwritten = 0xA5A5A5A5;
 inline constexpr std::string_view kUnwrittenBand =
     "02 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5";
 
-// The bytes of "1C 49"; white space is free.
-Bytes FromHex(std::string_view hex);
 // first, first + 1, ...
 Bytes Ramp(std::uint8_t first, std::size_t count);
 // The two and the four bytes of a little-endian integer.
@@ -58,11 +56,10 @@ std::uint32_t SetStatus(std::uint8_t* mainStatus, std::uint32_t option);
 
 // A host and a scripted scanner of either family. The settings ask for a grey scan of 16 x 4 pixels
 // at 100 dpi in the corner of the flatbed. A test scripts what the scanner expects and answers, and
-// calls the host's functions. At its end the conversation must have been the scripted one.
+// calls the host's functions.
 class ScriptedScanner : public ModuleFixture {
  public:
   ScriptedScanner();
-  ~ScriptedScanner();
 
   // The scanner's side.
   void AnswerReset();

@@ -49,8 +49,7 @@ TEST_CASE_FIXTURE(OpenB8,
 TEST_CASE_FIXTURE(OpenB8,
                   "standard: automatic focus sends the settings, waits 20 seconds and asks") {
   AcceptUpload(UploadOf("B8"));
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-  device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x45});
+  device.Converse("> 1B 70 < 06 > FF < 06 > 1B 71 < 02 00 02 00 < 00 45");
   CHECK(PMSetFocus(7, 0) == 5);
   CHECK(system.sleptMilliseconds == 20000);
 }
@@ -73,9 +72,7 @@ TEST_CASE("standard: a focus reply that is too short or too long tells no positi
 
 TEST_CASE_FIXTURE(OpenB8,
                   "standard: automatic focus goes on and waits although nothing is answered") {
-  device.Expect({0x1B, 0x46}).FailNextRead();
-  device.Expect({0x1B, 0x70}).Reply({kNak});
-  device.Expect({0x1B, 0x71}).Reply({0x15, 0x00, 0x02, 0x00});
+  device.Converse("> 1B 46 <! > 1B 70 < 15 > 1B 71 < 15 00 02 00");
   CHECK(PMSetFocus(1, 0) == 156);
   CHECK(system.sleptMilliseconds == 20000);
 }

@@ -27,31 +27,37 @@ Bytes IdentifiedRecord(const ScannerSettings& model) {
   return With(std::move(record), 1860, FromHex("64 00 32 00 19 00"));
 }
 
-// A scanner of that identity, which is not good enough for an open.
+// A scanner in the middle of an open, behind its name. What it answers from there on ends the open.
+struct NamedScanner : StandardScanner {
+  explicit NamedScanner(const Bytes& product = Product()) {
+    AnswerProbe();
+    AnswerReset();
+    Answer('?', {product});
+  }
+
+  void CheckOpenFails() {
+    CHECK(PMOpenScanner(&settings) == 0);
+    CHECK(PMGetScanError() == 1);
+    CHECK(currentChannel->opened == 1);
+  }
+};
+
+// An identity that is not good enough for an open.
 void CheckIdentityRefused(const Reply& identity, bool dataRead) {
-  StandardScanner scanner;
-  scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
+  NamedScanner scanner;
   scanner.device.Expect({0x1B, 0x49}).Reply(identity.Header());
   if (dataRead) scanner.device.Reply(identity.data);
-  CHECK(PMOpenScanner(&scanner.settings) == 0);
-  CHECK(PMGetScanError() == 1);
+  scanner.CheckOpenFails();
   CHECK(scanner.settings.scanInfoVariant == 0);
-  CHECK(currentChannel->opened == 1);
 }
 
 // A level that ends the identification behind the identity.
 void CheckLevelRefused(std::string_view level, std::uint32_t storedLevel) {
   CAPTURE(level);
-  StandardScanner scanner;
+  NamedScanner scanner;
   scanner.settings.commandLevel = 99;
-  scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
   scanner.Answer('I', {Identity(level)});
-  CHECK(PMOpenScanner(&scanner.settings) == 0);
-  CHECK(PMGetScanError() == 1);
+  scanner.CheckOpenFails();
   CHECK(scanner.settings.commandLevel == storedLevel);
   CHECK(std::string(scanner.settings.commandLevelText) == level);
   CHECK(scanner.settings.rangeMax == 0);
@@ -192,14 +198,10 @@ TEST_CASE("standard: an identity whose last resolution is 0 is refused") {
   CheckIdentityRefused({IdentityOf("B4", {100, 0})}, true);
 }
 
-TEST_CASE_FIXTURE(StandardScanner,
-                  "standard: a doubled resolution beyond 16 bits is refused like 0") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product("SCANNER QM-2700 ")});
-  Answer('I', {IdentityOf("B4", {100, 0x8000})});
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
+TEST_CASE("standard: a doubled resolution beyond 16 bits is refused like 0") {
+  NamedScanner scanner(Product("SCANNER QM-2700 "));
+  scanner.Answer('I', {IdentityOf("B4", {100, 0x8000})});
+  scanner.CheckOpenFails();
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a refused reset fails the open with code 1") {
@@ -209,38 +211,20 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a refused reset fails the open wit
   CHECK(PMGetScanError() == 1);
 }
 
-TEST_CASE_FIXTURE(StandardScanner, "standard: an identity without STX fails the open with code 1") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product()});
-  device.Expect({0x1B, 0x49}).Reply({0x15, 0x00, 0x0D, 0x00});
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
-}
-
-TEST_CASE("standard: an open fails with code 1 at each failing transfer of the identity") {
-  for (int failing = 0; failing < 3; ++failing) {
-    StandardScanner scanner;
-    scanner.AnswerProbe();
-    scanner.AnswerReset();
-    scanner.Answer('?', {Product()});
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing >= 1) scanner.device.Expect({0x1B, 0x49});
-    if (failing == 2) scanner.device.Reply({0x02, 0x00, 0x0D, 0x00});
-    if (failing >= 1) scanner.device.FailNextRead();
-    CHECK(PMOpenScanner(&scanner.settings) == 0);
-    CHECK(PMGetScanError() == 1);
+TEST_CASE("standard: an open fails with code 1 where the identity fails, or has no STX") {
+  for (const std::string_view identity :
+       {">!", "> 1B 49 <!", "> 1B 49 < 02 00 0D 00 <!", "> 1B 49 < 15 00 0D 00"}) {
+    CAPTURE(identity);
+    NamedScanner scanner;
+    scanner.device.Converse(identity);
+    scanner.CheckOpenFails();
   }
 }
 
-TEST_CASE_FIXTURE(StandardScanner, "standard: an unreadable status fails the open with code 1") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product()});
+TEST_CASE_FIXTURE(NamedScanner, "standard: an unreadable status fails the open with code 1") {
   Answer('I', {Identity()});
-  device.Expect({0x1B, 0x66}).Reply({0x02, 0x00, 0x93, 0x00});  // 147 + 4 bytes: one too many
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
+  device.Converse("> 1B 66 < 02 00 93 00");  // 147 + 4 bytes: one too many
+  CheckOpenFails();
   CheckSettings("commandLevel=2 scanInfoVariant=2");
 }
 
@@ -272,10 +256,7 @@ TEST_CASE("standard: every allocation of an open may fail, and the next open suc
   { StandardScanner scanner("B4"); }
   const std::size_t count = AllocationCount() - before;
   for (std::size_t left = count - 2; left < count; ++left) {  // the last two: lists of the set
-    StandardScanner scanner;
-    scanner.AnswerProbe();
-    scanner.AnswerReset();
-    scanner.Answer('?', {Product()});
+    NamedScanner scanner;
     scanner.Answer('I', {Identity()});
     {
       const AllocationLimit limit(left);

@@ -30,17 +30,11 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: each command waits for ACK, its bl
   level = "B3";
   REQUIRE(Open(Identity("B3")) == 1);
   InitAcquire();
-  device.Expect({0x1B, 0x46}).Reply({0x02, 0x00, 0x00, 0x00});
-  device.Expect({0x1B, 0x43}).Reply({0x06}).Expect({0x00}).Reply({0x06});
-  device.Expect({0x1B, 0x44}).Reply({0x06}).Expect({0x08}).Reply({0x06});
-  device.Expect({0x1B, 0x42}).Reply({0x06}).Expect({0x01}).Reply({0x06});
-  device.Expect({0x1B, 0x5A}).Reply({0x06}).Expect({0x02}).Reply({0x06});
-  device.Expect({0x1B, 0x4C}).Reply({0x06}).Expect({0x00}).Reply({0x06});
-  device.Expect({0x1B, 0x4D}).Reply({0x06}).Expect({0x00}).Reply({0x06});
-  device.Expect({0x1B, 0x52}).Reply({0x06}).Expect({0x64, 0x00, 0x64, 0x00}).Reply({0x06});
-  device.Expect({0x1B, 0x48}).Reply({0x06}).Expect({0x64, 0x64}).Reply({0x06});
-  device.Expect({0x1B, 0x41}).Reply({0x06}).Expect({0, 0, 0, 0, 0x10, 0, 0x04, 0}).Reply({0x06});
-  device.FailNextWrite();
+  device.Converse(
+      "> 1B 46 < 02 00 00 00 > 1B 43 < 06 > 00 < 06 > 1B 44 < 06 > 08 < 06"
+      "> 1B 42 < 06 > 01 < 06 > 1B 5A < 06 > 02 < 06 > 1B 4C < 06 > 00 < 06"
+      "> 1B 4D < 06 > 00 < 06 > 1B 52 < 06 > 64 00 64 00 < 06 > 1B 48 < 06 > 64 64 < 06"
+      "> 1B 41 < 06 > 00 00 00 00 10 00 04 00 < 06 >!");
   Acquire(4096);
 }
 
@@ -67,12 +61,11 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a NAK or a lost command does not e
 }
 
 TEST_CASE("standard: without an answer to ESC F nothing is sent, and the scan goes on") {
-  for (const bool sent : {false, true}) {
+  for (const std::string_view query : {">!", "> 1B 46 <!"}) {
+    CAPTURE(query);
     StandardScanner scanner("B3");
     scanner.InitAcquire();
-    if (sent) scanner.device.Expect({0x1B, 0x46}).FailNextRead();
-    if (!sent) scanner.device.FailNextWrite();
-    scanner.device.Expect({0x1B, 0x47}).FailNextRead();
+    scanner.device.Converse(query).Converse("> 1B 47 <!");
     scanner.Acquire(4096);
     CHECK(PMGetScanError() == 9);
   }

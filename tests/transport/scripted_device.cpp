@@ -1,5 +1,7 @@
 #include "tests/transport/scripted_device.h"
 
+#include <doctest/doctest.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -18,6 +20,21 @@ Bytes Text(std::string_view text) {
 
 Bytes Fill(std::size_t count, std::uint8_t value) {
   return Bytes(count, value);
+}
+
+Bytes FromHex(std::string_view hex) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  Bytes bytes;
+  bool isHigh = true;
+  for (const char c : hex) {
+    if (c == ' ') continue;
+    const std::size_t digit = kDigits.find(c);
+    REQUIRE(digit != std::string_view::npos);
+    if (isHigh) bytes.push_back(0);
+    bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16 + digit);
+    isHigh = !isHigh;
+  }
+  return bytes;
 }
 
 Bytes operator+(Bytes left, const Bytes& right) {
@@ -66,6 +83,21 @@ ScriptedDevice& ScriptedDevice::FailNextWrite() {
 
 ScriptedDevice& ScriptedDevice::Unplug() {
   return Add(Kind::kUnplugged, 0, {});
+}
+
+ScriptedDevice& ScriptedDevice::Converse(std::string_view conversation) {
+  while (!conversation.empty()) {
+    const bool writes = conversation.front() == '>';
+    const std::size_t end = std::min(conversation.find_first_of("<>", 1), conversation.size());
+    const std::string_view bytes = conversation.substr(1, end - 1);
+    if (bytes.starts_with('!')) {
+      writes ? FailNextWrite() : FailNextRead();
+    } else {
+      writes ? Expect(FromHex(bytes)) : Reply(FromHex(bytes));
+    }
+    conversation.remove_prefix(end);
+  }
+  return *this;
 }
 
 ScriptedDevice& ScriptedDevice::ExpectBlock(std::uint8_t prefix, char letter, Bytes block) {
