@@ -97,8 +97,8 @@ TEST_CASE("simulator: both zooms are alike, from 50 to 200 percent") {
 TEST_CASE("simulator: an area lies on the bed and has groups of 8 pixels") {
   Play(SmallStandard(), Upload("A 00 00 00 00 C8 00 C8 00"));
   struct Row {
-    const char* area;
-    const char* why;
+    std::string area;
+    std::string_view why;
   };
   for (const Row& row : {Row{"01 00 00 00 C8 00 0A 00", "columns 1 + 200 of 200"},
                          Row{"00 00 BF 00 10 00 0A 00", "lines 191 + 10 of 200"},
@@ -134,9 +134,9 @@ TEST_CASE("simulator: the option unit that is switched on bounds the area") {
 
 TEST_CASE("simulator: the level bounds the width of a line") {
   struct Row {
-    const char* level;
-    const char* widest;
-    const char* wider;
+    std::string_view level;
+    std::string widest;
+    std::string wider;
   };
   for (const Row& row :
        {Row{"B3", "00 10", "08 10"}, Row{"B4", "00 3F", "08 3F"}, Row{"A5", "00 3F", "08 3F"},
@@ -145,8 +145,8 @@ TEST_CASE("simulator: the level bounds the width of a line") {
     auto config = SmallStandard(row.level);
     config.identity.flatbed = {65535, 10};
     PlayRefused(config,
-                "+ R 64 00 64 00 + H 64 64 + A 00 00 00 00" + std::string(row.widest) +
-                    "01 00 - A 00 00 00 00" + row.wider + "01 00",
+                "+ R 64 00 64 00 + H 64 64 + A 00 00 00 00" + row.widest + "01 00 - A 00 00 00 00" +
+                    row.wider + "01 00",
                 "pixels are too many");
   }
 }

@@ -149,7 +149,7 @@ TEST_CASE("simulator: a line that is too long for its header is refused") {
 
 TEST_CASE("simulator: what the standard scanner delivers is the area, whatever form and place") {
   struct Row {
-    const char* scan;
+    std::string_view scan;
     std::size_t imageBytes;
   };
   for (const Row& row :

@@ -81,8 +81,8 @@ TEST_CASE("simulator: a refused FS W leaves nothing to scan") {
 
 TEST_CASE("simulator: FS G announces full blocks and a last block of one line at least") {
   struct Row {
-    const char* height;
-    const char* header;
+    std::string_view height;
+    std::string header;
   };
   for (const Row& row : {Row{"20: 0A", "02 00 40 00 00 00 02 00 00 00 20 00 00 00"},
                          Row{"20: 08", "02 00 40 00 00 00 01 00 00 00 40 00 00 00"},

@@ -57,7 +57,6 @@ TEST_CASE_FIXTURE(OpenB4, "standard: an abort reads and cancels the next block a
   REQUIRE(Acquire(16, 3).record.lines == 1);
   device.Reply(BlockHeader(0x00, 16, 2)).Reply(Fill(32, 2)).Expect({0x18}).Reply({0x06});
   CHECK(AbortSet() == 1);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: behind a cancel for a small buffer the next line repeats") {
