@@ -7,11 +7,16 @@
 
 namespace simulator {
 
-// The tables that the driver downloaded: one for each of the three channels, and one for grey.
-// A table that did not come leaves the samples as they are.
+// Tables of tones: one for each of the three channels, and one for grey. A table that is missing
+// leaves the samples as they are.
 class GammaTables {
  public:
   using Table = std::array<std::uint8_t, 256>;
+
+  // The tables of a gamma code, alike for the three channels: the place k holds
+  // 255 (k / 255) ^ (1 / gamma), rounded. Code 01 stands for gamma 1.0, 02 for 2.2, 20 for 2.5, 10
+  // for 2.8 and 00 for 3.0; nothing for another code.
+  static std::optional<GammaTables> BuiltIn(std::uint8_t code);
 
   // Keeps the table for the selector 'R', 'G', 'B' or 'M' (grey); false for another selector.
   // `table` has 256 bytes.

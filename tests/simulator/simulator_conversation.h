@@ -71,23 +71,24 @@ void PlayWrongly(const ScannerConfig& config, std::string_view conversation,
 void PlayRefused(const ScannerConfig& config, std::string_view conversation,
                  std::string_view words);
 
-// A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block.
+// A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block, gamma
+// 1.0, no halftone.
 Bytes ParameterBlock();
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value);
 
 // FS W with that block, and with one from the option unit, as conversations.
 inline const std::string kSetUp =
     "> 1C 57 < 06"
-    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 00 00 04 00 "
+    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 00 00 04 01 "
     "00 00"
-    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
     "00"
     "< 06";
 inline const std::string kSetUpOption =
     "> 1C 57 < 06"
-    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 01 00 04 00 "
+    "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 01 00 04 01 "
     "00 00"
-    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
     "00"
     "< 06";
 
