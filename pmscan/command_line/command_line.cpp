@@ -7,9 +7,10 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/option_table.h"
+#include "pmscan/command_line/scan_words.h"
+#include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
-#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
@@ -51,9 +52,10 @@ void DeclareOptions(CLI::App& command, Command which, CommandWords& words) {
 
 // Which options need or exclude each other, and what must not be missing.
 void DeclareBonds(CLI::App& app) {
-  for (const char* const name : {"scan", "info"}) {
-    CLI::App& command = *app.get_subcommand(name);
-    command.get_option("--capture-data")->needs(command.get_option("--capture"));
+  for (const CommandRow& row : kCommands) {
+    CLI::App& command = *app.get_subcommand(std::string(row.name));
+    CLI::Option* const data = command.get_option_no_throw("--capture-data");
+    if (data != nullptr) data->needs(command.get_option("--capture"));
   }
   app.get_subcommand("scan")->get_option("--batch")->excludes("--output");
   app.get_subcommand("convert")->get_option("--output")->required();
@@ -110,101 +112,9 @@ std::vector<std::string> WithProfile(const Program& program, std::vector<std::st
   return arguments;
 }
 
-std::string DidYouMean(std::string_view name) {
-  return name.empty() ? "" : "did you mean \"" + std::string(name) + "\"?";
-}
-
-// The one of "lineart, grey" that was probably meant, as a question with a blank behind it.
-std::string MeantBy(const std::string& name, std::string_view choices) {
-  std::vector<std::string_view> words;
-  for (std::size_t end = 0; end != std::string_view::npos; choices.remove_prefix(end + 2)) {
-    end = choices.find(", ");
-    words.push_back(choices.substr(0, end));
-    if (end == std::string_view::npos) break;
-  }
-  const std::string question = DidYouMean(simulator::NearestName(name, words));
-  return question.empty() ? question : question + " ";
-}
-
-// What `Find` finds under the name. Throws Failure(kUsage) that lists the words of the option when
-// that is nothing.
-template <typename Found>
-Found Require(Found found, const char* option, const std::string& name) {
-  if (found) return found;
-  const auto* const row =
-      std::find_if(kOptions.begin(), kOptions.end(),
-                   [&](const OptionRow& each) { return LongName(each).substr(2) == option; });
-  const std::string meant = MeantBy(name, row->choices());
-  throw Failure(kUsage, std::string("There is no ") + option + " \"" + name + "\"; " + meant +
-                            "--" + option + " can be: " + row->choices() + ".");
-}
-
-void ReadOutput(const CommandWords& words, Options& options) {
-  const bool isBatch = !words.batch.empty();
-  const std::string& name = isBatch ? words.batch : words.output;
-  options.hasOutput = !name.empty();
-  if (words.pageCount > 0) options.pages = words.pageCount;
-  if (!options.hasOutput) return;
-  options.format = FormatByFileName(name);
-  options.names =
-      isBatch && PageNames::IsPattern(name) ? PageNames::Numbered(name) : PageNames::Single(name);
-  if (isBatch && words.pageCount == 0) options.pages.reset();
-}
-
-void ReadWords(const CommandWords& words, Options& options) {
-  options.mode = *Require(FindScanMode(words.modeName), "mode", words.modeName);
-  options.source = *Require(FindScanSource(words.sourceName), "source", words.sourceName);
-  if (!words.progressName.empty()) {
-    options.progress =
-        Require(FindProgressStyle(words.progressName), "progress", words.progressName);
-  }
-  ReadOutput(words, options);
-  if (!words.areaText.empty()) options.area = ParseArea(words.areaText);
-}
-
-void RequireOutput(const Options& options) {
-  if (options.hasOutput || options.isDryRun || !options.savedProfile.empty()) return;
-  throw Failure(kUsage, "A scan needs a file for its picture: -o FILE, or --batch NAME.");
-}
-
-// One file holds several pages only when its format does.
-void RequirePagesFit(const Options& options) {
-  const bool hasSeveral = !options.pages || *options.pages > 1;
-  if (options.names.AreNumbered() || !hasSeveral || !options.hasOutput) return;
-  if (options.format.container == Container::kTiff) return;
-  throw Failure(kUnsupported, "A " + std::string(options.format.name) +
-                                  " file holds one page: number the files, as in --batch "
-                                  "page%03d." +
-                                  std::string(options.format.extension) +
-                                  ", or write a .tif file.");
-}
-
-void RequireEnd(const Options& options) {
-  const bool isFeeder = options.source.code == pmddb832::kFeeder;
-  if (!options.pages && !isFeeder) {
-    throw Failure(kUnsupported,
-                  "Only the feeder runs out of paper: say with --pages how many pages "
-                  "to scan, or add --source feeder.");
-  }
-  if (options.paperSeconds > 0 && !isFeeder) {
-    throw Failure(kUnsupported, "--wait-for-paper is for the feeder: add --source feeder.");
-  }
-}
-
-void RequireConsistent(const Options& options) {
-  RequireOutput(options);
-  RequireHolds(options.format, options.mode);
-  RequirePagesFit(options);
-  RequireEnd(options);
-  if (options.isInverted && options.mode.layout != PixelLayout::kBlackWhite) {
-    throw Failure(kUnsupported, "--invert is for line art: add --mode lineart, or leave it out.");
-  }
-}
-
 Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
   Options& options = program.words;
-  ReadWords(program.words, options);
-  RequireConsistent(options);
+  ReadScanWords(program.words, options);
   if (!options.savedProfile.empty()) {
     SaveProfile(profileFolder, options.savedProfile,
                 GivenOptions(*program.app.get_subcommand("scan")), options.mayOverwrite);
@@ -219,6 +129,9 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
   Parse(program, arguments);
   words.command = CommandOf(program.app);
   words.capture = {words.captureFile, words.keepsImageData};
+  if (words.command == Command::kFocus) {
+    words.focus = ParseFocus(words.focusText.empty() ? "auto" : words.focusText);
+  }
   if (words.command != Command::kScan) return words;
   if (words.profile.empty()) return FinishScan(program, profileFolder);
   Program merged;
@@ -241,7 +154,7 @@ std::string Suggestion(const CLI::App& app) {
     if ((row.commands & Bit(command)) != 0) names.push_back(LongName(row));
   }
   const std::string word = unknown.front().substr(0, unknown.front().find('='));
-  const std::string question = DidYouMean(simulator::NearestName(word, names));
+  const std::string question = DidYouMean(word, names);
   return question.empty() ? question : "There is no \"" + word + "\"; " + question;
 }
 

@@ -15,6 +15,7 @@
 #include "pmscan/command_line/help_text.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
+#include "pmscan/maintenance/maintenance.h"
 #include "pmscan/pictures/imaging_component.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/json_report.h"
@@ -67,9 +68,26 @@ void RunDry(const Options& options, const ModuleExports& module,
   if (failure) throw Failure(*failure);
 }
 
+// What is neither a scan nor a report on the scanner.
+void RunMaintenance(const Options& options, const ModuleExports& module,
+                    pmddb832::ScannerSettings& settings, Json& report) {
+  std::string done;
+  if (options.command == Command::kFocus) {
+    done = FocusScanner(module, settings, *options.focus, report);
+  } else if (options.command == Command::kFeed) {
+    done = FeedPage(module, settings);
+  } else if (options.command == Command::kEject) {
+    done = EjectPage(module, settings);
+  } else {
+    done = ResetScanner(module, settings);
+  }
+  if (!options.isJson) std::cout << done << "\n";
+}
+
 void RunCommand(const Options& options, const ModuleExports& module,
                 pmddb832::ScannerSettings& settings, Json& report) {
   if (options.command == Command::kInfo) return RunInfo(options, module, settings, report);
+  if (options.command != Command::kScan) return RunMaintenance(options, module, settings, report);
   if (options.isDryRun) return RunDry(options, module, settings, report);
   RunScanCommand(options, module, settings, report);
 }

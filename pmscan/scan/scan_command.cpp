@@ -51,8 +51,12 @@ BatchManners MannersFor(const Options& options, ProgressMeter& progress) {
 }
 
 PictureFile PictureFileFor(const Options& options, const ScanPlan& plan) {
-  return {
-      {}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite, plan.sampleBits};
+  return {{},
+          options.format,
+          options.mode,
+          plan.picture.resolution,
+          options.mayOverwrite,
+          plan.sampleBits};
 }
 
 // What was saved before a failure.
@@ -119,11 +123,20 @@ void ScanRun::Summarize(const ScanRequest& request, const PictureStore& store,
   }
 }
 
+void FocusFor(const Options& options, const ModuleExports& module,
+              const pmddb832::ScannerSettings& settings) {
+  if (options.focus->isAutomatic) std::cerr << "The scanner focuses, which takes 20 seconds.\n";
+  const std::int32_t position = SetFocus(module, settings, options.source, *options.focus);
+  if (options.focus->isAutomatic) std::cerr << "It focuses at " << position << ".\n";
+}
+
 // The scanner knows what it shall scan, and from where.
-ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
+ScanPlan SetUp(const Options& options, const ModuleExports& module, Session& session,
+               pmddb832::ScannerSettings& settings) {
   const ScanPlan plan = PlanScan(options, settings);
   session.Select(options.source);
   DescribeScan(plan.asked, settings);
+  if (options.focus) FocusFor(options, module, settings);
   if (options.area && plan.missing > 0) {
     std::cerr << "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
                      std::to_string(plan.missing) + " pixels before the right edge.\n";
@@ -142,14 +155,14 @@ void RunScanCommand(const Options& options, const ModuleExports& module,
                     pmddb832::ScannerSettings& settings, Json& report) {
   CatchInterrupt();
   Session session(module, settings);
-  const ScanPlan plan = SetUp(options, session, settings);
+  const ScanPlan plan = SetUp(options, module, session, settings);
   ScanRun(options, module, settings, report).Run(plan);
 }
 
 void PrepareScan(const Options& options, const ModuleExports& module,
                  pmddb832::ScannerSettings& settings) {
   Session session(module, settings);
-  const ScanPlan plan = SetUp(options, session, settings);
+  const ScanPlan plan = SetUp(options, module, session, settings);
   const std::uint32_t status = module.getOptionStatus(options.source.code);
   if (status != 0) throw Failure(status);
   NowhereSink sink;

@@ -27,11 +27,11 @@ bool CanMirror(const pmddb832::ScannerSettings& settings) {
 
 // A scanner with standard commands and a feeder is taken to be meant to centre a page of its whole
 // height at its lowest resolution: the module puts the area to the left edge then.
-bool StartsAtLeftEdge(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
+bool StartsAtLeftEdge(const ScanRequest& picture, const BedSize& bed,
                       const pmddb832::ScannerSettings& settings) {
   return !IsExtended(settings) && settings.docFeedOption == pmddb832::kFeeder &&
-         dotsPerInch == settings.minResolutionCopy &&
-         area.height == BedPixels(bed.height, dotsPerInch);
+         picture.resolution == settings.minResolutionCopy &&
+         picture.area.height == BedPixels(bed.height, picture.resolution);
 }
 
 // The area of whole groups that holds `picture`, on a bed of so many pixels. Trims a picture that
@@ -66,20 +66,25 @@ std::uint8_t DeepBits(const pmddb832::ScannerSettings& settings) {
 
 ScanPlan PlanScan(const Options& options, const pmddb832::ScannerSettings& settings) {
   const BedSize bed = RequireFitted(options.source, settings);
-  const std::uint32_t dotsPerInch = options.dotsPerInch;
+  const std::uint32_t resolution =
+      options.dotsPerInch != 0 ? options.dotsPerInch : settings.minResolutionCopy;
+  const std::uint32_t dotsPerInch = ZoomedResolution(resolution, options.image.zoom, settings);
+  RequireResolution(resolution, settings);
   RequireResolution(dotsPerInch, settings);
   RequireMode(options.mode, settings);
+  RequireImageSettings(options.image, settings);
   ScanPlan plan;
   plan.sampleBits = DeepBits(settings);
-  plan.picture = {options.mode, dotsPerInch, PlaceArea(options.area, bed, dotsPerInch),
-                  options.isMirrored, options.isInverted};
+  plan.picture = {options.mode,       dotsPerInch,        PlaceArea(options.area, bed, dotsPerInch),
+                  options.isMirrored, options.isInverted, options.image,
+                  resolution};
   plan.asked = plan.picture;
   plan.asked.isMirrored = options.isMirrored && CanMirror(settings);
   if (ComesInGroups(plan, settings)) {
+    const bool atLeftEdge = StartsAtLeftEdge(plan.picture, bed, settings);
     PixelArea& area = plan.picture.area;
     const std::uint32_t wanted = area.width;
-    plan.asked.area = WholeGroups(area, BedPixels(bed.width, dotsPerInch),
-                                  StartsAtLeftEdge(area, bed, dotsPerInch, settings));
+    plan.asked.area = WholeGroups(area, BedPixels(bed.width, dotsPerInch), atLeftEdge);
     plan.missing = wanted - area.width;
   }
   plan.window = WindowOf(plan);

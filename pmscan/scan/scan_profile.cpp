@@ -70,13 +70,17 @@ std::string ProfileNames(const std::filesystem::path& folder) {
 
 Json ToJson(const KeptOption& option) {
   const OptionRow& row = *FindRow(option.name);
-  if (IsNumber(row)) return std::stoul(option.value, nullptr, 0);
+  if (IsNumber(row)) return std::stol(option.value, nullptr, 0);
   return IsSwitch(row) ? Json(option.value != "false") : Json(option.value);
+}
+
+bool IsNumberFor(const OptionRow& row, const Json& value) {
+  return row.least < 0 ? value.is_number_integer() : value.is_number_unsigned();
 }
 
 // What is wanted in place of the value; empty when it is of the option's kind.
 std::string_view WantedInstead(const OptionRow& row, const Json& value) {
-  if (IsNumber(row)) return value.is_number_unsigned() ? "" : "a number";
+  if (IsNumber(row)) return IsNumberFor(row, value) ? "" : "a number";
   if (IsSwitch(row)) return value.is_boolean() ? "" : "true or false";
   return value.is_string() ? "" : "a text";
 }
