@@ -22,7 +22,8 @@ Samples ColorSamples(const ScanRequest& request, std::span<const std::uint16_t> 
   Samples samples(rgb.size());
   for (std::size_t pixel = 0; pixel < rgb.size(); pixel += 3) {
     for (std::size_t i = 0; i < 3; ++i) {
-      samples[pixel + i] = request.gamma.OnChannel(order[i], rgb[pixel + order[i]]);
+      samples[pixel + i] =
+          request.gamma.OnAll(request.gamma.OnChannel(order[i], rgb[pixel + order[i]]));
     }
   }
   return samples;
@@ -33,7 +34,7 @@ Samples ChannelSamples(const ScanRequest& request, std::span<const std::uint16_t
   Samples samples(rgb.size() / 3);
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const std::uint16_t sample = request.gamma.OnChannel(channel, rgb[3 * i + channel]);
-    samples[i] = request.gamma.OnGrey(sample);
+    samples[i] = request.gamma.OnAll(sample);
   }
   return samples;
 }
@@ -43,8 +44,8 @@ Samples GreySamples(const ScanRequest& request, std::span<const std::uint16_t> r
   Samples samples(rgb.size() / 3);
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const std::uint16_t* const pixel = &rgb[3 * i];
-    samples[i] = gamma.OnGrey(Grey(gamma.OnChannel(0, pixel[0]), gamma.OnChannel(1, pixel[1]),
-                                   gamma.OnChannel(2, pixel[2])));
+    samples[i] = gamma.OnAll(Grey(gamma.OnChannel(0, pixel[0]), gamma.OnChannel(1, pixel[1]),
+                                  gamma.OnChannel(2, pixel[2])));
   }
   return samples;
 }

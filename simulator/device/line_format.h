@@ -22,7 +22,7 @@ namespace simulator {
 //                pixels a byte, the first in bits 7 to 5 and the second in bits 3 to 1.
 // A sample of fewer bits is the high bits of the scanned 16. Grey is 0.299 red + 0.587 green +
 // 0.114 blue. In this order: sharpness, colour matrix, gamma tables of the channels, the mix of
-// grey, the gamma table of grey, brightness, threshold or screen, and left and right swapped.
+// grey, the gamma table of all, brightness, threshold or screen, and left and right swapped.
 
 // Bytes of one line.
 std::uint32_t LineBytes(const ScanRequest& request);

@@ -113,7 +113,7 @@ TEST_CASE("simulator: a gamma table of k at place k changes nothing") {
   simulator::GammaTables gamma;
   REQUIRE(gamma.Set('M', identity));
   for (std::uint32_t sample = 0; sample <= 0xFFFF; ++sample) {
-    REQUIRE(gamma.OnGrey(static_cast<std::uint16_t>(sample)) == sample);
+    REQUIRE(gamma.OnAll(static_cast<std::uint16_t>(sample)) == sample);
   }
 }
 

@@ -141,7 +141,7 @@ TEST_CASE("simulator: a built-in gamma is a table for the three channels") {
   CHECK(at(0x10, 64) == 156);
   CHECK(at(0x00, 64) == 161);
   CHECK(at(0x02, 255) == 255);
-  CHECK(GammaTables::BuiltIn(0x02)->OnGrey(0x1234) == 0x1234);
+  CHECK(GammaTables::BuiltIn(0x02)->OnAll(0x1234) == 0x1234);
   CHECK_FALSE(GammaTables::BuiltIn(0x04));
 }
 
