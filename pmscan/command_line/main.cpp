@@ -13,6 +13,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/help_text.h"
+#include "pmscan/devices/bed_teller.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
 #include "pmscan/maintenance/maintenance.h"
@@ -47,15 +48,21 @@ void RunInfo(const Options& options, const ModuleExports& module,
   }
 }
 
+// What a command runs with, besides the scanner that the settings name.
+struct Surroundings {
+  const ModuleExports& module;
+  const BedTeller& bed;
+};
+
 // The start is kept from the scanner, and the module fails for that reason.
-void RunDry(const Options& options, const ModuleExports& module,
-            pmddb832::ScannerSettings& settings, Json& report) {
+void RunDry(const Options& options, const Surroundings& with, pmddb832::ScannerSettings& settings,
+            Json& report) {
   pmddb832::StillImageDevice& scanner = *settings.deviceInterface;
   DryRunDevice device(scanner);
   settings.deviceInterface = &device;
   std::optional<Failure> failure;
   try {
-    PrepareScan(options, module, settings);
+    PrepareScan(options, with.module, with.bed, settings);
   } catch (const Failure& reason) {
     if (!device.HasReachedStart()) failure.emplace(reason);
   }
@@ -84,12 +91,14 @@ void RunMaintenance(const Options& options, const ModuleExports& module,
   if (!options.isJson) std::cout << done << "\n";
 }
 
-void RunCommand(const Options& options, const ModuleExports& module,
+void RunCommand(const Options& options, const Surroundings& with,
                 pmddb832::ScannerSettings& settings, Json& report) {
-  if (options.command == Command::kInfo) return RunInfo(options, module, settings, report);
-  if (options.command != Command::kScan) return RunMaintenance(options, module, settings, report);
-  if (options.isDryRun) return RunDry(options, module, settings, report);
-  RunScanCommand(options, module, settings, report);
+  if (options.command == Command::kInfo) return RunInfo(options, with.module, settings, report);
+  if (options.command != Command::kScan) {
+    return RunMaintenance(options, with.module, settings, report);
+  }
+  if (options.isDryRun) return RunDry(options, with, settings, report);
+  RunScanCommand(options, with.module, with.bed, settings, report);
 }
 
 int Report(const Failure& failure) {
@@ -98,11 +107,12 @@ int Report(const Failure& failure) {
 }
 
 // Records into `capture` what goes on, unless that is null.
-void RunWithModule(const Options& options, CaptureSession* capture,
+void RunWithModule(const Options& options, const BedTeller& bed, CaptureSession* capture,
                    pmddb832::ScannerSettings& settings, Json& report) {
   const ModuleLibrary library(options.modulePath);
   const ModuleExports module = BindExports([&](const char* name) { return library.Find(name); });
-  RunCommand(options, capture == nullptr ? module : capture->Attach(module), settings, report);
+  const ModuleExports called = capture == nullptr ? module : capture->Attach(module);
+  RunCommand(options, {called, bed}, settings, report);
 }
 
 // The command as it was given, for the capture.
@@ -117,7 +127,8 @@ int RunWithDevice(const Options& options, Json& report) {
   const std::unique_ptr<DeviceConnection> connection = ConnectDevice(options);
   // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
-  Connect(connection->Device(), connection->ModelId(), settings);
+  BedTeller bed(connection->Device(), options.area.has_value());
+  Connect(bed, connection->ModelId(), settings);
   std::optional<CaptureSession> capture;
   if (!options.capture.file.empty()) {
     capture.emplace(options.capture, options.mayOverwrite, CommandText());
@@ -125,7 +136,7 @@ int RunWithDevice(const Options& options, Json& report) {
   }
   int exitCode = 0;
   try {
-    RunWithModule(options, capture ? &*capture : nullptr, settings, report);
+    RunWithModule(options, bed, capture ? &*capture : nullptr, settings, report);
     if (capture) capture->Finish();
   } catch (const Failure& failure) {
     exitCode = Report(failure);

@@ -151,17 +151,19 @@ class NowhereSink : public RowSink {
 
 }  // namespace
 
-void RunScanCommand(const Options& options, const ModuleExports& module,
+void RunScanCommand(const Options& options, const ModuleExports& module, const BedTeller& bed,
                     pmddb832::ScannerSettings& settings, Json& report) {
   CatchInterrupt();
   Session session(module, settings);
+  bed.CorrectLevel(settings);
   const ScanPlan plan = SetUp(options, module, session, settings);
   ScanRun(options, module, settings, report).Run(plan);
 }
 
-void PrepareScan(const Options& options, const ModuleExports& module,
+void PrepareScan(const Options& options, const ModuleExports& module, const BedTeller& bed,
                  pmddb832::ScannerSettings& settings) {
   Session session(module, settings);
+  bed.CorrectLevel(settings);
   const ScanPlan plan = SetUp(options, module, session, settings);
   const std::uint32_t status = module.getOptionStatus(options.source.code);
   if (status != 0) throw Failure(status);

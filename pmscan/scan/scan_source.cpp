@@ -45,7 +45,9 @@ BedSize RequireFitted(const ScanSource& source, const pmddb832::ScannerSettings&
   }
   const BedSize bed = SizeOf(source, settings);
   if (bed.width == 0 || bed.height == 0) {
-    throw Failure(kUnsupported, "The scanner did not tell the size of its " + name + ".");
+    throw Failure(kUnsupported, "The scanner did not tell the size of its " + name +
+                                    ": say what to scan with --area LEFT,TOP,WIDTH,HEIGHT, or "
+                                    "with the name of a paper size.");
   }
   return bed;
 }

@@ -56,9 +56,11 @@ PmscanDesk::PmscanDesk(const TestedScanner& tested, simulator::Picture document)
                                                                  tested, std::move(document))
                               : Make<simulator::StandardScanner>(simulator::StandardScannerConfig{},
                                                                  tested, std::move(document));
-  settings.deviceInterface = scanner.get();
+  bed.emplace(*scanner, true);
+  settings.deviceInterface = &*bed;
   settings.useDeviceInterface = 1;
   session.emplace(exports, settings);
+  bed->CorrectLevel(settings);
 }
 
 WrittenPicture PmscanDesk::Scan() {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "pmscan/devices/bed_teller.h"
 #include "pmscan/scan/scan_plan.h"
 #include "pmscan/scan/session.h"
 #include "simulator/device/page_scanner.h"
@@ -44,6 +45,7 @@ class PmscanDesk {
   const ModuleUnderTest module;
   const pmscan::ModuleExports exports;
   std::unique_ptr<simulator::PageScanner> scanner;
+  std::optional<pmscan::BedTeller> bed;
   std::optional<pmscan::Session> session;
 };
 

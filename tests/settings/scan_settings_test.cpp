@@ -182,7 +182,7 @@ std::uint8_t PreviewTone(std::uint32_t grey) {
 }  // namespace
 
 TEST_CASE("settings: pictures of scanners with extended commands follow every setting") {
-  for (const char* level : {"B4", "B8"}) CheckModes({level, true});
+  for (const char* level : {"B3", "B4", "B8"}) CheckModes({level, true});
 }
 
 TEST_CASE("settings: pictures of scanners with standard commands follow the settings they have") {
