@@ -10,7 +10,8 @@
 namespace pmddb832::tests {
 namespace {
 
-constexpr simulator::PixelSize kBed{517, 301};
+constexpr simulator::PixelSize kBed{517, 301};           // at 600 dpi
+constexpr simulator::PixelSize kStandardBed{1046, 602};  // at 1200 dpi
 
 template <class Scanner, class Config>
 std::unique_ptr<simulator::PageScanner> Make(Config config, const TestedScanner& tested,
@@ -24,7 +25,8 @@ std::unique_ptr<simulator::PageScanner> Make(Config config, const TestedScanner&
   }
   config.onBed = std::move(document);
   if constexpr (std::is_same_v<Scanner, simulator::StandardScanner>) {
-    config.identity.resolutions = {50, 75, 150, 300, 600};
+    config.identity.resolutions = {50, 75, 150, 300, 600, 1200};
+    config.identity.flatbed = config.identity.feeder = kStandardBed;
   }
   return std::make_unique<Scanner>(std::move(config));
 }

@@ -14,7 +14,8 @@
 
 namespace pmddb832::tests {
 
-// A simulated scanner by family and level, with a bed of 517 x 301 pixels at 600 dpi.
+// A simulated scanner by family and level, with a bed of 0.86 x 0.5 inches; of the
+// standard one it is 0.87 inches wide.
 struct TestedScanner {
   std::string level;
   bool isExtended = false;

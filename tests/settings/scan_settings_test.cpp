@@ -88,8 +88,7 @@ std::vector<Change> ChangesOfOneChannel() {
 }
 
 simulator::Picture Document(std::uint32_t dotsPerInch) {
-  simulator::Picture document =
-      ColourPicture(517 * dotsPerInch / 600 + 1, 301 * dotsPerInch / 600 + 1);
+  simulator::Picture document = ColourPicture(88 * dotsPerInch / 100, 51 * dotsPerInch / 100);
   document.dotsPerInch = dotsPerInch;
   return document;
 }
@@ -223,5 +222,22 @@ TEST_CASE("settings: a preview is as coarse as the scanner can, and has the modu
       }
     }
     CHECK(wrong == 0);
+  }
+}
+
+// The module takes the width of the bed in whole groups of eight pixels then.
+TEST_CASE("settings: at the highest resolutions a picture ends with the bed's last whole group") {
+  const simulator::Picture document = Document(1200);
+  for (const std::uint16_t zoom : std::vector<std::uint16_t>{100, 200}) {
+    PmscanDesk desk({"B8", false}, document);
+    desk.options.dotsPerInch = 120000u / zoom;
+    desk.options.image.zoom = zoom;
+    desk.SetArea({1021, 5, 23, 7});
+    const WrittenPicture picture = desk.Scan();
+    CHECK(picture.plan.picture.area.width == 19);
+    CheckShows(picture, desk.options, document);
+    desk.SetArea({1040, 5, 4, 7});
+    CHECK(pmscan::tests::CodeOf([&] { desk.Scan(); }) == pmscan::kUnsupported);
+    CHECK(Violations(*desk.scanner) == "");
   }
 }
