@@ -40,6 +40,7 @@ std::string PaperNames() {
 
 std::string_view NearestPaperName(std::string_view name) {
   std::vector<std::string_view> names;
+  names.reserve(kPaperSizes.size());
   for (const PaperSize& size : kPaperSizes) names.push_back(size.name);
   return simulator::NearestName(name, names);
 }

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -87,10 +86,11 @@ std::string ExtendedScanner::WhyTonesImpossible(Bytes block) const {
     return "no gamma " + Hex(block.subspan(field::kGamma, 1));
   }
   if (block[field::kColorCorrection] != 0 && !ColorMatrix()) return "no colour matrix was sent";
-  const int brightness = Signed(block, field::kBrightness);
-  const int sharpness = Signed(block, field::kSharpness);
-  if (std::abs(brightness) > 3) return "no brightness " + std::to_string(brightness);
-  return std::abs(sharpness) > 2 ? "no sharpness " + std::to_string(sharpness) : "";
+  const std::int8_t brightness = Signed(block, field::kBrightness);
+  const std::int8_t sharpness = Signed(block, field::kSharpness);
+  if (brightness < -3 || brightness > 3) return "no brightness " + std::to_string(brightness);
+  if (sharpness < -2 || sharpness > 2) return "no sharpness " + std::to_string(sharpness);
+  return {};
 }
 
 std::string ExtendedScanner::WhyImpossible(Bytes block) const {

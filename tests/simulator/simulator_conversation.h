@@ -71,8 +71,8 @@ void PlayWrongly(const ScannerConfig& config, std::string_view conversation,
 void PlayRefused(const ScannerConfig& config, std::string_view conversation,
                  std::string_view words);
 
-// A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block, gamma
-// 1.0, no halftone.
+// A parameter block, 64 bytes: 100 dpi, the area 0, 0, 16 x 10, grey, 8 bits, 4 lines per block,
+// gamma 1.0, no halftone.
 Bytes ParameterBlock();
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value);
 
