@@ -8,6 +8,7 @@
 #include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/settings/number_file.h"
+#include "wire/document_source.h"
 
 namespace pmscan {
 namespace {
@@ -123,7 +124,7 @@ void ReadImageWords(const CommandWords& words, Options& options) {
   RequireTonesFit(words, options.image);
   RequireChannelsFit(options);
   RequirePreviewFits(words, options);
-  Require(!options.image.keepsPaper || options.source.option == kFeederOption,
+  Require(!options.image.keepsPaper || options.source.code == pmddb832::kFeeder,
           "--keep-paper is for the feeder: add --source feeder, or leave it out.");
 }
 

@@ -4,6 +4,7 @@
 #include "pmscan/command_line/image_words.h"
 #include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
+#include "wire/document_source.h"
 
 namespace pmscan {
 namespace {
@@ -66,7 +67,7 @@ void RequirePagesFit(const Options& options) {
 }
 
 void RequireEnd(const Options& options) {
-  const bool isFeeder = options.source.option == kFeederOption;
+  const bool isFeeder = options.source.code == pmddb832::kFeeder;
   if (!options.pages && !isFeeder) {
     throw Failure(kUnsupported,
                   "Only the feeder runs out of paper: say with --pages how many pages "

@@ -61,10 +61,10 @@ std::string FocusScanner(const ModuleExports& module, ScannerSettings& settings,
 std::string FeedPage(const ModuleExports& module, ScannerSettings& settings) {
   Session session(module, settings);
   const ScanSource& feeder = SelectFeeder(session, settings);
-  const std::uint32_t before = module.getOptionStatus(feeder.option);
+  const std::uint32_t before = module.getOptionStatus(feeder.code);
   if (before != 0) throw Failure(before);
   module.feed(nullptr);
-  const std::uint32_t behind = module.getOptionStatus(feeder.option);
+  const std::uint32_t behind = module.getOptionStatus(feeder.code);
   if (behind != 0 && behind != kOptionEmpty) throw Failure(behind);
   return "The feeder was told to draw in a page.";
 }
@@ -75,7 +75,7 @@ std::string EjectPage(const ModuleExports& module, ScannerSettings& settings) {
   ScanOneLine(module, settings);
   const ScanSource& feeder = SelectFeeder(session, settings);
   module.eject(nullptr);
-  const std::uint32_t status = module.getOptionStatus(feeder.option);
+  const std::uint32_t status = module.getOptionStatus(feeder.code);
   if (status != 0 && status != kOptionEmpty) throw Failure(status);
   return "The feeder was told to throw out its page.";
 }

@@ -39,7 +39,7 @@ std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettin
                                     std::string(settings.commandLevelText) +
                                     ": leave --focus out.");
   }
-  const std::uint32_t status = module.getOptionStatus(source.option);
+  const std::uint32_t status = module.getOptionStatus(source.code);
   if (status != 0) throw Failure(status);
   const std::uint8_t answer =
       module.setFocus(focus.isAutomatic ? 1 : 0, static_cast<std::uint8_t>(focus.position));
