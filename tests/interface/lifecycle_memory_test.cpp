@@ -71,6 +71,16 @@ TEST_CASE_FIXTURE(Scarce, "no memory for the extended set or its work areas: no 
   CHECK(OpenExtended() == 1);
 }
 
+TEST_CASE_FIXTURE(
+    Scarce, "no memory for an open within the probe, nor for a set behind it: neither opens") {
+  device.Expect({0x1B, 0x49}).Reply({0x02, kAnswersExtended, 0x07, 0x00});
+  device.duringReadOf = 4;
+  device.duringRead = [this] { CHECK(PMOpenScanner(&settings) == 0); };
+  CHECK(OpenWithMemoryFor(2) == 0);
+  CHECK(NothingIsLeft());
+  CHECK(PMGetScanError() == 0);
+}
+
 TEST_CASE_FIXTURE(Scarce, "an extended set without one of its work areas is none") {
   for (std::size_t allocation = 2; allocation < 8; ++allocation) {
     CAPTURE(allocation);
