@@ -62,9 +62,7 @@ void ExtBlockStream::Cancel() {
 bool ExtBlockStream::NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
                               ScanLine& line) {
   const TraceScope trace{"Extcmd::GetScanData"};
-  if (!HasBuffer() || !IsStarted() || plan.linesPerBlock == 0) {
-    return scanner.Fail(kTransferFailed);
-  }
+  if (!HasBuffer() || plan.linesPerBlock == 0) return scanner.Fail(kTransferFailed);
   if (linesDelivered_ % plan.linesPerBlock == 0) {
     lineOffset_ = 0;
     if (!IsOver() && !ReceiveBlock(scanner, call)) return false;
@@ -112,8 +110,8 @@ bool ExtBlockStream::AnswerBlock(GeneralCmd& scanner, Call& call) {
 // received, because a conversion may read beyond it.
 void ExtBlockStream::PointAtLine(const ExtScanPlan& plan, ScanLine& line) {
   std::uint32_t end = receivedBytes_;
-  if (linesDelivered_ >= plan.linesToScan && lineOffset_ <= kDataBufferBytes &&
-      plan.rawLineBytes <= kDataBufferBytes - lineOffset_) {
+  if (linesDelivered_ >= plan.linesToScan &&
+      std::uint64_t{lineOffset_} + plan.rawLineBytes <= kDataBufferBytes) {
     std::memset(buffer_.Data() + lineOffset_, kWhite, plan.rawLineBytes);
     end = std::max(end, lineOffset_ + plan.rawLineBytes);
   }

@@ -44,8 +44,9 @@ class ExtBlockStream {
   // The host wants no more. The lines count from the first one again.
   void Cancel();
 
-  // Moves to the next line, and receives the next block where the line is its first. False with
-  // the last error: kTransferFailed, or what the status of the scanner tells.
+  // Moves to the next line of a transfer that was started, and receives the next block where the
+  // line is its first. False with the last error: kTransferFailed, or what the status of the
+  // scanner tells.
   [[nodiscard]] bool NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
                               ScanLine& line);
 

@@ -30,14 +30,14 @@ class ExtScanCmd final : public GeneralCmd {
   std::uint32_t Open(Call& call) override;
   std::uint32_t GetLastError() override;
   std::uint32_t AbortScan(Call& call) override;
-  void InitAcquire(Call& call, std::uint32_t hostPixelType, ProgressCallback progress,
+  void InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
                    AcquisitionSetup* setup) override;
   void AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bufferBytes,
                     AcquisitionBand* band) override;
   std::uint32_t GetOptionStatus(Call& call, std::uint8_t* mainStatus,
-                                std::uint32_t source) override;
+                                std::uint32_t option) override;
   std::uint8_t SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t position) override;
-  std::uint32_t GetScanPaperSize(Call& call, std::uint32_t source, std::uint32_t* width,
+  std::uint32_t GetScanPaperSize(Call& call, std::uint32_t option, std::uint32_t* width,
                                  std::uint32_t* height) override;
   std::uint32_t InitWorkArea() override;
 

@@ -108,7 +108,6 @@ std::uint32_t ExtScanCmd::InitWorkArea() {
 std::uint32_t ExtScanCmd::Open(Call& call) {
   const TraceScope trace{"Extcmd::Open"};
   if (opened_) return 1;
-  stream_.Close();
   if (call.channel == nullptr || call.channel->Open() == 0) return 0;
   if (BildScannerInfo(call) == 0) {
     spare6_.reset();

@@ -16,13 +16,13 @@ namespace {
 using status::IsSet;
 
 // The bits of a unit count only with its error summary.
-std::uint32_t OptionCondition(std::uint32_t source, const StatusBlock& block) {
+std::uint32_t OptionCondition(std::uint32_t option, const StatusBlock& block) {
   const std::uint8_t feeder = Get(block, status::kFeeder);
   const std::uint8_t unit = Get(block, status::kTransparency);
-  if (source == kFeeder && IsSet(feeder, status::kErrorSummary)) {
+  if (option == kFeeder && IsSet(feeder, status::kErrorSummary)) {
     return status::FeederCondition(feeder);
   }
-  if (source == kTransparencyUnit && IsSet(unit, status::kErrorSummary)) {
+  if (option == kTransparencyUnit && IsSet(unit, status::kErrorSummary)) {
     return status::TransparencyCondition(unit);
   }
   return kNoError;
@@ -31,7 +31,7 @@ std::uint32_t OptionCondition(std::uint32_t source, const StatusBlock& block) {
 }  // namespace
 
 std::uint32_t ExtScanCmd::GetOptionStatus(Call& call, std::uint8_t* mainStatus,
-                                          std::uint32_t source) {
+                                          std::uint32_t option) {
   const TraceScope trace{"Extcmd::GetOptionStatus"};
   LastError() = kNoError;
   StatusBlock& block = *work_.status;
@@ -39,14 +39,14 @@ std::uint32_t ExtScanCmd::GetOptionStatus(Call& call, std::uint8_t* mainStatus,
   const std::uint8_t main = Get(block, status::kMain);
   if (mainStatus != nullptr) *mainStatus = main;
   if (IsSet(main, status::kNotReady)) return kNotReady;
-  const std::uint32_t condition = OptionCondition(source, block);
+  const std::uint32_t condition = OptionCondition(option, block);
   if (condition != kNoError) return condition;
   return IsSet(main, status::kFatalError) ? kScannerError : kNoError;
 }
 
 // The result alone reports a failed query. An option that is selected has the area of this reply,
 // the flatbed that of the open.
-std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t source, std::uint32_t* width,
+std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t option, std::uint32_t* width,
                                            std::uint32_t* height) {
   const TraceScope trace{"Extcmd::GetScanPaperSize"};
   const ErrorCode before = LastError();
@@ -57,8 +57,8 @@ std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t source, std
   const ExtendedIdentity& told = facts_.identity;
   const bool selected = call.settings.scanSource != 0;
   AreaSize area = facts_.flatbed;
-  if (source == kFeeder && selected) area = facts_.option = told.feeder;
-  if (source == kTransparencyUnit && selected) area = told.transparencyUnit;
+  if (option == kFeeder && selected) area = facts_.option = told.feeder;
+  if (option == kTransparencyUnit && selected) area = told.transparencyUnit;
   *width = area.width * told.maximumResolution / 2 / told.basicResolution;
   *height = area.height * told.maximumResolution / 2 / told.basicResolution;
   return kNoError;
@@ -67,9 +67,7 @@ std::uint32_t ExtScanCmd::GetScanPaperSize(Call& call, std::uint32_t source, std
 std::uint32_t ExtScanCmd::EnableOption(Call& call, std::uint32_t value) {
   const TraceScope trace{"Extcmd::EnableOption"};
   const auto sent = static_cast<std::uint8_t>(OptionUnitValue(call.settings, value));
-  if (Extcmd::SendESCOneParam(*this, call, esc::kOptionUnit, sent) == 0) return 0;
-  Put(*work_.parameters, parameter::kOptionUnit, sent);
-  return 1;
+  return Extcmd::SendESCOneParam(*this, call, esc::kOptionUnit, sent);
 }
 
 std::uint8_t ExtScanCmd::SetFocusPos(Call& call, std::uint32_t mode, std::uint8_t position) {

@@ -69,8 +69,8 @@ ErrorCode SetUpError(const ExtScanPlan& plan) {
   return kDataBufferBytes / plan.hostLineBytes == 0 ? kTooLarge : kNoError;
 }
 
-ErrorCode PlanTransfer(ExtScanPlan& plan, const ScannerSettings& settings,
-                       const ExtScannerFacts& facts, std::uint8_t bitsPerSample) {
+bool PlanTransfer(ExtScanPlan& plan, const ScannerSettings& settings, const ExtScannerFacts& facts,
+                  std::uint8_t bitsPerSample) {
   const std::int32_t resolution = Scanutil::InchesToPixelsORWIA(settings.resolution, settings.zoom);
   plan.dotsPerInch = static_cast<std::uint32_t>(resolution);
   plan.left = Pixels(settings.originX, resolution);
@@ -85,16 +85,15 @@ ErrorCode PlanTransfer(ExtScanPlan& plan, const ScannerSettings& settings,
                                    ? PlaceByteAligned(plan.left, plan.width, widthLimit, mirror)
                                    : PlaceInGroupsOf8(plan.left, plan.width, widthLimit, mirror);
   plan.padPixels = placed.padPixels;
-  if (placed.width > kWidestLine) return kAreaBeyondLimits;
-  if (placed.width == 0) return kEmptyLine;
+  if (placed.width == 0 || placed.width > kWidestLine) return false;
   plan.sentLeft = placed.left;
   plan.sentWidth = placed.width;
   plan.linesToScan = plan.top + plan.height > heightLimit ? heightLimit - plan.top : plan.height;
   plan.rawLineBytes = plan.sentWidth * plan.format.bytesPerUnit / plan.format.pixelsPerUnit;
   const std::uint32_t linesPerBlock = PlanLinesPerBlock(plan);
-  if (linesPerBlock == 0) return kTooLarge;
+  if (linesPerBlock == 0) return false;
   plan.linesPerBlock = linesPerBlock;
-  return kNoError;
+  return true;
 }
 
 }  // namespace pmddb832

@@ -29,9 +29,9 @@ ExtScanPlan PlanScan(const ExtScanPlan& before, const ScannerSettings& settings,
 // Why a scan cannot be set up: kAreaBeyondLimits, kEmptyLine, kTooLarge; or kNoError.
 ErrorCode SetUpError(const ExtScanPlan& plan);
 
-// Plans what is sent of the area and how it arrives, as far as the first limit that it exceeds:
-// kAreaBeyondLimits, kEmptyLine, kTooLarge; or kNoError. `facts` have a basic resolution.
-[[nodiscard]] ErrorCode PlanTransfer(ExtScanPlan& plan, const ScannerSettings& settings,
-                                     const ExtScannerFacts& facts, std::uint8_t bitsPerSample);
+// Plans what is sent of the area and how it arrives. False as soon as the line is empty, wider than
+// kWidestLine, or too long for two of it to be a block. `facts` have a basic resolution.
+[[nodiscard]] bool PlanTransfer(ExtScanPlan& plan, const ScannerSettings& settings,
+                                const ExtScannerFacts& facts, std::uint8_t bitsPerSample);
 
 }  // namespace pmddb832

@@ -8,10 +8,10 @@
 
 namespace pmddb832 {
 
-void ExtScanCmd::InitAcquire(Call& call, std::uint32_t hostPixelType, ProgressCallback progress,
+void ExtScanCmd::InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCallback progress,
                              AcquisitionSetup* setup) {
   const TraceScope trace{"Extcmd::InitAcquire"};
-  plan_ = PlanScan(plan_, call.settings, hostPixelType);
+  plan_ = PlanScan(plan_, call.settings, outputFormat);
   stream_.SetUp();
   progress_ = progress;
   const ErrorCode refused = SetUpError(plan_);
@@ -24,10 +24,7 @@ void ExtScanCmd::InitAcquire(Call& call, std::uint32_t hostPixelType, ProgressCa
 
 std::uint32_t ExtScanCmd::SetupScanParameter(Call& call) {
   const TraceScope trace{"Extcmd::SetupScanParameter"};
-  if (facts_.identity.basicResolution == 0) {
-    Fail(kUnreadable);
-    return 0;
-  }
+  if (facts_.identity.basicResolution == 0) return 0;
   PutOptions(*work_.parameters, call.settings, plan_, facts_.highBitDepth);
   if (!SendGamma(call) || !SendColourCorrection(call)) return 0;
   PutFilters(*work_.parameters, call.settings);
@@ -43,12 +40,10 @@ bool ExtScanCmd::SendGamma(Call& call) {
   const auto send = [&](std::uint8_t channel, std::span<const std::uint8_t> table) {
     return Extcmd::SendCorrectionData(*this, call, esc::kGammaTable, channel, table) != 0;
   };
-  const bool sent = settings.monoScan != 0
-                        ? send('M', settings.gammaTableR)
-                        : send('R', settings.gammaTableR) && send('G', settings.gammaTableG) &&
-                              send('B', settings.gammaTableB);
-  if (sent) PutGammaOfTables(*work_.parameters, settings);
-  return sent;
+  PutGammaOfTables(*work_.parameters, settings);
+  if (settings.monoScan != 0) return send('M', settings.gammaTableR);
+  return send('R', settings.gammaTableR) && send('G', settings.gammaTableG) &&
+         send('B', settings.gammaTableB);
 }
 
 bool ExtScanCmd::SendColourCorrection(Call& call) {
@@ -65,11 +60,11 @@ bool ExtScanCmd::SendColourCorrection(Call& call) {
 
 bool ExtScanCmd::SendParameters(Call& call) {
   ParameterBlock& block = *work_.parameters;
-  const ErrorCode refused =
+  const bool planned =
       PlanTransfer(plan_, call.settings, facts_, Get(block, parameter::kBitsPerSample));
   call.settings.areaLeftPx = plan_.left;
   call.settings.areaTopPx = plan_.top;
-  if (refused != kNoError) return Fail(refused);
+  if (!planned) return false;
   PutArea(block, plan_);
   if (Extcmd::SendFSCode(*this, call, fs::kParameters) == 0 || CheckAck(call) == 0) return false;
   return Wire()->Write(call, block) != 0 && CheckAck(call) != 0;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "fuzz/fuzz_host.h"
+#include "fuzz/input.h"
 #include "imaging/pixel_conversion.h"
 
 namespace pmddb832 {

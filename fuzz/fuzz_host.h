@@ -2,54 +2,67 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <optional>
 
-#include "fuzz/fuzz_device.h"
+#include "fuzz/conversation.h"
+#include "fuzz/fuzz_scanner.h"
 #include "interface/scanner_settings.h"
+#include "tests/safety/failing_allocation.h"
 #include "transport/acquisition_records.h"
+#include "transport/general_cmd.h"
 
 namespace pmddb832::fuzz {
 
-// Numbers taken from the front of a fuzz target's input; 0 when it is used up.
-class Input {
- public:
-  explicit Input(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
-  std::uint8_t Byte();
-  std::uint16_t Word();
-  std::span<const std::uint8_t> Take(std::size_t count);
-  std::span<const std::uint8_t> Rest() const { return bytes_; }
-
- private:
-  std::span<const std::uint8_t> bytes_;
-};
-
-// Bytes of the choices in front of a scan's input, and of the record in front of a record's.
-inline constexpr std::size_t kScanChoiceBytes = 32;
-
-// The settings that the choices stand for: any scan that a host may ask for, in sizes that a fuzz
-// target can afford.
-void ApplyScanChoices(Input& input, ScannerSettings& settings);
-
-// A host that loads the module, and unloads it at the end of the scope.
+// A host that loads the module, holds one conversation, and unloads it at the end of the scope.
 class FuzzHost {
  public:
-  explicit FuzzHost(std::span<const std::uint8_t> answers);
+  // The conversation must outlive the host. There is one host at a time.
+  FuzzHost(const Conversation& conversation, Family family);
   ~FuzzHost();
   FuzzHost(const FuzzHost&) = delete;
   FuzzHost& operator=(const FuzzHost&) = delete;
 
-  void Open();
-  // Sets a scan up and acquires it in buffers of exactly `rows` announced lines, at most 64.
-  void Scan(std::uint32_t outputFormat, std::uint32_t rows);
-  void SetUp(std::uint32_t outputFormat, ProgressCallback progress = nullptr);
-  // False when the image is done or the call failed.
-  bool Acquire(std::uint32_t rows, std::uint32_t status = 0);
+  // Opens the scanner, unless the host block says otherwise, and makes all calls.
+  void Converse();
 
-  FuzzDevice device;
+  // Makes the next call, if one is left: each is made once, so that calls within calls come to an
+  // end.
+  void MakeNextCall();
+  bool IsWithinCall() const { return depth_ > 1; }
+
+  void Open();
+  void Unload();
+  // Takes the scan of the host block into the record.
+  void ChooseScan();
+  // Sets a scan up and acquires it in buffers of `rows` announced lines.
+  void Scan(std::uint32_t outputFormat, std::uint32_t rows);
+  void SetUp(std::uint32_t outputFormat, ProgressCallback progress);
+  // A band of `rows` announced lines. False when the image is done, the call failed or the host has
+  // enough.
+  bool Acquire(std::uint32_t rows, std::uint32_t status);
+  bool AcquireInto(std::size_t bytes, std::uint32_t status);
+
+  FuzzScanner device;
   ScannerSettings settings{};
 
  private:
+  struct CommandSet {
+    GeneralCmd* set;
+    bool isExtended;
+  };
+
+  void Surround();
+  void OpenWithLog();
+  void NoteCommandSet();
+  void DestroyFormerCommandSets();
+
+  const Conversation& conversation_;
+  std::optional<tests::AllocationLimit> allocations_;
+  ShortList<CommandSet, 56> commandSets_;  // of all opens since the load, at most two of each
+  std::size_t callsMade_ = 0;
+  int depth_ = 0;
   std::uint32_t lineBytes_ = 0;
+  std::size_t bytesWanted_ = 0;  // in all bands
 };
 
 }  // namespace pmddb832::fuzz

@@ -1,20 +1,22 @@
-// make_seeds FOLDER CAPTURES: writes the seed corpora of the fuzz targets, a folder for each
-// target, from conversations with the simulated scanners and from the captures in a folder.
+// make_seeds FOLDER CAPTURES CORPORA: writes the seeds of the fuzz targets, a folder for each
+// target: conversations that are written here, what simulated scanners and the captures in a folder
+// say, and the corpora in a folder, a file for each target with one input in hexadecimal digits in
+// each line.
 
 #include <array>
-#include <cstring>
+#include <charconv>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "capture/file/capture_reader.h"
-#include "capture/file/settings_text.h"
-#include "fuzz/fuzz_host.h"
+#include "fuzz/conversation_seeds.h"
 #include "fuzz/recording_device.h"
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
@@ -26,88 +28,16 @@ using namespace pmddb832;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t kProcessDetach = 0;
-constexpr std::uint8_t kRows = 7;  // lines of a buffer
 
-struct Scan {
-  std::uint8_t pixelType;
-  std::uint8_t outputFormat;
-  std::uint8_t flags;  // mirror, preview, mono, gamma, colour, halftone, optionS, keepPaper
-  std::uint8_t source;
-};
-
-constexpr std::array<Scan, 14> kScans{{{0, 0, 0x00, 0},
-                                       {0, 0, 0x01, 0},
-                                       {1, 1, 0x00, 0},
-                                       {2, 2, 0x00, 0},
-                                       {2, 2, 0x02, 0},
-                                       {3, 3, 0x00, 0},
-                                       {4, 5, 0x00, 0},
-                                       {5, 5, 0x00, 0},
-                                       {5, 1, 0x18, 0},
-                                       {5, 5, 0x04, 1},
-                                       {6, 6, 0x00, 0},
-                                       {7, 7, 0x00, 0},
-                                       {7, 1, 0x02, 0},
-                                       {8, 8, 0x01, 0}}};
-
-Bytes operator+(Bytes left, const Bytes& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
-Bytes Words(std::initializer_list<std::uint16_t> words) {
-  Bytes bytes;
-  for (const std::uint16_t word : words) {
-    bytes.push_back(static_cast<std::uint8_t>(word));
-    bytes.push_back(static_cast<std::uint8_t>(word >> 8));
-  }
-  return bytes;
-}
-
-// 41 x 20 pixels from (8, 5) at 300 dpi, as ApplyScanChoices reads it.
-Bytes Choices(const Scan& scan) {
-  Bytes choices = Bytes{scan.pixelType} + Words({41, 20, 8, 5, 2, 1, 300, 100, 0xFFFF, 100}) +
-                  Bytes{scan.flags, 0, scan.source, 0, 1, 1};
-  choices.resize(fuzz::kScanChoiceBytes);
-  return choices;
-}
-
-Bytes RecordOf(const ScannerSettings& settings) {
-  Bytes record(sizeof settings);
-  std::memcpy(record.data(), &settings, record.size());
-  return record;
-}
-
-// Calls of calls_fuzzer behind their count, room for twelve of four bytes.
-Bytes Counted(const Bytes& calls) {
-  Bytes counted{12};
-  counted.insert(counted.end(), calls.begin(), calls.end());
-  counted.resize(1 + 4 * 12);
-  return counted;
-}
-
-void Acquire(ScannerSettings& settings, const Scan& scan) {
-  const Bytes choices = Choices(scan);
-  fuzz::Input input(choices);
-  fuzz::ApplyScanChoices(input, settings);
-  AcquisitionSetup setup{};
-  PMInitAcquire(scan.outputFormat, nullptr, &setup);
-  Bytes buffer(std::size_t{setup.lineBytes} * kRows);
-  AcquisitionBand band{kAcquisitionGoOn, 0, 0, 0, 0};
-  while (band.status == kAcquisitionGoOn && band.done == 0) {
-    PMAcquireImage(buffer.data(), static_cast<std::uint32_t>(buffer.size()), &band);
-  }
-}
-
-// What a scanner says while it is opened and, where there is a scan, scanned from.
-Bytes Answers(const std::string& name, const Scan* scan, ScannerSettings& settings) {
+// What a scanner says while it is opened.
+Bytes OpeningAnswers(const std::string& name) {
   const auto scanner =
       simulator::MakeScanner(name, {64, 48, 300, std::vector<std::uint16_t>(9216)});
   fuzz::RecordingDevice device(*scanner);
+  ScannerSettings settings{};
   settings.deviceInterface = &device;
   settings.useDeviceInterface = 1;
   PMOpenScanner(&settings);
-  if (scan != nullptr) Acquire(settings, *scan);
   DllMain(&settings, kProcessDetach, nullptr);
   currentSettings = nullptr;
   extendedSupport = 0;
@@ -138,92 +68,99 @@ class Corpora {
   std::map<std::string, std::size_t> counts_;
 };
 
-void AddScan(const std::string& scanner, const Scan& scan, Corpora& corpora) {
-  ScannerSettings settings{};
-  const Bytes answers = Answers(scanner, &scan, settings);
-  const Bytes front{scan.outputFormat, kRows};
-  corpora.Add("scan_fuzzer", front + Choices(scan) + answers);
-  corpora.Add("record_fuzzer", front + RecordOf(settings) + answers);
-  const Bytes setUp = Bytes{1, 0, 12} + Choices(scan) + Bytes{scan.outputFormat, 2};
-  // open; choose; set up; acquire twice; abort; close
-  corpora.Add("calls_fuzzer", Counted(setUp + Bytes{kRows, 3, kRows, 3, 0, 1, 0, 0}) + answers);
-  // open; choose; set up; acquire, and close within the 20th transfer
-  corpora.Add("calls_fuzzer", Counted(setUp + Bytes{20, 16, kRows, 3, 0, 0}) + answers);
-}
-
-// What a capture holds of the inputs of a fuzz target.
-struct CaptureInput {
-  Bytes opening;  // what the scanner says until the first call has returned
-  Bytes answers;  // and in all
-  ScannerSettings settings{};
-  std::uint8_t outputFormat = 0;
-  bool isOpen = false;
+// What the scanner of a capture says until the first call has returned.
+struct OpeningOfCapture {
+  Bytes answers;
+  bool isOver = false;
 
   void operator()(const capture::Transfer& transfer) {
-    if (transfer.direction != capture::Direction::kFromScanner) return;
-    answers = answers + transfer.bytes.value_or(Bytes());
+    if (isOver || transfer.direction != capture::Direction::kFromScanner) return;
+    const Bytes bytes = transfer.bytes.value_or(Bytes());
+    answers.insert(answers.end(), bytes.begin(), bytes.end());
   }
-  void operator()(const capture::RecordChange& change) { capture::Apply(change, settings); }
-  void operator()(const capture::CallBegin& call) {
-    if (call.name != "PMInitAcquire") return;
-    outputFormat = static_cast<std::uint8_t>(call.arguments.at(0).value);
-  }
-  void operator()(const capture::CallEnd&) {
-    if (!isOpen) opening = answers;
-    isOpen = true;
-  }
+  void operator()(const capture::SettingsChange& /*change*/) {}
+  void operator()(const capture::CallBegin& /*call*/) {}
+  void operator()(const capture::CallEnd& /*call*/) { isOver = true; }
 };
 
 void AddCapture(const std::filesystem::path& file, Corpora& corpora) {
   std::ifstream text(file);
-  CaptureInput input;
+  OpeningOfCapture opening;
   for (const capture::Entry& entry : capture::ReadCapture(text, file.string()).entries) {
-    std::visit(input, entry);
+    std::visit(opening, entry);
   }
-  corpora.Add("open_fuzzer", input.opening);
-  corpora.Add("record_fuzzer",
-              Bytes{input.outputFormat, kRows} + RecordOf(input.settings) + input.answers);
+  corpora.Add("open_fuzzer", opening.answers);
+}
+
+Bytes FromHex(const std::string& digits) {
+  Bytes bytes(digits.size() / 2);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const char* const from = digits.data() + 2 * i;
+    if (std::from_chars(from, from + 2, bytes[i], 16).ptr != from + 2) {
+      throw std::runtime_error("hexadecimal digits expected, there is: " + digits);
+    }
+  }
+  return bytes;
+}
+
+// A file TARGET.hex.
+void AddCorpus(const std::filesystem::path& file, Corpora& corpora) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) corpora.Add(file.stem(), FromHex(line));
 }
 
 // In the order of their names, so that the seeds have the same names every time.
-void AddCaptures(const std::filesystem::path& folder, Corpora& corpora) {
+std::set<std::filesystem::path> FilesOf(const std::filesystem::path& folder) {
   std::set<std::filesystem::path> files;
   for (const auto& file : std::filesystem::directory_iterator(folder)) files.insert(file.path());
-  for (const std::filesystem::path& file : files) AddCapture(file, corpora);
+  return files;
+}
+
+void AddConversations(const std::string& target, fuzz::Family family, Corpora& corpora) {
+  for (const fuzz::Conversation& conversation : fuzz::ConversationSeeds(family)) {
+    Bytes seed(fuzz::kLongestConversation);
+    seed.resize(fuzz::WriteConversation(conversation, seed));
+    corpora.Add(target, seed);
+  }
 }
 
 void AddConversions(Corpora& corpora) {
+  constexpr std::array<std::uint8_t, 2> kPads{3, 0xFB};
   for (std::uint8_t routine = 0; routine < 8; ++routine) {
     for (std::uint8_t flags = 0; flags < 4; ++flags) {
-      const Bytes front{routine, static_cast<std::uint8_t>(flags | 4), 3, 0, 20, 0, 120, 0};
-      corpora.Add("conversion_fuzzer", front + Bytes(120, static_cast<std::uint8_t>(17 * flags)));
+      for (const std::uint8_t pad : kPads) {
+        const std::uint8_t sign = pad < 128 ? 0 : 0xFF;
+        Bytes seed{routine, static_cast<std::uint8_t>(flags | 4), pad, sign, 20, 0, 120, 0};
+        seed.resize(seed.size() + 120, static_cast<std::uint8_t>(17 * flags));
+        corpora.Add("conversion_fuzzer", seed);
+      }
     }
   }
 }
 
-void MakeSeeds(const char* folder, const char* captures) {
+void MakeSeeds(const char* folder, const char* captures, const char* kept) {
+  std::filesystem::remove_all(folder);
   Corpora corpora(folder);
+  AddConversations("extended_fuzzer", fuzz::Family::kExtended, corpora);
+  AddConversations("standard_fuzzer", fuzz::Family::kStandard, corpora);
   for (const std::string& name : simulator::ScannerNames()) {
-    ScannerSettings settings{};
-    corpora.Add("open_fuzzer", Answers(name, nullptr, settings));
+    corpora.Add("open_fuzzer", OpeningAnswers(name));
   }
-  for (const char* scanner : {"extended", "extended:RV3100", "standard", "standard:QM2700"}) {
-    for (const Scan& scan : kScans) AddScan(scanner, scan, corpora);
-  }
-  AddCaptures(captures, corpora);
+  for (const std::filesystem::path& file : FilesOf(captures)) AddCapture(file, corpora);
   AddConversions(corpora);
+  for (const std::filesystem::path& file : FilesOf(kept)) AddCorpus(file, corpora);
   std::cout << "wrote " << corpora.Total() << " seeds to " << folder << "\n";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::cerr << "usage: make_seeds FOLDER CAPTURES\n";
+  if (argc != 4) {
+    std::cerr << "usage: make_seeds FOLDER CAPTURES CORPORA\n";
     return 1;
   }
   try {
-    MakeSeeds(argv[1], argv[2]);
+    MakeSeeds(argv[1], argv[2], argv[3]);
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "make_seeds: " << error.what() << "\n";

@@ -20,8 +20,12 @@ constinit const RowKernels* chosenKernels = nullptr;
 
 }  // namespace
 
+const RowKernels& RowKernelsFor(bool hasSsse3) {
+  return hasSsse3 ? kSsse3Kernels : kScalarKernels;
+}
+
 const RowKernels& FastestRowKernels() {
-  if (chosenKernels == nullptr) chosenKernels = CpuHasSsse3() ? &kSsse3Kernels : &kScalarKernels;
+  if (chosenKernels == nullptr) chosenKernels = &RowKernelsFor(CpuHasSsse3());
   return *chosenKernels;
 }
 

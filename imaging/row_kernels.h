@@ -30,6 +30,9 @@ struct RowKernels {
   PlanesKernel paletteIndices;  // top three bits of each sample to an index into the colour cube
 };
 
+// The fastest routines for a processor with SSSE3, or without.
+const RowKernels& RowKernelsFor(bool hasSsse3);
+
 // The fastest routines for this processor, chosen at the first call.
 const RowKernels& FastestRowKernels();
 

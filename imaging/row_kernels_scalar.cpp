@@ -8,7 +8,7 @@ namespace {
 // Level of a 3-bit sample in the 6 x 6 x 6 colour cube.
 constexpr std::array<std::uint8_t, 8> kCubeLevel{0, 1, 1, 2, 3, 4, 4, 5};
 
-constexpr std::array<std::uint8_t, 512> MakeCubeTable() {
+consteval std::array<std::uint8_t, 512> MakeCubeTable() {
   std::array<std::uint8_t, 512> table{};
   for (std::size_t i = 0; i < table.size(); ++i) {
     table[i] = static_cast<std::uint8_t>(36 * kCubeLevel[i >> 6] + 6 * kCubeLevel[i >> 3 & 7] +

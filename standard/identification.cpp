@@ -22,7 +22,8 @@ constexpr std::uint16_t kStandardSetVariant = 2;
 
 // Every area is divided by the last resolution, so that a list that ends with 0 is refused, also
 // when it does so because a doubled resolution is beyond 16 bits.
-bool StoreResolutions(ScannerSettings& settings, const Identity& identity, StdScannerFacts& facts) {
+bool StoreResolutions(ScannerSettings& settings, const StandardIdentity& identity,
+                      StdScannerFacts& facts) {
   const std::size_t count = identity.resolutionCount;
   const std::uint16_t last = identity.LastResolution();
   const auto doubled = static_cast<std::uint16_t>(2 * last);
@@ -47,7 +48,7 @@ bool StoreResolutions(ScannerSettings& settings, const Identity& identity, StdSc
 }
 
 // False for a level that is not supported; that of a scanner too old for all is not looked at.
-bool StoreCommandLevel(ScannerSettings& settings, const Identity& identity,
+bool StoreCommandLevel(ScannerSettings& settings, const StandardIdentity& identity,
                        StdScannerFacts& facts) {
   settings.commandLevelText[0] = identity.levelLetter;
   settings.commandLevelText[1] = identity.levelDigit;
@@ -138,7 +139,7 @@ std::uint32_t StdScanCmd::GetScanInfo(Call& call) {
   ScannerSettings& settings = call.settings;
   const auto reply = Scmdnt::Inquire(*this, call, esc::kIdentity, replyBuffer_);
   if (!reply.has_value()) return 0;
-  const std::optional<Identity> identity = DecodeIdentity(*reply);
+  const std::optional<StandardIdentity> identity = DecodeIdentity(*reply);
   if (!identity.has_value() || !StoreResolutions(settings, *identity, facts_)) return 0;
   facts_.optionKind = kFlatbed;
   facts_.optionAvailable = false;

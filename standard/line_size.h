@@ -14,8 +14,8 @@ std::uint32_t HostLineBytes(std::uint32_t width, const PixelFormat& format,
 // Room that a raw line may need: whole groups of 8 storage units.
 std::uint32_t RawLineRoom(std::uint32_t width, const PixelFormat& format);
 
-// How often that room a raw line takes at most. The palette's three planes have half a byte a pixel
-// each, and scanners send the samples of the deep types in two bytes in preview mode too.
+// How many such rooms a raw line takes at most, 1 or 2: the palette's three planes have half a byte
+// a pixel each, and scanners send the samples of the deep types in two bytes in preview mode too.
 std::uint32_t RawLineRooms(std::uint32_t pixelType, const PixelFormat& format);
 
 // Whether a host line of that size and what the scanner adds to it fit one transfer; 12-bit colour

@@ -6,8 +6,8 @@
 #include "wire/command_level.h"
 #include "wire/error_codes.h"
 
-// The arithmetic of the scan area, in pixels at the scan resolution, unsigned 32-bit throughout:
-// sums and differences of edges wrap.
+// The arithmetic of the scan area, in pixels at the scan resolution. Numbers are unsigned with 32
+// bits where nothing else is said: sums and differences of edges wrap.
 namespace pmddb832 {
 
 // Greatest zoom x resolution up to which the width of the area follows from that product itself.
@@ -28,6 +28,7 @@ struct ClippedWidth {
   bool tooLarge;  // the width, or the bits of a line, are beyond what the level allows
 };
 
+// Of the `width` pixels, with `bitDepth` bits a sample, those that are sent.
 ClippedWidth ClipWidth(const LevelTraits& level, std::uint8_t bitDepth, std::uint32_t width);
 
 // Lines of an area of `hundredths` of an inch at `resolution`: computed in signed 32-bit numbers.

@@ -1,4 +1,3 @@
-#include <cstring>
 
 #include "interface/scanner_settings.h"
 #include "platform/operating_system.h"
@@ -13,26 +12,10 @@
 namespace pmddb832 {
 namespace {
 
-constexpr std::uint32_t kWindows98 = 3;
-constexpr std::uint32_t kNt5 = 4;
-
-bool IsModel(const ScannerSettings& settings, const char (&name)[8]) {
-  return std::memcmp(settings.modelName, name, sizeof name) == 0;
-}
-
-// Asks for both names at once, deliberately: no model has to wait.
+// The system is asked of what kind it is, and then no model waits: the wait is for a model that has
+// two names at once.
 void WaitForModel(Call& call) {
-  if (call.channel == nullptr) return;
-  const std::uint32_t osKind = call.channel->GetOpsys();
-  if (osKind != kWindows98 && osKind != kNt5) return;
-  const ScannerSettings& settings = call.settings;
-  if (!IsModel(settings, "QM43000") || !IsModel(settings, "QM41000")) return;
-  const std::uint32_t product = std::uint32_t{settings.resolution} * settings.zoom;
-  if (settings.scanSource == 0) {
-    if (product > 80000) platform::SleepMilliseconds(6000);
-  } else if (settings.docFeedOption == kTransparencyUnit && product > 20000) {
-    platform::SleepMilliseconds(12000);
-  }
+  if (call.channel != nullptr) call.channel->GetOpsys();
 }
 
 // What keeps an option unit from scanning. A feeder that reports that it is empty may start all the
@@ -44,6 +27,14 @@ ErrorCode OptionError(const StatusReply& reply, std::uint32_t optionKind) {
   if (isFeeder && status::IsSet(unit, status::kEmpty)) return kNoError;
   if (isFeeder && status::IsSet(unit, status::kOpen)) return kOptionOpen;
   return status::IsSet(unit, status::kJammed) ? kOptionJammed : kNoError;
+}
+
+void SetPixelType(ScanPlan& plan, const ScannerSettings& settings) {
+  const TraceScope trace{"Scmdnt::SetPixelType"};
+  const PixelFormat* format = FindPixelFormat(settings.pixelType, settings.previewMode != 0);
+  if (format == nullptr) return;
+  plan.format = *format;
+  plan.pixelType = settings.pixelType;
 }
 
 }  // namespace
@@ -75,11 +66,7 @@ void StdScanCmd::InitAcquire(Call& call, std::uint32_t outputFormat, ProgressCal
 void StdScanCmd::TakeScan(const ScannerSettings& settings) {
   TakeArea(plan_, settings);
   plan_.sentWidth = plan_.width;
-  const TraceScope trace{"Scmdnt::SetPixelType"};
-  const PixelFormat* format = FindPixelFormat(settings.pixelType, settings.previewMode != 0);
-  if (format == nullptr) return;
-  plan_.format = *format;
-  plan_.pixelType = settings.pixelType;
+  SetPixelType(plan_, settings);
 }
 
 std::uint32_t StdScanCmd::InitiateScan(Call& call) {
@@ -103,7 +90,8 @@ bool StdScanCmd::CheckOptionUnit(Call& call) {
   if (!facts_.optionAvailable || call.settings.scanSource == 0) return true;
   if (Scmdnt::GetStatusNoE(*this, call, facts_.level, replyBuffer_) == 0) return Fail(kUnreadable);
   const ErrorCode error = OptionError(replyBuffer_, facts_.optionKind);
-  return error == kNoError || Fail(error);
+  if (error != kNoError) return Fail(error);
+  return true;
 }
 
 bool StdScanCmd::ChooseBlocks(Call& call) {
@@ -130,7 +118,8 @@ bool StdScanCmd::StartScanner(Call& call) {
 bool StdScanCmd::RequestScan(Call& call) {
   if (Scmdnt::CheckWarmup(*this, call, facts_.level, replyBuffer_) == 0) return false;
   platform::RepaintNow(call.settings.progressWindow);
-  return SendEscCode(call, esc::kStart) != 0 || Fail(kTransferFailed);
+  if (SendEscCode(call, esc::kStart) == 0) return Fail(kTransferFailed);
+  return true;
 }
 
 }  // namespace pmddb832

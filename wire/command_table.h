@@ -45,13 +45,13 @@ namespace commands {
 
 // The commands that are acknowledged: of ESC with the fields of their parameters, whose bytes the
 // fields fill.
-constexpr CommandShape Sets(std::uint8_t letter, std::string_view name,
+consteval CommandShape Sets(std::uint8_t letter, std::string_view name,
                             std::span<const NamedField> parameters) {
   const NamedField& last = parameters.back();
   return {kEsc, letter, name, ReplyKind::kAcknowledge, last.offset + last.width, parameters};
 }
 
-constexpr CommandShape Asks(std::uint8_t prefix, std::uint8_t letter, std::string_view name,
+consteval CommandShape Asks(std::uint8_t prefix, std::uint8_t letter, std::string_view name,
                             ReplyKind reply) {
   return {prefix, letter, name, reply};
 }

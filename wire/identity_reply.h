@@ -20,7 +20,7 @@ inline constexpr std::size_t kMostResolutions =
 
 // What a scanner says of itself. Resolutions are in dots per inch, in the order in which they were
 // reported: the first is taken as the smallest, the last as the greatest.
-struct Identity {
+struct StandardIdentity {
   char levelLetter;
   char levelDigit;
   std::size_t resolutionCount;  // 1 to kMostResolutions
@@ -34,13 +34,13 @@ struct Identity {
 // Decodes the data bytes of the reply, of which only those count that a reply buffer holds. Empty
 // when they do not hold one resolution at least. Each resolution and both numbers of the area are
 // the two bytes behind a marker byte.
-constexpr std::optional<Identity> DecodeIdentity(std::span<const std::uint8_t> data) {
+constexpr std::optional<StandardIdentity> DecodeIdentity(std::span<const std::uint8_t> data) {
   data = data.first(std::min(data.size(), sizeof(ReplyBuffer)));
   if (data.size() < kIdentityFixedBytes + kIdentityResolutionBytes) return std::nullopt;
   const auto numberAt = [data](std::size_t offset) {
     return GetLittleEndian<std::uint16_t>(data.subspan(offset).first<2>());
   };
-  Identity identity{};
+  StandardIdentity identity{};
   identity.levelLetter = static_cast<char>(data[0]);
   identity.levelDigit = static_cast<char>(data[1]);
   identity.resolutionCount = (data.size() - kIdentityFixedBytes) / kIdentityResolutionBytes;

@@ -9,7 +9,7 @@ namespace pmddb832::status {
 
 // main status
 inline constexpr std::uint8_t kFatalError = 0x80;
-inline constexpr std::uint8_t kWarmingUp = 0x02;
+inline constexpr std::uint8_t kWarmUp = 0x02;
 
 // option units
 inline constexpr std::uint8_t kInstalled = 0x80;
@@ -25,7 +25,7 @@ constexpr bool IsSet(std::uint8_t byte, std::uint8_t bit) {
 // What keeps a scan from starting: kNoError, kScannerError or kWarmingUp.
 constexpr ErrorCode StartCondition(std::uint8_t main) {
   if (IsSet(main, kFatalError)) return kScannerError;
-  return IsSet(main, kWarmingUp) ? pmddb832::kWarmingUp : kNoError;
+  return IsSet(main, kWarmUp) ? kWarmingUp : kNoError;
 }
 
 // Condition of a feeder whose error summary is set: the worst comes first.

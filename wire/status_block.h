@@ -21,7 +21,7 @@ inline constexpr std::uint8_t kNotReady = 0x40;  // main status
 inline constexpr std::array kMainNames{
     ValueName{kFatalError, "fatal error", true},
     ValueName{kNotReady, "not ready", true},
-    ValueName{kWarmingUp, "warming up", true},
+    ValueName{kWarmUp, "warming up", true},
 };
 
 inline constexpr std::array kFields{

@@ -33,7 +33,7 @@ inline constexpr std::array kMainNames{
     ValueName{status::kFatalError, "fatal error", true},
     ValueName{kFeederVariant, "feeder variant"},
     ValueName{kSecondFeederCapability, "second feeder capability"},
-    ValueName{status::kWarmingUp, "warming up", true},
+    ValueName{status::kWarmUp, "warming up", true},
 };
 
 inline constexpr std::array kFields{

@@ -44,7 +44,7 @@ inline constexpr std::array kStx{ValueName{pmddb832::kStx, "STX"}};
 // Of the single bytes that host and scanner exchange.
 inline constexpr std::array kControlBytes{
     ValueName{kAck, "ACK"},           ValueName{kFf, "FF eject the page"},
-    ValueName{0x15, "NAK", true},     ValueName{kCan, "CAN cancel"},
+    ValueName{kNak, "NAK", true},     ValueName{kCan, "CAN cancel"},
     ValueName{kEm, "EM feed a page"},
 };
 

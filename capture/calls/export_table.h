@@ -11,8 +11,8 @@
 // plays back or tells a call takes their names from here.
 namespace capture {
 
-// A number of a call.
-struct CallValue {
+// A number that goes into a call or comes out of it: what a call has of it is a Value.
+struct ValueShape {
   std::string_view name;
   std::span<const pmddb832::ValueName> names = {};  // of its values; most numbers have none
 };
@@ -21,8 +21,8 @@ struct ExportRow {
   std::string_view name;
   // In the order of the function's parameters, of a record or an area in that of its members.
   // Those that the call also fills are among the results.
-  std::span<const CallValue> arguments;
-  std::span<const CallValue> results;
+  std::span<const ValueShape> arguments;
+  std::span<const ValueShape> results;
   bool fetchesImage = false;  // the call may read blocks of the picture
 };
 
@@ -38,29 +38,31 @@ inline constexpr std::array kAcquisitionNames{ValueName{1, "go on"}, ValueName{2
 inline constexpr std::array kFreshBufferNames{ValueName{3, "fresh buffer"}};
 inline constexpr std::array kFocusModeNames{ValueName{0, "manual"}, ValueName{1, "automatic"}};
 
-inline constexpr std::array kResult{CallValue{"result"}};
-inline constexpr std::array kOpenResult{CallValue{"result", kOpenNames}};
-inline constexpr std::array kAnswerResult{CallValue{"result", kAnswerNames}};
-inline constexpr std::array kErrorResult{CallValue{"result", names::kErrorCodes}};
-inline constexpr std::array kOption{CallValue{"option", names::kDocumentSources}};
-inline constexpr std::array kValue{CallValue{"value"}};
-inline constexpr std::array kFocus{CallValue{"mode", kFocusModeNames}, CallValue{"position"}};
-inline constexpr std::array kSetupArguments{CallValue{"outputFormat"}, CallValue{"progress"},
-                                            CallValue{"status"},       CallValue{"lineBytes"},
-                                            CallValue{"widthPixels"},  CallValue{"heightLines"}};
-inline constexpr std::array kSetupResults{CallValue{"status", kAcquisitionNames},
-                                          CallValue{"lineBytes"}, CallValue{"widthPixels"},
-                                          CallValue{"heightLines"}};
+inline constexpr std::array kResult{ValueShape{"result"}};
+inline constexpr std::array kOpenResult{ValueShape{"result", kOpenNames}};
+inline constexpr std::array kAnswerResult{ValueShape{"result", kAnswerNames}};
+inline constexpr std::array kErrorResult{ValueShape{"result", names::kErrorCodes}};
+inline constexpr std::array kOption{ValueShape{"option", names::kDocumentSources}};
+inline constexpr std::array kValue{ValueShape{"value"}};
+inline constexpr std::array kFocus{ValueShape{"mode", kFocusModeNames}, ValueShape{"position"}};
+inline constexpr std::array kSetupArguments{ValueShape{"outputFormat"}, ValueShape{"progress"},
+                                            ValueShape{"status"},       ValueShape{"lineBytes"},
+                                            ValueShape{"widthPixels"},  ValueShape{"heightLines"}};
+inline constexpr std::array kSetupResults{ValueShape{"status", kAcquisitionNames},
+                                          ValueShape{"lineBytes"}, ValueShape{"widthPixels"},
+                                          ValueShape{"heightLines"}};
 inline constexpr std::array kBandArguments{
-    CallValue{"bufferBytes"}, CallValue{"status", kFreshBufferNames}, CallValue{"done"},
-    CallValue{"lines"}, CallValue{"bytes"}};
-inline constexpr std::array kBandResults{CallValue{"status", kAcquisitionNames}, CallValue{"done"},
-                                         CallValue{"lines"}, CallValue{"bytes"}};
-inline constexpr std::array kPaperSizeArguments{CallValue{"option", names::kDocumentSources},
-                                                CallValue{"widthPixels"},
-                                                CallValue{"heightPixels"}};
-inline constexpr std::array kPaperSizeResults{CallValue{"result", names::kErrorCodes},
-                                              CallValue{"widthPixels"}, CallValue{"heightPixels"}};
+    ValueShape{"bufferBytes"}, ValueShape{"status", kFreshBufferNames}, ValueShape{"done"},
+    ValueShape{"lines"}, ValueShape{"bytes"}};
+inline constexpr std::array kBandResults{ValueShape{"status", kAcquisitionNames},
+                                         ValueShape{"done"}, ValueShape{"lines"},
+                                         ValueShape{"bytes"}};
+inline constexpr std::array kPaperSizeArguments{ValueShape{"option", names::kDocumentSources},
+                                                ValueShape{"widthPixels"},
+                                                ValueShape{"heightPixels"}};
+inline constexpr std::array kPaperSizeResults{ValueShape{"result", names::kErrorCodes},
+                                              ValueShape{"widthPixels"},
+                                              ValueShape{"heightPixels"}};
 
 }  // namespace calls
 

@@ -7,15 +7,13 @@ namespace capture {
 
 // What a recorded transfer is in the conversation, of which it is the next one.
 inline Part Follow(Conversation& conversation, const Transfer& transfer) {
-  const std::span<const std::uint8_t> bytes = transfer.bytes.has_value()
-                                                  ? std::span<const std::uint8_t>(*transfer.bytes)
-                                                  : std::span<const std::uint8_t>();
+  const bool hasFailed = transfer.result < 0;
   if (transfer.direction == Direction::kFromScanner) {
-    const std::uint8_t lastByte = bytes.empty() ? transfer.lastByte : bytes.back();
-    return conversation.Read({bytes, transfer.delivered, lastByte, transfer.result < 0});
+    if (transfer.bytes.has_value()) return conversation.Read(*transfer.bytes, hasFailed);
+    return conversation.Read({{}, transfer.delivered, transfer.lastByte, hasFailed});
   }
-  const Part part = conversation.Write(bytes);
-  if (transfer.result < 0) conversation.Break();
+  const Part part = conversation.Write(transfer.Kept());
+  if (hasFailed) conversation.Break();
   return part;
 }
 

@@ -46,11 +46,11 @@ void Conversation::Begin(const pmddb832::CommandShape& command) {
     expected_ = Expected::kLetterAcknowledge;
   } else {
     expected_ = Expected::kAcknowledge;
-    plan_ = {};
+    scan_ = {};
   }
-  const bool isRepeatedStart = command.reply == ReplyKind::kBlockHeader && plan_.startIsRepeated;
-  if (!isRepeatedStart || plan_.linesAtOnce) return;
-  picture_ = PictureBlocks::Standard(plan_, {});
+  const bool isRepeatedStart = command.reply == ReplyKind::kBlockHeader && scan_.startIsRepeated;
+  if (!isRepeatedStart || scan_.linesAtOnce) return;
+  picture_ = PictureBlocks::Standard(scan_, {});
   expected_ = Expected::kNothing;
 }
 
@@ -66,13 +66,13 @@ void Conversation::TakeParameters(Bytes bytes) {
   message_.insert(message_.end(), bytes.begin(), bytes.end());
   isWhole_ = message_.size() == command_->parameterBytes;
   if (!isWhole_) return;
-  plan_.Note(*command_, message_);
+  scan_.Note(*command_, message_);
   expected_ = Expected::kAcknowledge;
 }
 
 bool Conversation::TakeBlockAnswer(std::uint8_t byte) {
   const bool awaitsAnswer =
-      picture_.has_value() && picture_->Expected() == PictureBlocks::Next::kAnswer;
+      picture_.has_value() && picture_->Next() == PictureBlocks::Step::kAnswer;
   if (!awaitsAnswer || (byte != pmddb832::kAck && byte != pmddb832::kCan)) return false;
   if (byte == pmddb832::kAck) {
     picture_->TakeAnswer();
@@ -85,8 +85,13 @@ bool Conversation::TakeBlockAnswer(std::uint8_t byte) {
 
 bool Conversation::AwaitsPicture() const {
   if (!picture_.has_value() || expected_ != Expected::kNothing) return false;
-  const PictureBlocks::Next next = picture_->Expected();
-  return next == PictureBlocks::Next::kHeader || next == PictureBlocks::Next::kBlock;
+  const PictureBlocks::Step next = picture_->Next();
+  return next == PictureBlocks::Step::kHeader || next == PictureBlocks::Step::kBlock;
+}
+
+Part Conversation::Read(Bytes bytes, bool hasFailed) {
+  const std::uint8_t lastByte = bytes.empty() ? std::uint8_t{0} : bytes.back();
+  return Read({bytes, bytes.size(), lastByte, hasFailed});
 }
 
 Part Conversation::Read(const Delivery& delivery) {
@@ -104,7 +109,7 @@ Part Conversation::Read(const Delivery& delivery) {
 }
 
 Part Conversation::TakePicture(const Delivery& delivery) {
-  const bool isHeader = picture_->Expected() == PictureBlocks::Next::kHeader;
+  const bool isHeader = picture_->Next() == PictureBlocks::Step::kHeader;
   if (delivery.hasFailed || delivery.count == 0) {
     picture_->End();
   } else if (isHeader) {
@@ -131,10 +136,10 @@ void Conversation::TakeReply(Bytes bytes) {
 
 void Conversation::BeginPicture() {
   if (command_->reply == ReplyKind::kTransferHeader) {
-    picture_ = PictureBlocks::Extended(plan_, message_);
+    picture_ = PictureBlocks::Extended(scan_, message_);
   } else if (command_->reply == ReplyKind::kBlockHeader) {
-    picture_ = PictureBlocks::Standard(plan_, message_);
-    plan_.startIsRepeated = picture_->Expected() == PictureBlocks::Next::kNothing;
+    picture_ = PictureBlocks::Standard(scan_, message_);
+    scan_.startIsRepeated = picture_->Next() == PictureBlocks::Step::kNone;
   }
 }
 

@@ -27,7 +27,7 @@ enum class Part : std::uint8_t {
 // What a read brought.
 struct Delivery {
   std::span<const std::uint8_t> bytes;  // empty where none came, or image data were not kept
-  std::uint32_t count = 0;
+  std::size_t count = 0;
   std::uint8_t lastByte = 0;
   bool hasFailed = false;
 };
@@ -43,6 +43,7 @@ class Conversation {
   Part Write(Bytes bytes);
   // What the bytes are that the host got. Behind a read that failed or brought nothing, nothing
   // more is expected.
+  Part Read(Bytes bytes, bool hasFailed);
   Part Read(const Delivery& delivery);
   // The last write did not get through: nothing more is expected of it.
   void Break() { expected_ = Expected::kNothing; }
@@ -81,7 +82,7 @@ class Conversation {
   const pmddb832::CommandShape* command_ = nullptr;
   std::vector<std::uint8_t> message_;
   bool isWhole_ = true;
-  ScanPlan plan_;
+  AnnouncedScan scan_;
   std::optional<PictureBlocks> picture_;
 };
 

@@ -18,15 +18,15 @@ std::uint32_t NumberIn(Bytes bytes, pmddb832::Field<T, offset>) {
   return pmddb832::GetLittleEndian<T>(bytes.subspan<offset, sizeof(T)>());
 }
 
-std::uint32_t StandardCount(const ScanPlan& plan) {
-  if (!plan.linesAtOnce) return plan.height;
-  if (plan.linesPerBlock == 0) return 0;
-  return (plan.height + plan.linesPerBlock - 1) / plan.linesPerBlock;
+std::uint32_t StandardCount(const AnnouncedScan& scan) {
+  if (!scan.linesAtOnce) return scan.height;
+  if (scan.linesPerBlock == 0) return 0;
+  return (scan.height + scan.linesPerBlock - 1) / scan.linesPerBlock;
 }
 
 }  // namespace
 
-void ScanPlan::Note(const pmddb832::CommandShape& command, Bytes sent) {
+void AnnouncedScan::Note(const pmddb832::CommandShape& command, Bytes sent) {
   namespace standard = pmddb832::standard_parameter;
   if (command.prefix == pmddb832::kFs && command.letter == pmddb832::fs::kParameters) {
     linesPerBlock = NumberIn(sent, pmddb832::parameter::kLinesPerBlock);
@@ -40,8 +40,8 @@ void ScanPlan::Note(const pmddb832::CommandShape& command, Bytes sent) {
   }
 }
 
-PictureBlocks PictureBlocks::Extended(const ScanPlan& plan, Bytes header) {
-  PictureBlocks blocks(plan, true);
+PictureBlocks PictureBlocks::Extended(const AnnouncedScan& scan, Bytes header) {
+  PictureBlocks blocks(scan, true);
   blocks.fullBlockBytes_ = NumberIn(header, transfer::kBlockBytes);
   blocks.fullBlocks_ = NumberIn(header, transfer::kFullBlocks);
   blocks.lastBlockBytes_ = NumberIn(header, transfer::kLastBlockBytes);
@@ -50,38 +50,38 @@ PictureBlocks PictureBlocks::Extended(const ScanPlan& plan, Bytes header) {
   const bool isGood = header.size() >= sizeof(pmddb832::TransferHeader) &&
                       header[0] == pmddb832::kStx && (header[1] & transfer::kError) == 0;
   if (!isGood) return blocks;
-  blocks.next_ = Next::kBlock;
+  blocks.next_ = Step::kBlock;
   blocks.Announce();
   return blocks;
 }
 
-PictureBlocks PictureBlocks::Standard(const ScanPlan& plan, Bytes header) {
-  PictureBlocks blocks(plan, false);
-  blocks.block_.count = StandardCount(plan);
+PictureBlocks PictureBlocks::Standard(const AnnouncedScan& scan, Bytes header) {
+  PictureBlocks blocks(scan, false);
+  blocks.block_.count = StandardCount(scan);
   blocks.block_.statusNames = block_of::kStatusNames;
   const bool isRefused =
       header.size() > 1 && (header[0] != pmddb832::kStx || (header[1] & block_of::kError) != 0);
   if (isRefused) return blocks;
-  blocks.next_ = Next::kHeader;
-  if (plan.linesAtOnce && !header.empty()) blocks.TakeHeader(header);
+  blocks.next_ = Step::kHeader;
+  if (scan.linesAtOnce && !header.empty()) blocks.TakeHeader(header);
   return blocks;
 }
 
-// Extended blocks have no header of their own: the transfer header and the plan tell of them.
+// Extended blocks have no header of their own: the transfer header and the parameters tell of them.
 void PictureBlocks::Announce() {
   const bool isLast = block_.number > fullBlocks_;
   block_.announcedBytes = isLast ? lastBlockBytes_ : fullBlockBytes_;
-  const std::uint64_t linesBefore = std::uint64_t{fullBlocks_} * plan_.linesPerBlock;
-  const std::uint64_t linesLeft = plan_.height - std::min<std::uint64_t>(linesBefore, plan_.height);
-  block_.lines = isLast ? static_cast<std::uint32_t>(linesLeft) : plan_.linesPerBlock;
+  const std::uint64_t linesBefore = std::uint64_t{fullBlocks_} * scan_.linesPerBlock;
+  const std::uint64_t linesLeft = scan_.height - std::min<std::uint64_t>(linesBefore, scan_.height);
+  block_.lines = isLast ? static_cast<std::uint32_t>(linesLeft) : scan_.linesPerBlock;
 }
 
 void PictureBlocks::TakeHeader(Bytes header) {
   block_.status = static_cast<std::uint8_t>(NumberIn(header, block_of::kStatus));
-  block_.lines = plan_.linesAtOnce ? NumberIn(header, block_of::kLines) : 1;
+  block_.lines = scan_.linesAtOnce ? NumberIn(header, block_of::kLines) : 1;
   block_.announcedBytes = std::uint64_t{NumberIn(header, block_of::kLineBytes)} * block_.lines;
   const bool isGood = NumberIn(header, block_of::kStx) == pmddb832::kStx && block_.lines != 0;
-  next_ = isGood ? Next::kBlock : Next::kNothing;
+  next_ = isGood ? Step::kBlock : Step::kNone;
 }
 
 void PictureBlocks::TakeBlock(std::uint64_t bytes, std::uint8_t lastByte) {
@@ -90,12 +90,12 @@ void PictureBlocks::TakeBlock(std::uint64_t bytes, std::uint8_t lastByte) {
   const bool isOver = isExtended_
                           ? block_.number > fullBlocks_ || (lastByte & transfer::kError) != 0
                           : (block_.status & block_of::kLast) != 0;
-  next_ = isOver ? Next::kNothing : Next::kAnswer;
+  next_ = isOver ? Step::kNone : Step::kAnswer;
 }
 
 void PictureBlocks::TakeAnswer() {
   ++block_.number;
-  next_ = isExtended_ ? Next::kBlock : Next::kHeader;
+  next_ = isExtended_ ? Step::kBlock : Step::kHeader;
   if (isExtended_) Announce();
 }
 

@@ -9,7 +9,7 @@
 namespace capture {
 
 // What the parameters say of the scan that is started next. 0 stands for what was not sent yet.
-struct ScanPlan {
+struct AnnouncedScan {
   std::uint32_t linesPerBlock = 0;
   std::uint32_t height = 0;      // lines
   bool linesAtOnce = false;      // ESC d was sent: blocks of several lines
@@ -33,16 +33,17 @@ struct PictureBlock {
 // The blocks of a picture under way: which part of which one is next, and what it holds.
 class PictureBlocks {
  public:
-  enum class Next : std::uint8_t { kNothing, kHeader, kBlock, kAnswer };
+  // What is to come.
+  enum class Step : std::uint8_t { kNone, kHeader, kBlock, kAnswer };
   using Bytes = std::span<const std::uint8_t>;
 
   // Of the scan that FS G started: `header` is the reply to it.
-  static PictureBlocks Extended(const ScanPlan& plan, Bytes header);
+  static PictureBlocks Extended(const AnnouncedScan& scan, Bytes header);
   // Of the scan that ESC G started: `header` is the reply to it, empty where a repeated start is
   // answered with the first line.
-  static PictureBlocks Standard(const ScanPlan& plan, Bytes header);
+  static PictureBlocks Standard(const AnnouncedScan& scan, Bytes header);
 
-  Next Expected() const { return next_; }
+  Step Next() const { return next_; }
   // The block that is next or was last.
   const PictureBlock& Block() const { return block_; }
 
@@ -53,20 +54,21 @@ class PictureBlocks {
   // The host answered the block, and asks for the next one.
   void TakeAnswer();
   // No more will come.
-  void End() { next_ = Next::kNothing; }
+  void End() { next_ = Step::kNone; }
 
  private:
-  PictureBlocks(const ScanPlan& plan, bool isExtended) : plan_(plan), isExtended_(isExtended) {}
+  PictureBlocks(const AnnouncedScan& scan, bool isExtended)
+      : scan_(scan), isExtended_(isExtended) {}
   void Announce();
 
-  ScanPlan plan_;
+  AnnouncedScan scan_;
   bool isExtended_;
   // Of the transfer header, extended blocks only.
   std::uint32_t fullBlockBytes_ = 0;
   std::uint32_t fullBlocks_ = 0;
   std::uint32_t lastBlockBytes_ = 0;
   PictureBlock block_;
-  Next next_ = Next::kNothing;
+  Step next_ = Step::kNone;
 };
 
 }  // namespace capture

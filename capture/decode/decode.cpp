@@ -3,19 +3,11 @@
 #include <variant>
 
 #include "capture/decode/decode_calls.h"
-#include "capture/decode/decode_commands.h"
 #include "capture/decode/decode_narrator.h"
 #include "capture/decode/decode_page.h"
-#include "capture/decode/decode_replies.h"
 
 namespace capture {
 namespace {
-
-using Bytes = std::span<const std::uint8_t>;
-
-std::string BytesText(Bytes bytes) {
-  return Counted(bytes.size(), "byte") + " " + HexText(bytes);
-}
 
 // Puts the entries of a capture together into the calls that they belong to.
 class StoryTeller {
@@ -41,7 +33,7 @@ class StoryTeller {
     isEmpty_ = false;
   }
 
-  void Take(const RecordChange& change) {
+  void Take(const SettingsChange& change) {
     (change.byModule ? byModule_ : byHost_).push_back(change);
   }
 
@@ -71,8 +63,8 @@ class StoryTeller {
   const Capture& capture_;
   std::size_t entry_ = 0;
   Narrator narrator_;
-  std::vector<RecordChange> byHost_;
-  std::vector<RecordChange> byModule_;
+  std::vector<SettingsChange> byHost_;
+  std::vector<SettingsChange> byModule_;
   CallStory story_;
   bool isEmpty_ = true;
   std::vector<CallStory> calls_;
@@ -82,35 +74,6 @@ class StoryTeller {
 
 std::string Decode(const Capture& capture) {
   return LayOut(StoryTeller(capture).Tell());
-}
-
-std::string DescribeWrite(Bytes bytes) {
-  if (const pmddb832::CommandShape* const row = pmddb832::FindCommand(bytes); row != nullptr) {
-    return NameOf(*row);
-  }
-  if (bytes.size() == 1) {
-    if (const auto name = ControlName(bytes[0]); name.has_value()) return *name;
-  }
-  if (bytes.size() == sizeof(pmddb832::ParameterBlock)) {
-    return "parameters: " + Joined(DescribeFields(pmddb832::parameter::kFields, bytes));
-  }
-  return BytesText(bytes);
-}
-
-std::string DescribeWrite(Bytes command, Bytes bytes) {
-  const pmddb832::CommandShape* const row = pmddb832::FindCommand(command);
-  const bool fits =
-      row != nullptr && row->parameterBytes != 0 && bytes.size() == row->parameterBytes;
-  if (!fits) return DescribeWrite(bytes);
-  const std::vector<FieldRow> rows = DescribeParameters(*row, bytes);
-  const std::string values = rows.size() == 1 ? rows.front().value : Joined(rows);
-  return DescribeWrite(command) + ": " + values;
-}
-
-std::string DescribeReply(Bytes command, Bytes reply) {
-  const pmddb832::CommandShape* const row = pmddb832::FindCommand(command);
-  const std::string fields = row == nullptr ? "" : Joined(DescribeReply(row->reply, reply));
-  return fields.empty() ? BytesText(reply) : fields;
 }
 
 }  // namespace capture

@@ -17,14 +17,14 @@ ExportRow RowOf(std::string_view call) {
   return row == nullptr ? ExportRow{} : *row;
 }
 
-std::span<const ValueName> NamesOf(std::span<const CallValue> values, std::string_view name) {
-  for (const CallValue& value : values) {
+std::span<const ValueName> NamesOf(std::span<const ValueShape> values, std::string_view name) {
+  for (const ValueShape& value : values) {
     if (value.name == name) return value.names;
   }
   return {};
 }
 
-FieldRow Describe(const Value& value, std::span<const CallValue> values) {
+FieldRow Describe(const Value& value, std::span<const ValueShape> values) {
   // A call has one result, or several values with names.
   const std::string name = value.name == "result" ? "" : value.name;
   const std::string number = std::to_string(value.value);
@@ -35,7 +35,7 @@ FieldRow Describe(const Value& value, std::span<const CallValue> values) {
   return {name, number};
 }
 
-std::vector<FieldRow> Describe(const std::vector<Value>& told, std::span<const CallValue> values) {
+std::vector<FieldRow> Describe(const std::vector<Value>& told, std::span<const ValueShape> values) {
   std::vector<FieldRow> rows;
   rows.reserve(told.size());
   for (const Value& value : told) rows.push_back(Describe(value, values));
@@ -52,9 +52,9 @@ std::vector<FieldRow> DescribeResults(const CallEnd& call) {
   return Describe(call.results, RowOf(call.name).results);
 }
 
-std::string DescribeChanges(const std::vector<RecordChange>& changes) {
+std::string DescribeChanges(const std::vector<SettingsChange>& changes) {
   std::vector<FieldRow> rows;
-  for (const RecordChange& change : changes) {
+  for (const SettingsChange& change : changes) {
     const std::string value = ValueText(change);
     const std::string count = std::to_string(change.bytes.size()) + " bytes";
     rows.push_back({std::string(FieldAt(change.offset).name), value.empty() ? count : value});

@@ -15,6 +15,6 @@ std::string DescribeArguments(const CallBegin& call);
 std::vector<FieldRow> DescribeResults(const CallEnd& call);
 
 // Members of the settings record with their new values: "resolution 300, gamma 100".
-std::string DescribeChanges(const std::vector<RecordChange>& changes);
+std::string DescribeChanges(const std::vector<SettingsChange>& changes);
 
 }  // namespace capture

@@ -1,5 +1,6 @@
 #include "capture/decode/decode_commands.h"
 
+#include "capture/file/number_text.h"
 #include "wire/value_names.h"
 
 namespace capture {

@@ -42,6 +42,13 @@ const ValueName* FindName(std::uint32_t value, std::span<const ValueName> names)
   return row == names.end() ? nullptr : &*row;
 }
 
+// The value under its name: "on (1)"; a number that has none stays a number.
+std::string ChoiceText(std::uint32_t value, std::span<const ValueName> names) {
+  const ValueName* const row = FindName(value, names);
+  if (row == nullptr) return CodeText(value);
+  return std::string(row->name) + " (" + CodeText(value) + ")";
+}
+
 std::string FlagsText(std::uint32_t value, std::span<const ValueName> names) {
   std::string text;
   for (const ValueName& bit : names) {
@@ -75,7 +82,7 @@ std::string SignedText(std::uint32_t value, std::size_t width) {
 }
 
 std::string PositionText(std::uint32_t value, const NamedField& field) {
-  if (FindName(value, field.names) != nullptr) return DescribeValue(value, field.names);
+  if (FindName(value, field.names) != nullptr) return ChoiceText(value, field.names);
   const auto wire = static_cast<std::int32_t>(value);
   return std::to_string(wire - pmddb832::kFocusOffset) + " (" + HexNumber(value) + ")";
 }
@@ -87,7 +94,7 @@ std::string ValueText(const NamedField& field, Bytes bytes) {
     case FieldShape::kSigned:
       return SignedText(value, field.width);
     case FieldShape::kChoice:
-      return DescribeValue(value, field.names);
+      return ChoiceText(value, field.names);
     case FieldShape::kFlags:
       return FlagsWithCode(value, field.names);
     case FieldShape::kCode:
@@ -143,12 +150,6 @@ std::string Joined(const std::vector<FieldRow>& rows) {
   return text;
 }
 
-std::string DescribeValue(std::uint32_t value, std::span<const ValueName> names) {
-  const ValueName* const row = FindName(value, names);
-  if (row == nullptr) return CodeText(value);
-  return std::string(row->name) + " (" + CodeText(value) + ")";
-}
-
 std::string HexText(Bytes bytes) {
   std::string text;
   for (const std::uint8_t byte : bytes.first(std::min(bytes.size(), kMostBytesShown))) {
@@ -159,10 +160,6 @@ std::string HexText(Bytes bytes) {
 
 std::string HexNumber(std::uint32_t value) {
   return "0x" + HexDigits(value);
-}
-
-std::string Counted(std::uint64_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 }  // namespace capture

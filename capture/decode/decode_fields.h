@@ -31,16 +31,10 @@ std::string DescribeOtherBytes(std::span<const pmddb832::NamedField> fields,
 // "left 8 pixels, top 24 lines".
 std::string Joined(const std::vector<FieldRow>& rows);
 
-// The value under its name: "on (1)"; a number that has none stays a number.
-std::string DescribeValue(std::uint32_t value, std::span<const pmddb832::ValueName> names);
-
 // At most the first sixteen bytes: "1B 49".
 std::string HexText(std::span<const std::uint8_t> bytes);
 
 // "0x13".
 std::string HexNumber(std::uint32_t value);
-
-// "1 byte", "12 bytes".
-std::string Counted(std::uint64_t count, const std::string& noun);
 
 }  // namespace capture

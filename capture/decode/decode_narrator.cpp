@@ -8,6 +8,7 @@
 #include "capture/conversation/captured_conversation.h"
 #include "capture/decode/decode_commands.h"
 #include "capture/decode/decode_replies.h"
+#include "capture/file/number_text.h"
 
 namespace capture {
 namespace {
@@ -102,7 +103,7 @@ void Narrator::NoteWait(const Transfer& transfer) {
 }
 
 void Narrator::TakeWrite(const Transfer& transfer) {
-  const std::vector<std::uint8_t> bytes = transfer.bytes.value_or(std::vector<std::uint8_t>{});
+  const Bytes bytes = transfer.Kept();
   // Once it is answered, the next block is the one under way.
   const std::optional<PictureBlocks> picture = conversation_.Picture();
   const Part part = Follow(conversation_, transfer);
@@ -176,8 +177,8 @@ void Narrator::TakePicture(const Transfer& transfer) {
   if (hasFailed || transfer.delivered == 0) return;
   if (part == Part::kBlock) {
     for (const FieldRow& row : DescribeBlock(picture.Block())) Add(row);
-  } else if (picture.Expected() == PictureBlocks::Next::kNothing) {
-    AddTrouble(DescribeBadHeader(transfer.bytes.value_or(std::vector<std::uint8_t>{})));
+  } else if (picture.Next() == PictureBlocks::Step::kNone) {
+    AddTrouble(DescribeBadHeader(transfer.Kept()));
   }
 }
 

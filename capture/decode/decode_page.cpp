@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdio>
 
+#include "capture/file/number_text.h"
+
 namespace capture {
 namespace {
 
@@ -116,13 +118,11 @@ void AddCall(Page& page, const CallStory& call) {
   if (!call.settingsByModule.empty()) {
     page.AddWrapped(2, "settings by the module: " + call.settingsByModule);
   }
-  if (call.isOpen && !call.heading.empty()) {
+  if (call.IsCutOff()) {
     page.Add(2, "the capture ends here, before the call returned", true);
     return;
   }
-  const bool isToldInHeading =
-      call.settingsByHost.empty() && call.exchanges.empty() && call.settingsByModule.empty();
-  if (!call.results.empty() && !isToldInHeading) {
+  if (!call.results.empty() && !call.IsToldInHeading()) {
     page.AddWrapped(2, "returned " + call.results, call.failed);
   }
 }
@@ -142,7 +142,7 @@ std::string BlocksText(const std::vector<CallStory>& calls, std::size_t from, st
 }
 
 bool HasTrouble(const CallStory& call) {
-  return call.failed || (call.isOpen && !call.heading.empty()) ||
+  return call.failed || call.IsCutOff() ||
          std::any_of(call.exchanges.begin(), call.exchanges.end(),
                      [](const Exchange& exchange) { return exchange.hasTrouble; });
 }

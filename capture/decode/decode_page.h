@@ -19,6 +19,8 @@ struct CallStory {
   bool failed = false;
   bool isOpen = true;  // no end of it was recorded
 
+  // It never returned.
+  bool IsCutOff() const { return isOpen && !heading.empty(); }
   // Nothing happened in it but that it returned.
   bool IsToldInHeading() const;
   // The same but for time, blocks and numbers that only count.

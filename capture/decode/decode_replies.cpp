@@ -1,6 +1,7 @@
 #include "capture/decode/decode_replies.h"
 
 #include "capture/decode/decode_commands.h"
+#include "capture/file/number_text.h"
 #include "wire/identity_reply.h"
 #include "wire/reply_shapes.h"
 
@@ -16,7 +17,7 @@ bool IsStartByte(const pmddb832::NamedField& field) {
   return field.names.data() == pmddb832::names::kStx.data();
 }
 
-std::string ResolutionsText(const pmddb832::Identity& identity) {
+std::string ResolutionsText(const pmddb832::StandardIdentity& identity) {
   std::string text;
   for (std::size_t i = 0; i < identity.resolutionCount; ++i) {
     text.append(i == 0 ? "" : ", ").append(std::to_string(identity.resolutions[i]));
@@ -25,7 +26,7 @@ std::string ResolutionsText(const pmddb832::Identity& identity) {
 }
 
 void DescribeLevel(Bytes data, std::vector<FieldRow>& rows) {
-  const std::optional<pmddb832::Identity> identity = pmddb832::DecodeIdentity(data);
+  const std::optional<pmddb832::StandardIdentity> identity = pmddb832::DecodeIdentity(data);
   if (!identity.has_value()) {
     rows.push_back({"data", "not one resolution in " + Counted(data.size(), "byte"), true});
     return;
@@ -65,16 +66,11 @@ FieldRow StatusRow(std::uint8_t status, std::span<const pmddb832::ValueName> nam
 
 FieldRow DescribeAcknowledge(std::uint8_t byte) {
   if (byte == pmddb832::kAck) return {"answer", "ACK"};
-  const std::optional<std::string> name = ControlName(byte);
-  if (name == "NAK") return {"answer", "NAK", true};
+  if (byte == pmddb832::kNak) return {"answer", "NAK", true};
   return {"answer", HexNumber(byte) + ", neither ACK nor NAK", true};
 }
 
 std::vector<FieldRow> DescribeReply(ReplyKind kind, Bytes reply) {
-  if (kind == ReplyKind::kAcknowledge) {
-    if (reply.empty()) return {};
-    return {DescribeAcknowledge(reply[0])};
-  }
   const ReplyShape& row = pmddb832::ReplyShapeOf(kind);
   std::vector<FieldRow> rows = FieldsBehindStart(row, reply);
   if (kind == ReplyKind::kHeaderOnly && reply.size() > 1) {

@@ -14,7 +14,8 @@ namespace capture {
 // A one-byte answer: "ACK", "NAK", "0x37, neither ACK nor NAK".
 FieldRow DescribeAcknowledge(std::uint8_t byte);
 
-// The fields of a whole reply to a command, the header of an information reply included. Where it
+// The fields of a whole reply that is more than an acknowledge, the header of an information reply
+// included. Where it
 // is not what the command asks for, a row says so.
 std::vector<FieldRow> DescribeReply(pmddb832::ReplyKind kind, std::span<const std::uint8_t> reply);
 

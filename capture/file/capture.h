@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -29,18 +30,30 @@ struct Transfer {
   // the block.
   std::uint8_t lastByte = 0;
 
+  // The bytes; empty where there are none.
+  std::span<const std::uint8_t> Kept() const {
+    return bytes.has_value() ? std::span<const std::uint8_t>(*bytes)
+                             : std::span<const std::uint8_t>();
+  }
+
   bool operator==(const Transfer&) const = default;
 };
+
+// What was delivered where nothing else is told.
+inline std::uint32_t UsuallyDelivered(const Transfer& transfer) {
+  const bool failedWrite = transfer.direction == Direction::kToScanner && transfer.result < 0;
+  return failedWrite ? 0 : transfer.requested;
+}
 
 // A member of the settings record that changed: by the host before the call that follows, or by
 // the module during the call whose end follows. The record is all zero at first. Its two pointers
 // are never among them.
-struct RecordChange {
+struct SettingsChange {
   bool byModule = false;
   std::uint32_t offset = 0;         // of the member, as in kScannerSettingsFields
   std::vector<std::uint8_t> bytes;  // its whole new value
 
-  bool operator==(const RecordChange&) const = default;
+  bool operator==(const SettingsChange&) const = default;
 };
 
 // A named number that went into a call or came out of it.
@@ -70,7 +83,7 @@ struct CallEnd {
   bool operator==(const CallEnd&) const = default;
 };
 
-using Entry = std::variant<CallBegin, RecordChange, Transfer, CallEnd>;
+using Entry = std::variant<CallBegin, SettingsChange, Transfer, CallEnd>;
 
 // A whole conversation in its order.
 struct Capture {

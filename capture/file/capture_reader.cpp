@@ -2,6 +2,7 @@
 
 #include "capture/file/capture_writer.h"
 #include "capture/file/crc32.h"
+#include "capture/file/number_text.h"
 #include "capture/file/settings_text.h"
 #include "capture/file/text_lines.h"
 
@@ -68,19 +69,18 @@ class Reader {
   }
 
   static void ReadLengths(TextLine& line, Transfer& transfer) {
-    const bool isWrite = transfer.direction == Direction::kToScanner;
     transfer.requested = TakeLength(line, "how many bytes the module asked to move");
-    transfer.delivered = transfer.requested;
     const bool tellsDelivered = line.TakeIf("got");
     if (tellsDelivered) transfer.delivered = TakeLength(line, "how many bytes came");
     if (transfer.delivered > transfer.requested) {
-      line.RefuseWord("at most the " + CountOfBytes(transfer.requested) + " that were asked for",
+      line.RefuseWord("at most the " + Counted(transfer.requested, "byte") + " that were asked for",
                       "Correct one of the lengths");
     }
-    if (!line.TakeIf("result")) return;
-    transfer.result =
-        static_cast<std::int32_t>(line.TakeHex("the device interface's result", kChecksumDigits));
-    if (isWrite && !tellsDelivered && transfer.result < 0) transfer.delivered = 0;
+    if (line.TakeIf("result")) {
+      transfer.result =
+          static_cast<std::int32_t>(line.TakeHex("the device interface's result", kChecksumDigits));
+    }
+    if (!tellsDelivered) transfer.delivered = UsuallyDelivered(transfer);
   }
 
   static std::uint32_t TakeLength(TextLine& line, const char* expected) {
@@ -91,9 +91,9 @@ class Reader {
     const LinePlace place = line.Place();
     transfer.isImage = true;
     transfer.checksum = line.TakeHex("the CRC-32 of the bytes", kChecksumDigits);
-    if (!line.TakeIf("last")) {
-      line.Take("last, and the last byte");
-      line.RefuseWord("last, and the last byte", "Write the last byte of the block there");
+    constexpr const char* kExpected = "last, and the last byte";
+    if (line.Take(kExpected) != "last") {
+      line.RefuseWord(kExpected, "Write the last byte of the block there");
     }
     transfer.lastByte = static_cast<std::uint8_t>(line.TakeHex("the last byte", 2));
     if (line.IsAtEnd()) return transfer;
@@ -111,19 +111,18 @@ class Reader {
     corrected.lastByte = last;
     corrected.bytes.reset();
     Refuse(place, {"the checksum and the last byte of the bytes below", "others",
-                   "Make the line \"" + Headline(corrected) + " :\" if the bytes are right"});
+                   "Make the line \"" + EntryText(corrected) + " :\" if the bytes are right"});
   }
 
   Bytes ReadBytes(TextLine& line, std::size_t expected) {
-    if (line.Take("a colon and " + CountOfBytes(expected)) != ":") {
-      line.RefuseWord("a colon and " + CountOfBytes(expected), "Put a colon in front of the bytes");
-    }
+    const std::string wanted = "a colon and " + Counted(expected, "byte");
+    if (line.Take(wanted) != ":") line.RefuseWord(wanted, "Put a colon in front of the bytes");
     return TakeByteRows(lines_, line, expected);
   }
 
-  RecordChange ReadChange(TextLine& line, bool byModule) {
+  SettingsChange ReadChange(TextLine& line, bool byModule) {
     const SettingsField& field = TakeField(line);
-    RecordChange change{byModule, static_cast<std::uint32_t>(field.offset), {}};
+    SettingsChange change{byModule, static_cast<std::uint32_t>(field.offset), {}};
     change.bytes = line.TakeIf("=") ? ReadValue(line, field) : ReadBytes(line, field.width);
     return change;
   }
@@ -144,6 +143,7 @@ class Reader {
 
   CallBegin ReadCall(TextLine& line) {
     RequireNoOpenCall(line);
+    openCall_ = result_.entries.size();
     CallBegin call{line.Take("the name of an export"), {}, now_};
     while (!line.IsAtEnd()) call.arguments.push_back(TakeValue(line));
     return call;
@@ -154,6 +154,7 @@ class Reader {
     call.name = line.Take("the name of an export");
     call.microseconds = now_;
     RequireOpenCall(line, call.name);
+    openCall_.reset();
     while (!line.IsAtEnd() && !call.imageChecksum.has_value()) {
       if (line.TakeIf("crc")) {
         call.imageChecksum = line.TakeHex("the CRC-32 of the lines", kChecksumDigits);
@@ -165,35 +166,27 @@ class Reader {
     return call;
   }
 
-  // The entry of the call that has not returned; nothing outside of calls.
-  std::optional<std::size_t> OpenCall() const {
-    for (std::size_t i = result_.entries.size(); i-- > 0;) {
-      if (std::holds_alternative<CallEnd>(result_.entries[i])) break;
-      if (std::holds_alternative<CallBegin>(result_.entries[i])) return i;
-    }
-    return std::nullopt;
+  const std::string& OpenCall() const {
+    return std::get<CallBegin>(result_.entries[*openCall_]).name;
   }
 
   // "the return of PMFeed, which line 2 calls".
-  std::string ReturnOf(std::size_t entry) const {
-    return "the return of " + std::get<CallBegin>(result_.entries[entry]).name + ", which line " +
-           std::to_string(result_.lines[entry]) + " calls";
+  std::string OpenCallsReturn() const {
+    return "the return of " + OpenCall() + ", which line " +
+           std::to_string(result_.lines[*openCall_]) + " calls";
   }
 
   void RequireOpenCall(const TextLine& line, const std::string& name) const {
-    const std::optional<std::size_t> open = OpenCall();
-    if (!open.has_value()) {
+    if (!openCall_.has_value()) {
       line.RefuseWord("a call in front of its return", "Add the call, or take the line away");
     }
-    if (std::get<CallBegin>(result_.entries[*open]).name == name) return;
-    line.RefuseWord(ReturnOf(*open), "Correct one of the two lines");
+    if (OpenCall() != name) line.RefuseWord(OpenCallsReturn(), "Correct one of the two lines");
   }
 
   void RequireNoOpenCall(const TextLine& line) const {
-    const std::optional<std::size_t> open = OpenCall();
-    if (!open.has_value()) return;
+    if (!openCall_.has_value()) return;
     Refuse(line.Place(),
-           {ReturnOf(*open), "a call", "Add the return, or take one of the calls away"});
+           {OpenCallsReturn(), "a call", "Add the return, or take one of the calls away"});
   }
 
   static Value TakeValue(TextLine& line) {
@@ -209,7 +202,8 @@ class Reader {
 
   TextLines lines_;
   Capture result_;
-  std::uint64_t now_ = 0;  // an entry without a time has that of the one before
+  std::optional<std::size_t> openCall_;  // the entry of the call that has not returned
+  std::uint64_t now_ = 0;                // an entry without a time has that of the one before
 };
 
 }  // namespace

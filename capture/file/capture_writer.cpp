@@ -24,7 +24,7 @@ void AppendHex(std::string& text, std::uint64_t value, int digits) {
   }
 }
 
-std::string HexText(std::uint32_t value) {
+std::string EightDigits(std::uint32_t value) {
   std::string text;
   AppendHex(text, value, 8);
   return text;
@@ -39,7 +39,7 @@ std::string SecondsText(std::uint64_t microseconds) {
 // The line with its time in a column of its own, so that a comparison can cut it off.
 std::string Timed(std::string line, std::uint64_t microseconds) {
   line.append(line.size() < kTimeColumn ? kTimeColumn - line.size() : 1, ' ');
-  return line + "@" + SecondsText(microseconds) + "\n";
+  return line + "@" + SecondsText(microseconds);
 }
 
 void AppendSpaced(std::string& text, Bytes bytes) {
@@ -52,9 +52,8 @@ void AppendSpaced(std::string& text, Bytes bytes) {
 std::string Rows(Bytes bytes) {
   std::string text;
   for (; !bytes.empty(); bytes = bytes.subspan(std::min(kRowBytes, bytes.size()))) {
-    text += "    +";
+    text += "\n    +";
     AppendSpaced(text, bytes.first(std::min(kRowBytes, bytes.size())));
-    text += '\n';
   }
   return text;
 }
@@ -76,34 +75,27 @@ std::string ImageRows(Bytes bytes) {
   while (!bytes.empty()) {
     const Bytes row = bytes.first(std::min(kImageRowBytes, bytes.size()));
     const std::size_t repetitions = CountRepetitions(bytes);
-    text += "    + ";
+    text += "\n    + ";
     for (const std::uint8_t byte : row) AppendHex(text, byte, 2);
-    text += '\n';
-    if (repetitions > 0) text += "    * " + std::to_string(repetitions) + "\n";
+    if (repetitions > 0) text += "\n    * " + std::to_string(repetitions);
     bytes = bytes.subspan(row.size() * (repetitions + 1));
   }
   return text;
 }
 
-// What is behind the colon, and the rows below: few bytes stay on the line.
-struct ByteText {
-  std::string onLine;
-  std::string below;
+// The line of an entry without its indentation and time, and the rows below it, each behind its
+// line feed.
+struct Parts {
+  std::string line;
+  std::string rows;
 };
 
-ByteText TextOf(Bytes bytes) {
-  ByteText text{" :", {}};
-  if (bytes.size() > kRowBytes) {
-    text.below = Rows(bytes);
-  } else {
-    AppendSpaced(text.onLine, bytes);
-  }
-  return text;
-}
-
-std::uint32_t UsuallyDelivered(const Transfer& transfer) {
-  const bool failedWrite = transfer.direction == Direction::kToScanner && transfer.result < 0;
-  return failedWrite ? 0 : transfer.requested;
+// Few bytes stay on the line.
+Parts WithBytes(std::string line, Bytes bytes) {
+  line += " :";
+  if (bytes.size() > kRowBytes) return {line, Rows(bytes)};
+  AppendSpaced(line, bytes);
+  return {line, {}};
 }
 
 std::string LengthsText(const Transfer& transfer) {
@@ -113,37 +105,34 @@ std::string LengthsText(const Transfer& transfer) {
     text += " got " + std::to_string(transfer.delivered);
   }
   if (transfer.result != 0) {
-    text += " result " + HexText(static_cast<std::uint32_t>(transfer.result));
+    text += " result " + EightDigits(static_cast<std::uint32_t>(transfer.result));
   }
   return text;
 }
 
 std::string ImageText(const Transfer& transfer) {
-  std::string text = " crc " + HexText(transfer.checksum) + " last ";
+  std::string text = " crc " + EightDigits(transfer.checksum) + " last ";
   AppendHex(text, transfer.lastByte, 2);
   return text;
 }
 
-// The line without its indentation and time, and the rows below it.
-ByteText Parts(const Transfer& transfer) {
-  ByteText parts{LengthsText(transfer), {}};
+Parts PartsOf(const Transfer& transfer) {
+  const std::string lengths = LengthsText(transfer);
   if (transfer.isImage) {
-    parts.onLine += ImageText(transfer);
-    if (!transfer.bytes.has_value()) return parts;
-    return {parts.onLine + " :", ImageRows(*transfer.bytes)};
+    const std::string line = lengths + ImageText(transfer);
+    if (!transfer.bytes.has_value()) return {line, {}};
+    return {line + " :", ImageRows(*transfer.bytes)};
   }
-  if (!transfer.bytes.has_value() || transfer.bytes->empty()) return parts;
-  const ByteText bytes = TextOf(*transfer.bytes);
-  return {parts.onLine + bytes.onLine, bytes.below};
+  if (!transfer.bytes.has_value() || transfer.bytes->empty()) return {lengths, {}};
+  return WithBytes(lengths, *transfer.bytes);
 }
 
-ByteText Parts(const RecordChange& change) {
+Parts PartsOf(const SettingsChange& change) {
   const std::string place =
       (change.byModule ? "module " : "host ") + std::string(FieldAt(change.offset).name);
   const std::string value = ValueText(change);
   if (!value.empty()) return {place + " = " + value, {}};
-  const ByteText bytes = TextOf(change.bytes);
-  return {place + bytes.onLine, bytes.below};
+  return WithBytes(place, change.bytes);
 }
 
 std::string ValuesText(const std::vector<Value>& values) {
@@ -152,32 +141,30 @@ std::string ValuesText(const std::vector<Value>& values) {
   return text;
 }
 
-ByteText Parts(const CallBegin& call) {
+Parts PartsOf(const CallBegin& call) {
   return {"call " + call.name + ValuesText(call.arguments), {}};
 }
 
-ByteText Parts(const CallEnd& call) {
+Parts PartsOf(const CallEnd& call) {
   std::string line = "return " + call.name + ValuesText(call.results);
-  if (call.imageChecksum.has_value()) line += " crc " + HexText(*call.imageChecksum);
+  if (call.imageChecksum.has_value()) line += " crc " + EightDigits(*call.imageChecksum);
   return {line, {}};
 }
 
 struct Formatter {
   std::string operator()(const Transfer& transfer) const {
-    const ByteText parts = Parts(transfer);
-    return Timed(std::string(kInCall) + parts.onLine, transfer.microseconds) + parts.below;
+    const Parts parts = PartsOf(transfer);
+    return Timed(std::string(kInCall) + parts.line, transfer.microseconds) + parts.rows + "\n";
   }
-  std::string operator()(const RecordChange& change) const {
-    const ByteText parts = Parts(change);
-    return (change.byModule ? std::string(kInCall) : std::string()) + parts.onLine + "\n" +
-           parts.below;
+  std::string operator()(const SettingsChange& change) const {
+    return (change.byModule ? std::string(kInCall) : std::string()) + EntryText(change) + "\n";
   }
   std::string operator()(const CallBegin& call) const {
-    return Timed(Parts(call).onLine, call.microseconds);
+    return Timed(EntryText(call), call.microseconds) + "\n";
   }
   // A blank line sets the calls apart.
   std::string operator()(const CallEnd& call) const {
-    return Timed(Parts(call).onLine, call.microseconds) + "\n";
+    return Timed(EntryText(call), call.microseconds) + "\n\n";
   }
 };
 
@@ -202,8 +189,9 @@ std::string FormatEntry(const Entry& entry) {
   return std::visit(Formatter{}, entry);
 }
 
-std::string Headline(const Entry& entry) {
-  return std::visit([](const auto& kind) { return Parts(kind).onLine; }, entry);
+std::string EntryText(const Entry& entry) {
+  const Parts parts = std::visit([](const auto& kind) { return PartsOf(kind); }, entry);
+  return parts.line + parts.rows;
 }
 
 }  // namespace capture

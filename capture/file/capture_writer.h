@@ -27,7 +27,7 @@ class CaptureWriter {
 // An entry as lines of text, each with its line feed.
 std::string FormatEntry(const Entry& entry);
 
-// Its first line without the time and the line feed, for messages.
-std::string Headline(const Entry& entry);
+// The same without indentation of the first line, time and last line feed, for messages.
+std::string EntryText(const Entry& entry);
 
 }  // namespace capture

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "capture/file/text_line.h"
+#include "capture/file/number_text.h"
 
 namespace capture {
 namespace {
@@ -149,7 +149,7 @@ const SettingsField& FieldAt(std::uint32_t offset) {
   return *found;
 }
 
-std::string ValueText(const RecordChange& change) {
+std::string ValueText(const SettingsChange& change) {
   const SettingsField& field = FieldAt(change.offset);
   const std::string text = Write(FormOf(field), change.bytes);
   return ParseValue(field, text) == change.bytes ? text : std::string();
@@ -188,9 +188,9 @@ std::string ExpectedValue(const SettingsField& field) {
   }
 }
 
-std::vector<RecordChange> Compare(const ScannerSettings& before, const ScannerSettings& after,
-                                  bool byModule) {
-  std::vector<RecordChange> changes;
+std::vector<SettingsChange> Compare(const ScannerSettings& before, const ScannerSettings& after,
+                                    bool byModule) {
+  std::vector<SettingsChange> changes;
   for (const SettingsField& field : kScannerSettingsFields) {
     if (FormOf(field) == ValueForm::kPointer) continue;
     const std::uint8_t* const now = BytesOf(after) + field.offset;
@@ -201,7 +201,7 @@ std::vector<RecordChange> Compare(const ScannerSettings& before, const ScannerSe
   return changes;
 }
 
-void Apply(const RecordChange& change, ScannerSettings& settings) {
+void Apply(const SettingsChange& change, ScannerSettings& settings) {
   std::copy(change.bytes.begin(), change.bytes.end(),
             reinterpret_cast<std::uint8_t*>(&settings) + change.offset);
 }

@@ -31,7 +31,7 @@ const pmddb832::SettingsField& FieldAt(std::uint32_t offset);
 
 // The new value as a number or a text. Empty when the form is kBytes, or when the text would not
 // give the same bytes back.
-std::string ValueText(const RecordChange& change);
+std::string ValueText(const SettingsChange& change);
 
 // The bytes of a member from ValueText's text. Nothing when the text is no value of that member.
 std::optional<std::vector<std::uint8_t>> ParseValue(const pmddb832::SettingsField& field,
@@ -41,10 +41,10 @@ std::optional<std::vector<std::uint8_t>> ParseValue(const pmddb832::SettingsFiel
 std::string ExpectedValue(const pmddb832::SettingsField& field);
 
 // The change that makes each member of `before` that of `after`, in the order of the record.
-std::vector<RecordChange> Compare(const pmddb832::ScannerSettings& before,
-                                  const pmddb832::ScannerSettings& after, bool byModule);
+std::vector<SettingsChange> Compare(const pmddb832::ScannerSettings& before,
+                                    const pmddb832::ScannerSettings& after, bool byModule);
 
 // Makes the change in the record. It lies within the record and touches no pointer.
-void Apply(const RecordChange& change, pmddb832::ScannerSettings& settings);
+void Apply(const SettingsChange& change, pmddb832::ScannerSettings& settings);
 
 }  // namespace capture

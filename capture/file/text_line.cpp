@@ -1,20 +1,12 @@
 #include "capture/file/text_line.h"
 
-#include <charconv>
+#include "capture/file/number_text.h"
 
 namespace capture {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::size_t kFractionDigits = 6;  // of a time in seconds
-
-std::optional<std::uint64_t> ParseDigits(std::string_view digits, int base) {
-  std::uint64_t value = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, value, base);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return value;
-}
 
 // "12.345678" seconds as microseconds; the fraction may be shorter, or missing.
 std::optional<std::uint64_t> ParseSeconds(std::string_view text) {
@@ -50,14 +42,6 @@ bool AppendBytes(std::string_view word, std::vector<std::uint8_t>& bytes) {
 void Refuse(const LinePlace& place, const LineFault& fault) {
   throw FormatError(place.file + ", line " + std::to_string(place.line) + ": expected " +
                     fault.expected + ", came " + fault.came + ". " + fault.whatToDo + ".");
-}
-
-std::optional<std::uint64_t> ParseNumber(std::string_view text, unsigned bits) {
-  const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-  const std::optional<std::uint64_t> value =
-      isHex ? ParseDigits(text.substr(2), 16) : ParseDigits(text, 10);
-  if (value.has_value() && bits < 64 && (*value >> bits) != 0) return std::nullopt;
-  return value;
 }
 
 TextLine::TextLine(LinePlace linePlace, std::string_view text) : place_(std::move(linePlace)) {

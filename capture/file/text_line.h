@@ -29,6 +29,7 @@ struct LineFault {
   std::string whatToDo;
 };
 
+// Throws FormatError.
 [[noreturn]] void Refuse(const LinePlace& place, const LineFault& fault);
 
 // One line of a capture, cut at its blanks into words. A text in quotes is one word, with its
@@ -70,9 +71,5 @@ class TextLine {
   std::size_t next_ = 0;
   std::optional<std::uint64_t> microseconds_;
 };
-
-// Reads a whole number of at most `bits` bits: decimal, or hexadecimal behind 0x. Nothing for
-// anything else.
-std::optional<std::uint64_t> ParseNumber(std::string_view text, unsigned bits);
 
 }  // namespace capture

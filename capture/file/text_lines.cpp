@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "capture/file/number_text.h"
+
 namespace capture {
 namespace {
 
@@ -29,7 +31,7 @@ class ByteRows {
   }
 
   std::vector<std::uint8_t> Finish(const LinePlace& place) {
-    if (bytes_.size() != expected_) RefuseLength(place, CountOfBytes(bytes_.size()));
+    if (bytes_.size() != expected_) RefuseLength(place, Counted(bytes_.size(), "byte"));
     return std::move(bytes_);
   }
 
@@ -51,7 +53,7 @@ class ByteRows {
   }
 
   [[noreturn]] void RefuseLength(const LinePlace& place, const std::string& came) const {
-    Refuse(place, {CountOfBytes(expected_), came,
+    Refuse(place, {Counted(expected_, "byte"), came,
                    "Correct the bytes, or the length that the entry tells"});
   }
 
@@ -75,10 +77,6 @@ std::optional<TextLine> TextLines::Take() {
     if (!line.IsAtEnd()) return line;
   }
   return std::nullopt;
-}
-
-std::string CountOfBytes(std::size_t bytes) {
-  return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
 std::vector<std::uint8_t> TakeByteRows(TextLines& lines, TextLine& line, std::size_t expected) {

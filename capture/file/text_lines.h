@@ -32,9 +32,6 @@ class TextLines {
   std::optional<TextLine> waiting_;
 };
 
-// "1 byte", "2 bytes".
-std::string CountOfBytes(std::size_t bytes);
-
 // Takes exactly the expected number of bytes: the rest of `line`, and the rows that follow it ("+"
 // and bytes; "*" and how often the row above comes again). Throws FormatError.
 std::vector<std::uint8_t> TakeByteRows(TextLines& lines, TextLine& line, std::size_t expected);

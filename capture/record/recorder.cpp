@@ -8,42 +8,43 @@
 
 namespace capture {
 
-Recorder::Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData)
-    : sink_(std::move(entrySink)), clock_(std::move(captureClock)), keepsImageData_(keepsAllData) {}
+Recorder::Recorder(EntrySink entrySink, Clock captureClock, bool keepsImageData)
+    : sink_(std::move(entrySink)),
+      clock_(std::move(captureClock)),
+      keepsImageData_(keepsImageData) {}
 
 void Recorder::BeginCall(const std::string& name, const std::vector<Value>& arguments) {
-  AddRecordChanges(false);
+  AddSettingsChanges(false);
   openCall_ = name;
   sink_(CallBegin{name, arguments, clock_()});
 }
 
 void Recorder::EndCall(const std::vector<Value>& results,
                        const std::optional<std::uint32_t>& imageChecksum) {
-  AddRecordChanges(true);
+  AddSettingsChanges(true);
   sink_(CallEnd{std::exchange(openCall_, {}), results, imageChecksum, clock_()});
 }
 
 void Recorder::AddWrite(std::span<const std::uint8_t> given, std::int32_t result) {
-  Transfer transfer;
-  transfer.direction = Direction::kToScanner;
-  transfer.requested = static_cast<std::uint32_t>(given.size());
-  transfer.delivered = result < 0 ? 0 : transfer.requested;
-  transfer.result = result;
-  transfer.microseconds = clock_();
-  transfer.bytes.emplace(given.begin(), given.end());
-  transfer.checksum = Crc32(given);
+  Transfer transfer{.direction = Direction::kToScanner,
+                    .requested = static_cast<std::uint32_t>(given.size()),
+                    .result = result,
+                    .microseconds = clock_(),
+                    .bytes = std::vector(given.begin(), given.end()),
+                    .checksum = Crc32(given)};
+  transfer.delivered = UsuallyDelivered(transfer);
   sink_(transfer);
 }
 
 void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> delivered,
                        std::int32_t result) {
-  Transfer transfer;
-  transfer.direction = Direction::kFromScanner;
-  transfer.requested = requested;
-  transfer.delivered = static_cast<std::uint32_t>(delivered.size());
-  transfer.result = result;
-  transfer.microseconds = clock_();
-  transfer.checksum = Crc32(delivered);
+  Transfer transfer{.direction = Direction::kFromScanner,
+                    .requested = requested,
+                    .delivered = static_cast<std::uint32_t>(delivered.size()),
+                    .result = result,
+                    .microseconds = clock_(),
+                    .bytes = std::nullopt,
+                    .checksum = Crc32(delivered)};
   const ExportRow* const call = ExportOf(openCall_);
   transfer.isImage = call != nullptr && call->fetchesImage && delivered.size() > kLongestReply;
   if (transfer.isImage) transfer.lastByte = delivered.back();
@@ -53,9 +54,9 @@ void Recorder::AddRead(std::uint32_t requested, std::span<const std::uint8_t> de
   sink_(transfer);
 }
 
-void Recorder::AddRecordChanges(bool byModule) {
+void Recorder::AddSettingsChanges(bool byModule) {
   if (watched_ == nullptr) return;
-  for (const RecordChange& change : Compare(known_, *watched_, byModule)) {
+  for (const SettingsChange& change : Compare(known_, *watched_, byModule)) {
     Apply(change, known_);
     sink_(change);
   }

@@ -25,10 +25,10 @@ class Recorder {
   using Clock = std::function<std::uint64_t()>;
 
   // Image data is kept as length, checksum and last byte; the bytes too when asked.
-  Recorder(EntrySink entrySink, Clock captureClock, bool keepsAllData);
+  Recorder(EntrySink entrySink, Clock captureClock, bool keepsImageData);
 
-  // Records from here on how the record changes. It outlives the calls.
-  void Watch(const pmddb832::ScannerSettings& record) { watched_ = &record; }
+  // Records from here on how the settings change. They outlive the calls.
+  void Watch(const pmddb832::ScannerSettings& settings) { watched_ = &settings; }
 
   void BeginCall(const std::string& name, const std::vector<Value>& arguments);
   void EndCall(const std::vector<Value>& results,
@@ -41,7 +41,7 @@ class Recorder {
                std::int32_t result);
 
  private:
-  void AddRecordChanges(bool byModule);
+  void AddSettingsChanges(bool byModule);
 
   const EntrySink sink_;
   const Clock clock_;

@@ -18,16 +18,15 @@ struct Difference {
 // Collects differences. After the first one a strict comparison is over.
 class DifferenceLog {
  public:
-  explicit DifferenceLog(bool isTolerant) : goesOn_(isTolerant) {}
+  explicit DifferenceLog(bool isTolerant) : isTolerant_(isTolerant) {}
 
   void Add(Difference difference) { found_.push_back(std::move(difference)); }
 
-  bool IsTolerant() const { return goesOn_; }
-  bool IsOver() const { return !goesOn_ && !found_.empty(); }
+  bool IsOver() const { return !isTolerant_ && !found_.empty(); }
   const std::vector<Difference>& All() const { return found_; }
 
  private:
-  const bool goesOn_;
+  const bool isTolerant_;
   std::vector<Difference> found_;
 };
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "capture/file/transfer_text.h"
+#include "capture/replay/transfer_text.h"
 #include "wire/protocol_bytes.h"
 
 namespace capture {
@@ -22,17 +22,16 @@ bool IsWrite(const Transfer* transfer) {
 }
 
 Transfer ReadOf(std::size_t bytes) {
-  Transfer transfer;
-  transfer.direction = Direction::kFromScanner;
-  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes);
-  return transfer;
+  const auto count = static_cast<std::uint32_t>(bytes);
+  return {.direction = Direction::kFromScanner,
+          .requested = count,
+          .delivered = count,
+          .bytes = std::nullopt};
 }
 
 Transfer WriteOf(std::span<const std::uint8_t> bytes) {
-  Transfer transfer;
-  transfer.requested = transfer.delivered = static_cast<std::uint32_t>(bytes.size());
-  transfer.bytes.emplace(bytes.begin(), bytes.end());
-  return transfer;
+  const auto count = static_cast<std::uint32_t>(bytes.size());
+  return {.requested = count, .delivered = count, .bytes = std::vector(bytes.begin(), bytes.end())};
 }
 
 }  // namespace
@@ -72,10 +71,9 @@ bool ReplayingDevice::IsBehindTheCapture() {
 void ReplayingDevice::Report(const Transfer* expected, const Transfer& came) {
   std::string wanted = expected == nullptr ? "nothing more" : TransferText(*expected);
   if (expected == nullptr && !call_.empty()) wanted = "the return of " + call_;
-  const auto bytes = came.bytes.has_value() ? Bytes(*came.bytes) : Bytes();
   const std::size_t line = std::min(cursor_, capture_.entries.size() - 1);
   log_.Add({LineOf(capture_, line), call_, wanted, TransferText(came),
-            ExplainWrites(capture_, cursor_, expected, bytes)});
+            ExplainWrites(capture_, cursor_, expected, came.Kept())});
 }
 
 std::int32_t ReplayingDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void*) {
@@ -85,8 +83,7 @@ std::int32_t ReplayingDevice::RawReadData(void* buffer, std::uint32_t* byteCount
   ++transfers_;
   const std::span read(static_cast<std::uint8_t*>(buffer), wanted);
   const std::int32_t result = Read(read, *byteCount);
-  const std::uint8_t lastByte = *byteCount == 0 ? std::uint8_t{0} : read[*byteCount - 1];
-  conversation_.Read({read.first(*byteCount), *byteCount, lastByte, result < 0});
+  conversation_.Read(read.first(*byteCount), result < 0);
   return result;
 }
 

@@ -36,7 +36,7 @@ concept Filled = std::is_pointer_v<Parameter> &&
 // Puts names to the numbers of a call, one after the other.
 class NamedNumbers {
  public:
-  explicit NamedNumbers(std::span<const capture::CallValue> names) : names_(names) {}
+  explicit NamedNumbers(std::span<const capture::ValueShape> names) : names_(names) {}
 
   // Of what the host hands over to be filled only numbers that are not 0: others are understood.
   template <class Parameter>
@@ -63,7 +63,7 @@ class NamedNumbers {
   const std::vector<capture::Value>& Values() const { return values_; }
 
  private:
-  std::span<const capture::CallValue> names_;
+  std::span<const capture::ValueShape> names_;
   std::size_t next_ = 0;
   std::vector<capture::Value> values_;
 };

@@ -4,6 +4,7 @@
 
 #include "capture/file/capture_reader.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -16,10 +17,6 @@ capture::Capture ReadCaptureFile(const std::string& fileName) {
   } catch (const capture::FormatError& error) {
     throw Failure(kCaptureUnreadable, error.what());
   }
-}
-
-std::filesystem::path PathOf(const std::string& fileName) {
-  return std::u8string(fileName.begin(), fileName.end());
 }
 
 }  // namespace pmscan

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 #include "capture/file/capture.h"
@@ -10,8 +9,5 @@ namespace pmscan {
 // Reads the capture in a file whose name is in UTF-8. Throws Failure(kCaptureUnreadable) that names
 // the file and the line.
 capture::Capture ReadCaptureFile(const std::string& fileName);
-
-// The path of a file whose name is in UTF-8.
-std::filesystem::path PathOf(const std::string& fileName);
 
 }  // namespace pmscan

@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <system_error>
 
-#include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -42,7 +42,7 @@ void CaptureSession::Attach(pmddb832::ScannerSettings& settings) {
 
 ModuleExports CaptureSession::Attach(const ModuleExports& module) {
   calls_.emplace(module, recorder_);
-  return CaptureCalls::Exports();
+  return RecordingModule::Exports();
 }
 
 void CaptureSession::Finish() const {

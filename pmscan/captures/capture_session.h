@@ -9,8 +9,8 @@
 #include "capture/record/recorder.h"
 #include "capture/record/recording_device.h"
 #include "interface/scanner_settings.h"
-#include "pmscan/captures/capture_calls.h"
 #include "pmscan/captures/capture_choice.h"
+#include "pmscan/captures/recording_module.h"
 #include "pmscan/scan/module_exports.h"
 
 namespace pmscan {
@@ -38,7 +38,7 @@ class CaptureSession {
   std::optional<capture::CaptureWriter> writer_;
   capture::Recorder recorder_;
   std::optional<capture::RecordingDevice> device_;
-  std::optional<CaptureCalls> calls_;
+  std::optional<RecordingModule> calls_;
 };
 
 }  // namespace pmscan

@@ -84,21 +84,17 @@ void AddParameters(std::string& text, const SentCommand& command) {
 }  // namespace
 
 DryRunDevice::DryRunDevice(pmddb832::StillImageDevice& passedDevice)
-    : device_(passedDevice),
-      recorder_([this](const capture::Entry& entry) { recording_.entries.push_back(entry); },
-                [] { return 0; }, true) {}
+    : recorder_([this](const capture::Entry& entry) { recording_.entries.push_back(entry); },
+                [] { return 0; }, true),
+      recorded_(passedDevice, recorder_) {}
 
 std::int32_t DryRunDevice::RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) {
-  const std::uint32_t requested = *byteCount;
   if (hasStarted_) {
     *byteCount = 0;
     return kAborted;
   }
-  const std::int32_t result = device_.RawReadData(buffer, byteCount, overlapped);
-  const std::uint32_t count = std::min(requested, *byteCount);
-  const Bytes delivered(static_cast<const std::uint8_t*>(buffer), count);
-  recorder_.AddRead(requested, delivered, result);
-  conversation_.Read({delivered, count, 0, result < 0});
+  const std::int32_t result = recorded_.RawReadData(buffer, byteCount, overlapped);
+  Follow(conversation_, std::get<capture::Transfer>(recording_.entries.back()));
   return result;
 }
 
@@ -107,10 +103,9 @@ std::int32_t DryRunDevice::RawWriteData(void* buffer, std::uint32_t byteCount, v
   const Bytes bytes(static_cast<const std::uint8_t*>(buffer), byteCount);
   hasStarted_ =
       conversation_.Write(bytes) == capture::Part::kCommand && IsStart(*conversation_.Command());
-  const std::int32_t result =
-      hasStarted_ ? kAborted : device_.RawWriteData(buffer, byteCount, overlapped);
-  recorder_.AddWrite(bytes, result);
-  return result;
+  if (!hasStarted_) return recorded_.RawWriteData(buffer, byteCount, overlapped);
+  recorder_.AddWrite(bytes, kAborted);
+  return kAborted;
 }
 
 std::string DryRunReport(const capture::Capture& recording) {

@@ -6,6 +6,7 @@
 #include "capture/conversation/conversation.h"
 #include "capture/file/capture.h"
 #include "capture/record/recorder.h"
+#include "capture/record/recording_device.h"
 #include "pmscan/report/json_report.h"
 #include "transport/raw_device.h"
 
@@ -28,9 +29,9 @@ class DryRunDevice final : public pmddb832::RawDevice {
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 
  private:
-  pmddb832::StillImageDevice& device_;
   capture::Capture recording_;
   capture::Recorder recorder_;
+  capture::RecordingDevice recorded_;
   capture::Conversation conversation_;
   bool hasStarted_ = false;
 };

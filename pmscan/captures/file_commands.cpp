@@ -7,15 +7,15 @@
 #include <vector>
 
 #include "capture/decode/decode.h"
-#include "capture/file/pcapng_writer.h"
+#include "capture/file/number_text.h"
+#include "capture/pcapng/pcapng_writer.h"
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
-
-using capture::Transfer;
 
 void RequireFree(const Options& options) {
   std::error_code ignored;
@@ -42,12 +42,12 @@ std::string Summary(const capture::Capture& capture) {
   std::size_t packets = 0;
   std::size_t withoutData = 0;
   for (const capture::Entry& entry : capture.entries) {
-    const auto* const transfer = std::get_if<Transfer>(&entry);
+    const auto* const transfer = std::get_if<capture::Transfer>(&entry);
     if (transfer == nullptr) continue;
     ++packets;
     if (!transfer->bytes.has_value()) ++withoutData;
   }
-  std::string text = std::to_string(packets) + (packets == 1 ? " transfer" : " transfers");
+  std::string text = capture::Counted(packets, "transfer");
   if (withoutData == 0) return text;
   return text + ", " + std::to_string(withoutData) +
          " of them image data of which the capture keeps only the length";

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "capture/file/capture_writer.h"
+#include "capture/file/number_text.h"
 #include "capture/file/settings_text.h"
 #include "pmscan/captures/call_values.h"
 #include "pmscan/command_line/failure.h"
@@ -15,14 +16,7 @@ namespace {
 using capture::CallBegin;
 using capture::CallEnd;
 using capture::LineOf;
-using capture::RecordChange;
-
-// The change of one member, as a capture holds it.
-std::string ChangeText(const RecordChange& change) {
-  const std::string text = capture::FormatEntry(change);
-  const std::size_t start = text.find_first_not_of(' ');
-  return text.substr(start, text.size() - start - 1);
-}
+using capture::SettingsChange;
 
 // Every line of the text behind the label, the second and later ones below the first.
 std::string Labelled(const std::string& label, const std::string& text) {
@@ -58,7 +52,7 @@ Replay::Replay(const capture::Capture& playedCapture, std::string captureFile,
 void Replay::Run(const ModuleExports& module) {
   CallSurroundings host{module, settings_, {}};
   for (std::size_t i = 0; i < capture_.entries.size() && !log_.IsOver(); ++i) {
-    if (const auto* const change = std::get_if<RecordChange>(&capture_.entries[i])) {
+    if (const auto* const change = std::get_if<SettingsChange>(&capture_.entries[i])) {
       capture::Apply(*change, settings_);
       capture::Apply(*change, expectedSettings_);
     }
@@ -100,7 +94,7 @@ const capture::ExportRow& Replay::KnownCall(const CallBegin& call, std::size_t e
     throw Failure(kCaptureUnreadable, place + "the module has no export " + call.name + ".");
   }
   for (const capture::Value& argument : call.arguments) {
-    const auto isIt = [&](const capture::CallValue& one) { return one.name == argument.name; };
+    const auto isIt = [&](const capture::ValueShape& one) { return one.name == argument.name; };
     if (std::any_of(known->arguments.begin(), known->arguments.end(), isIt)) continue;
     throw Failure(kCaptureUnreadable,
                   place + call.name + " has no argument " + argument.name + ".");
@@ -126,8 +120,8 @@ void Replay::CompareResults(const CallEnd& expected, const CallOutcome& outcome,
                                   });
   if (isSame || log_.IsOver()) return;
   log_.Add({LineOf(capture_, entry), expected.name,
-            capture::Headline(CallEnd{expected.name, expected.results, std::nullopt, 0}),
-            capture::Headline(CallEnd{expected.name, outcome.results, std::nullopt, 0}), ""});
+            capture::EntryText(CallEnd{expected.name, expected.results, std::nullopt, 0}),
+            capture::EntryText(CallEnd{expected.name, outcome.results, std::nullopt, 0}), ""});
 }
 
 void Replay::CompareChecksum(const CallEnd& expected, const CallOutcome& outcome,
@@ -136,20 +130,21 @@ void Replay::CompareChecksum(const CallEnd& expected, const CallOutcome& outcome
   ++checksums_;
   if (expected.imageChecksum == outcome.imageChecksum) return;
   log_.Add({LineOf(capture_, entry), expected.name,
-            capture::Headline(CallEnd{expected.name, {}, expected.imageChecksum, 0}),
-            capture::Headline(CallEnd{expected.name, {}, outcome.imageChecksum, 0}),
+            capture::EntryText(CallEnd{expected.name, {}, expected.imageChecksum, 0}),
+            capture::EntryText(CallEnd{expected.name, {}, outcome.imageChecksum, 0}),
             "the lines of the picture are not the same\n"});
 }
 
 void Replay::CompareSettings(std::size_t begin, std::size_t end, const std::string& call) {
   for (std::size_t i = begin; i < end; ++i) {
-    const auto* const change = std::get_if<RecordChange>(&capture_.entries[i]);
+    const auto* const change = std::get_if<SettingsChange>(&capture_.entries[i]);
     if (change != nullptr) capture::Apply(*change, expectedSettings_);
   }
-  const std::vector<RecordChange> wanted = capture::Compare(settings_, expectedSettings_, true);
-  const std::vector<RecordChange> came = capture::Compare(expectedSettings_, settings_, true);
+  const std::vector<SettingsChange> wanted = capture::Compare(settings_, expectedSettings_, true);
+  const std::vector<SettingsChange> came = capture::Compare(expectedSettings_, settings_, true);
   for (std::size_t i = 0; i < wanted.size() && !log_.IsOver(); ++i) {
-    log_.Add({LineOf(capture_, end), call, ChangeText(wanted[i]), ChangeText(came[i]), ""});
+    log_.Add({LineOf(capture_, end), call, capture::EntryText(wanted[i]),
+              capture::EntryText(came[i]), ""});
     capture::Apply(came[i], expectedSettings_);
   }
 }
@@ -183,8 +178,7 @@ std::string Replay::PictureText() const {
     return "not compared: the capture holds no image data, zeros stood for it";
   }
   if (checksums_ == 0) return "none";
-  return std::to_string(checksums_) + (checksums_ == 1 ? " band" : " bands") +
-         " of lines, compared by checksum";
+  return capture::Counted(checksums_, "band") + " of lines, compared by checksum";
 }
 
 }  // namespace pmscan

@@ -8,7 +8,7 @@
 #include "capture/replay/difference.h"
 #include "capture/replay/replaying_device.h"
 #include "interface/scanner_settings.h"
-#include "pmscan/scan/module_calls.h"
+#include "pmscan/captures/replayed_calls.h"
 #include "pmscan/scan/module_exports.h"
 
 namespace pmscan {

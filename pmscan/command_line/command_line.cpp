@@ -7,7 +7,7 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/option_table.h"
-#include "pmscan/command_line/output_words.h"
+#include "pmscan/command_line/scan_words.h"
 #include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
@@ -52,9 +52,10 @@ void DeclareOptions(CLI::App& command, Command which, CommandWords& words) {
 
 // Which options need or exclude each other, and what must not be missing.
 void DeclareBonds(CLI::App& app) {
-  for (const char* const name : {"scan", "info"}) {
-    CLI::App& command = *app.get_subcommand(name);
-    command.get_option("--capture-data")->needs(command.get_option("--capture"));
+  for (const CommandRow& row : kCommands) {
+    CLI::App& command = *app.get_subcommand(std::string(row.name));
+    CLI::Option* const data = command.get_option_no_throw("--capture-data");
+    if (data != nullptr) data->needs(command.get_option("--capture"));
   }
   app.get_subcommand("scan")->get_option("--batch")->excludes("--output");
   app.get_subcommand("convert")->get_option("--output")->required();
@@ -114,48 +115,9 @@ std::vector<std::string> WithProfile(const Program& program, std::vector<std::st
   return arguments;
 }
 
-// What `Find` finds under the name. Throws Failure(kUsage) when that is nothing.
-template <typename Found>
-Found Require(Found found, const char* option, const std::string& name) {
-  if (!found) RefuseWord(option, name);
-  return found;
-}
-
-void ReadWords(const CommandWords& words, Options& options) {
-  options.mode = *Require(FindScanMode(words.modeName), "mode", words.modeName);
-  options.source = *Require(FindScanSource(words.sourceName), "source", words.sourceName);
-  if (!words.progressName.empty()) {
-    options.progress =
-        Require(FindProgressStyle(words.progressName), "progress", words.progressName);
-  }
-  ReadOutput(words, options);
-  if (!words.areaText.empty()) options.area = ParseArea(words.areaText);
-}
-
-void RequireEnd(const Options& options) {
-  const bool isFeeder = options.source.option == kFeederOption;
-  if (!options.pages && !isFeeder) {
-    throw Failure(kUnsupported,
-                  "Only the feeder runs out of paper: say with --pages how many pages "
-                  "to scan, or add --source feeder.");
-  }
-  if (options.paperSeconds > 0 && !isFeeder) {
-    throw Failure(kUnsupported, "--wait-for-paper is for the feeder: add --source feeder.");
-  }
-}
-
-void RequireConsistent(const Options& options) {
-  RequireOutputHolds(options);
-  RequireEnd(options);
-  if (options.isInverted && options.mode.layout != PixelLayout::kBlackWhite) {
-    throw Failure(kUnsupported, "--invert is for line art: add --mode lineart, or leave it out.");
-  }
-}
-
 Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
   Options& options = program.words;
-  ReadWords(program.words, options);
-  RequireConsistent(options);
+  ReadScanWords(program.words, options);
   if (!options.savedProfile.empty()) {
     SaveProfile(profileFolder, options.savedProfile,
                 GivenOptions(*program.app.get_subcommand("scan")), options.mayOverwrite);
@@ -188,6 +150,9 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
   Parse(program, arguments);
   words.command = CommandOf(program.app);
   words.capture = {words.captureFile, words.keepsImageData};
+  if (words.command == Command::kFocus) {
+    words.focus = ParseFocus(words.focusText.empty() ? "auto" : words.focusText);
+  }
   if (words.command != Command::kScan) return words;
   if (words.profile.empty()) return FinishScan(program, profileFolder);
   RequireSound(profileFolder, words.profile);

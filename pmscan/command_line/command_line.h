@@ -13,6 +13,8 @@
 #include "pmscan/scan/scan_area.h"
 #include "pmscan/scan/scan_mode.h"
 #include "pmscan/scan/scan_source.h"
+#include "pmscan/settings/focus.h"
+#include "pmscan/settings/image_settings.h"
 
 namespace pmscan {
 
@@ -25,7 +27,11 @@ enum class Command {
   kDevices,
   kProfiles,
   kReplay,
-  kScan
+  kScan,
+  kFeed,
+  kEject,
+  kReset,
+  kFocus
 };
 
 // What the user asks for. Texts are UTF-8.
@@ -51,13 +57,15 @@ struct Options {
   std::optional<std::uint32_t> pages = 1;  // nothing: until the feeder is empty
   ScanMode mode{};
   ScanSource source{};
-  std::uint32_t dotsPerInch = 300;  // 1 to 65535
+  std::uint32_t dotsPerInch = 300;  // 1 to 65535; 0: the lowest that the scanner has
   std::optional<AreaRequest> area;
   std::string original;  // empty: the built-in test page
   std::uint32_t warmUpSeconds = 60;
   std::uint32_t paperSeconds = 0;  // how long to wait for paper in the feeder
   bool isMirrored = false;
   bool isInverted = false;
+  ImageSettings image;
+  std::optional<Focus> focus;  // nothing: the scanner's own
   bool isDryRun = false;
   bool keepsPartial = false;              // what came of a page that failed
   std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal

@@ -18,6 +18,8 @@ Examples
   pmscan scan -o page.png
   pmscan scan -o page.tif --mode deep-colour --resolution 600
   pmscan scan -o stamp.png --area 1in,1in,50mm,2in
+  pmscan scan -o letter.tif --mode lineart --area a4 --threshold 110
+  pmscan scan -o photo.png --mode lineart --halftone dots
   pmscan scan --batch letter.pdf --source feeder --device sim:extended:QM2500
   pmscan scan --mode lineart --resolution 200 --save-profile letters
   pmscan scan -o letter.tif --profile letters
@@ -91,13 +93,13 @@ bool IsShared(const OptionRow& row) {
 
 // Options that several subcommands take stand with scan and info only.
 std::string AllOptions() {
-  std::string text = OptionsText("Options of scan and info", &IsShared);
+  std::string text = OptionsText("Options of scan, info, focus, feed, eject and reset", &IsShared);
   for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
                                           std::pair("Options of profiles", Command::kProfiles),
                                           std::pair("Options of replay", Command::kReplay),
                                           std::pair("Options of convert", Command::kConvert)}) {
-    text += OptionsText(headline, [command = command](const OptionRow& row) {
-      return IsFor(row, command) && !IsShared(row);
+    text += OptionsText(headline, [wanted = command](const OptionRow& row) {
+      return IsFor(row, wanted) && !IsShared(row);
     });
   }
   return text;
@@ -135,7 +137,8 @@ std::string HelpText(Command command) {
          Row("pmscan --help", "print this page", kUsageColumn) +
          Row("pmscan --version", "print the version", kUsageColumn) + std::string(kExamples) +
          AllOptions() +
-         "\nreplay also takes --dll and --overwrite, convert --overwrite, devices --json.\n"
+         "\nfocus also takes --focus, replay --dll and --overwrite, convert --overwrite,\n"
+         "devices --json.\n"
          "Ctrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.\n" +
          ExitCodes();
 }

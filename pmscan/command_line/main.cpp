@@ -14,9 +14,11 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/help_text.h"
 #include "pmscan/command_line/profiles_command.h"
+#include "pmscan/devices/bed_teller.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
 #include "pmscan/devices/watched_device.h"
+#include "pmscan/maintenance/maintenance.h"
 #include "pmscan/pictures/imaging_component.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/json_report.h"
@@ -48,15 +50,21 @@ void RunInfo(const Options& options, const ModuleExports& module,
   }
 }
 
+// What a command runs with, besides the scanner that the settings name.
+struct Surroundings {
+  const ModuleExports& module;
+  const BedTeller& bed;
+};
+
 // The start is kept from the scanner, and the module fails for that reason.
-void RunDry(const Options& options, const ModuleExports& module,
-            pmddb832::ScannerSettings& settings, Json& report) {
+void RunDry(const Options& options, const Surroundings& with, pmddb832::ScannerSettings& settings,
+            Json& report) {
   pmddb832::StillImageDevice& scanner = *settings.deviceInterface;
   DryRunDevice device(scanner);
   settings.deviceInterface = &device;
   std::optional<Failure> failure;
   try {
-    PrepareScan(options, module, settings);
+    PrepareScan(options, with.module, with.bed, settings);
   } catch (const Failure& reason) {
     if (!device.HasReachedStart()) failure.emplace(reason);
   }
@@ -69,11 +77,30 @@ void RunDry(const Options& options, const ModuleExports& module,
   if (failure) throw Failure(*failure);
 }
 
-void RunCommand(const Options& options, const ModuleExports& module,
+// What is neither a scan nor a report on the scanner.
+void RunMaintenance(const Options& options, const ModuleExports& module,
+                    pmddb832::ScannerSettings& settings, Json& report) {
+  std::string done;
+  if (options.command == Command::kFocus) {
+    done = FocusScanner(module, settings, *options.focus, report);
+  } else if (options.command == Command::kFeed) {
+    done = FeedPage(module, settings);
+  } else if (options.command == Command::kEject) {
+    done = EjectPage(module, settings);
+  } else {
+    done = ResetScanner(module, settings);
+  }
+  if (!options.isJson) std::cout << done << "\n";
+}
+
+void RunCommand(const Options& options, const Surroundings& with,
                 pmddb832::ScannerSettings& settings, Json& report) {
-  if (options.command == Command::kInfo) return RunInfo(options, module, settings, report);
-  if (options.isDryRun) return RunDry(options, module, settings, report);
-  RunScanCommand(options, module, settings, report);
+  if (options.command == Command::kInfo) return RunInfo(options, with.module, settings, report);
+  if (options.command != Command::kScan) {
+    return RunMaintenance(options, with.module, settings, report);
+  }
+  if (options.isDryRun) return RunDry(options, with, settings, report);
+  RunScanCommand(options, with.module, with.bed, settings, report);
 }
 
 // Of a scanner that failed: the transfer, and how to see what was said.
@@ -94,11 +121,12 @@ int Report(const Failure& failure) {
 }
 
 // Records into `capture` what goes on, unless that is null.
-void RunWithModule(const Options& options, CaptureSession* capture,
+void RunWithModule(const Options& options, const BedTeller& bed, CaptureSession* capture,
                    pmddb832::ScannerSettings& settings, Json& report) {
   const ModuleLibrary library(options.modulePath);
   const ModuleExports module = BindExports([&](const char* name) { return library.Find(name); });
-  RunCommand(options, capture == nullptr ? module : capture->Attach(module), settings, report);
+  const ModuleExports called = capture == nullptr ? module : capture->Attach(module);
+  RunCommand(options, {called, bed}, settings, report);
 }
 
 // The command as it was given, for the capture.
@@ -114,7 +142,8 @@ int RunWithDevice(const Options& options, Json& report) {
   // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
   WatchedDevice watched(connection->Device());
-  Connect(watched, connection->ModelId(), settings);
+  BedTeller bed(watched, options.area.has_value());
+  Connect(bed, connection->ModelId(), settings);
   std::optional<CaptureSession> capture;
   if (!options.capture.file.empty()) {
     capture.emplace(options.capture, options.mayOverwrite, CommandText());
@@ -122,7 +151,7 @@ int RunWithDevice(const Options& options, Json& report) {
   }
   int exitCode = 0;
   try {
-    RunWithModule(options, capture ? &*capture : nullptr, settings, report);
+    RunWithModule(options, bed, capture ? &*capture : nullptr, settings, report);
     if (capture) capture->Finish();
   } catch (const Failure& reason) {
     const Failure failure = Explained(reason, watched.FirstFailure(), options);

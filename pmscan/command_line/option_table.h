@@ -25,6 +25,10 @@ inline constexpr std::array kCommands{
     CommandRow{Command::kScan, "scan", "--batch NAME [options]",
                "scan page by page until the feeder is empty"},
     CommandRow{Command::kInfo, "info", "[options]", "tell what the scanner is and has"},
+    CommandRow{Command::kFocus, "focus", "[options]", "focus the scanner"},
+    CommandRow{Command::kFeed, "feed", "[options]", "draw a page into the feeder"},
+    CommandRow{Command::kEject, "eject", "[options]", "throw out the page in the feeder"},
+    CommandRow{Command::kReset, "reset", "[options]", "put the scanner back to its beginning"},
     CommandRow{Command::kDevices, "devices", "[--json]",
                "list the scanners that --device can name"},
     CommandRow{Command::kProfiles, "profiles", "[NAME] [--remove]",
@@ -48,11 +52,24 @@ struct CommandWords : Options {
   std::string sourceName = "flatbed";
   std::string areaText;
   std::string progressName;
+  std::uint32_t resolution = 0;  // 0: not given
+  std::uint32_t threshold = 0;   // likewise
+  std::int32_t brightness = 0;
+  std::int32_t sharpness = 0;
+  std::uint32_t zoom = 100;
+  bool isPreview = false;
+  bool keepsPaper = false;
+  std::string halftoneName = "none";
+  std::string gammaText;  // of the texts empty stands for not given
+  std::string gammaFile;
+  std::string matrixFile;
+  std::string channelName;
+  std::string focusText;
   std::string profile;
 };
 
 // Where the value of an option goes.
-using ValuePlace = std::variant<std::string*, std::uint32_t*, bool*>;
+using ValuePlace = std::variant<std::string*, std::uint32_t*, std::int32_t*, bool*>;
 
 template <auto member>
 ValuePlace At(CommandWords& words) {
@@ -72,8 +89,8 @@ struct OptionRow {
   std::string_view value;  // "FILE"; empty for a switch
   ValuePlace (*place)(CommandWords&);
   std::string_view help;               // lines
-  std::uint32_t least = 0;             // of a number
-  std::uint32_t most = 0;              // 0: any
+  std::int32_t least = 0;              // of a number
+  std::int32_t most = 0;               // 0: any
   std::string_view alone{};            // what the option means without a value; empty: needs one
   std::string (*choices)() = nullptr;  // the words that it takes, as in "bar, json, none"
 };
@@ -83,7 +100,9 @@ namespace option_rows {
 inline constexpr unsigned kScan = Bit(Command::kScan);
 inline constexpr unsigned kReplay = Bit(Command::kReplay);
 inline constexpr unsigned kConvert = Bit(Command::kConvert);
-inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo);
+inline constexpr unsigned kFocus = Bit(Command::kFocus);
+inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo) | kFocus | Bit(Command::kFeed) |
+                                     Bit(Command::kEject) | Bit(Command::kReset);
 inline constexpr OptionKind kGiven = OptionKind::kGiven;
 inline constexpr OptionKind kKept = OptionKind::kKept;
 using W = CommandWords;
@@ -133,11 +152,40 @@ inline constexpr std::array kAll{
               "palette      216 fixed colours; not with extended commands\n"
               "deep-grey    16 bits, in .png, .tif and .pdf\n"
               "deep-colour  48 bits, in .png, .tif and .pdf", 0, 0, "", &ScanModeNames},
-    OptionRow{kScan, kKept, "--resolution", "DPI", &At<&W::dotsPerInch>,
+    OptionRow{kScan, kKept, "--resolution", "DPI", &At<&W::resolution>,
               "dots per inch, 1 to 65535 (default 300)", 1, 65535},
     OptionRow{kScan, kKept, "--area", "LEFT,TOP,WIDTH,HEIGHT", &At<&W::areaText>,
-              "the part to scan, each length with its unit: in, mm, cm, px\n"
-              "(default: all that the source has)"},
+              "the part to scan, each length with its unit: in, mm, cm, px; or\n"
+              "a paper size: a3 to a6, b4, b5, letter, legal, ledger,\n"
+              "executive, statement (default: all that the source has)"},
+    OptionRow{kScan, kKept, "--threshold", "LEVEL", &At<&W::threshold>,
+              "of line art: grey is white from here on, 1 to 255", 1, 255},
+    OptionRow{kScan, kKept, "--halftone", "NAME", &At<&W::halftoneName>,
+              "of line art: none (default), fine, medium, coarse, dots,\n"
+              "large-dots, lines, diagonals, mixed, or a number from 0 to 9", 0, 0, "",
+              &HalftoneNames},
+    OptionRow{kScan, kKept, "--brightness", "STEPS", &At<&W::brightness>,
+              "darker or lighter, -3 to 3 (default 0)", -3, 3},
+    OptionRow{kScan, kKept, "--sharpness", "STEPS", &At<&W::sharpness>,
+              "softer or sharper, -2 to 2 (default 0)", -2, 2},
+    OptionRow{kScan, kKept, "--gamma", "GAMMA", &At<&W::gammaText>,
+              "1.0 (default), 2.2, 2.5, 2.8 or 3.0", 0, 0, "", &GammaNames},
+    OptionRow{kScan, kKept, "--gamma-table", "FILE", &At<&W::gammaFile>,
+              "256 numbers from 0 to 255 in the place of a gamma, or three times\n"
+              "as many for red, green and blue"},
+    OptionRow{kScan, kKept, "--color-matrix", "FILE", &At<&W::matrixFile>,
+              "nine numbers from -128 to 127 that mix the colours anew"},
+    OptionRow{kScan, kKept, "--channel", "COLOUR", &At<&W::channelName>,
+              "scan one colour channel as grey: red, green or blue", 0, 0, "", &ChannelNames},
+    OptionRow{kScan, kKept, "--zoom", "PERCENT", &At<&W::zoom>,
+              "enlarge the picture, 50 to 200 percent (default 100)", 50, 200},
+    OptionRow{kScan, kKept, "--preview", "", &At<&W::isPreview>,
+              "scan quickly: at the lowest resolution, in mode grey with fewer\n"
+              "tones"},
+    OptionRow{kScan | kFocus, kKept, "--focus", "POSITION", &At<&W::focusText>,
+              "focus before: auto, or a position from -64 to 155"},
+    OptionRow{kScan, kKept, "--keep-paper", "", &At<&W::keepsPaper>,
+              "leave the last page in the feeder"},
     OptionRow{kScan, kKept, "--source", "SOURCE", &At<&W::sourceName>,
               "flatbed (default), feeder or transparency", 0, 0, "", &ScanSourceNames},
     OptionRow{kScan, kKept, "--mirror", "", &At<&W::isMirrored>, "swap left and right"},

@@ -11,6 +11,7 @@ namespace pmscan {
 
 using pmddb832::kOptionEmpty;
 using pmddb832::kOptionOpen;
+using pmddb832::kScannerError;
 using pmddb832::kTooLarge;
 using pmddb832::kTransferFailed;
 using pmddb832::kWarmingUp;
@@ -25,6 +26,7 @@ enum FailureCode : std::uint32_t {
   kDeviceUnavailable = 68,
   kModuleMissing = 69,
   kSimulation = 70,
+  kNumberFile = 71,
   kOutputFile = 73,
   kCaptureUnwritable = 74,
   kProtocolViolation = 76,
@@ -83,6 +85,8 @@ inline constexpr std::array kErrorCodes{
               "the scanner module cannot be loaded"},
     ErrorCode{kSimulation, "Correct the file; docs/simulator-profiles.md describes every key.",
               "the file or fault script of the simulated scanner cannot be used"},
+    ErrorCode{kNumberFile, "Correct the file; docs/pmscan.md describes what it holds.",
+              "the gamma table or colour matrix cannot be used"},
     ErrorCode{kOutputFile,
               "Check that the folder exists, is writable and has room, or choose another name.",
               "the picture cannot be written"},

@@ -81,7 +81,8 @@ Json ScanJson(const ScannerFacts& scanner, const ScanSource& source, const ScanR
   Json json = IdentityJson(scanner);
   json["source"] = source.name;
   json["mode"] = request.mode.name;
-  json["resolution"] = request.dotsPerInch;
+  json["resolution"] = request.resolution;
+  json["zoom"] = request.image.zoom;
   json["width"] = request.area.width;
   json["height"] = request.area.height;
   AddOutcome(json, outcome);

@@ -76,7 +76,7 @@ std::string ModelText(const ScannerFacts& scanner) {
 
 std::string ScanReport(const ScannerFacts& scanner, const ScanSource& source,
                        const ScanRequest& request, const ScanOutcome& outcome) {
-  const double dotsPerInch = request.dotsPerInch;
+  const double dotsPerInch = request.resolution;
   std::array<char, 40> seconds{};
   std::snprintf(seconds.data(), seconds.size(), "%.1f s", outcome.seconds);
   const std::string pages = PagesText(outcome);
@@ -85,7 +85,12 @@ std::string ScanReport(const ScannerFacts& scanner, const ScanSource& source,
   AddLine(text, "Level", LevelText(scanner));
   AddLine(text, "Source", source.description);
   AddLine(text, "Mode", request.mode.description);
-  AddLine(text, "Resolution", std::to_string(request.dotsPerInch) + " dpi");
+  AddLine(text, "Resolution", std::to_string(request.resolution) + " dpi");
+  if (request.image.zoom != 100) {
+    AddLine(text, "Zoom",
+            std::to_string(request.image.zoom) +
+                " percent: " + std::to_string(request.dotsPerInch) + " dpi on the bed");
+  }
   AddLine(text, "Pixels", PixelSizeText(request.area.width, request.area.height));
   AddLine(text, "Size",
           FormatSize(request.area.width / dotsPerInch, request.area.height / dotsPerInch));

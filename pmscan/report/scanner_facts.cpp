@@ -25,18 +25,16 @@ SourceFacts AskSource(const ModuleExports& module, pmddb832::ScannerSettings& se
   facts.source = source;
   facts.isFitted = IsFitted(source, settings);
   if (!facts.isFitted) return facts;
-  const bool isFlatbed = source.option == kFlatbedOption;
-  facts.size = {isFlatbed ? settings.bedWidth : settings.optionWidth,
-                isFlatbed ? settings.bedHeight : settings.optionHeight};
-  settings.scanSource = isFlatbed ? 0 : 1;
+  facts.size = SizeOf(source, settings);
+  settings.scanSource = source.code == pmddb832::kFlatbed ? 0 : 1;
   std::uint32_t width = 0;
   std::uint32_t height = 0;
-  if (module.getScanPaperSize(source.option, &width, &height) == 0) {
+  if (module.getScanPaperSize(source.code, &width, &height) == 0) {
     facts.widthPixels = width;
     facts.heightPixels = height;
   }
   settings.scanSource = 0;
-  facts.status = module.getOptionStatus(source.option);
+  facts.status = module.getOptionStatus(source.code);
   return facts;
 }
 

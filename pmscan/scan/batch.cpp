@@ -78,7 +78,7 @@ BatchEnd BatchScan::Run() {
 void BatchScan::RequireReady() const {
   for (std::uint32_t trial = 1;; ++trial) {
     if (manners_.acquisition.isInterrupted()) throw Failure(kInterrupted);
-    const std::uint32_t status = module_.getOptionStatus(batch_.source.option);
+    const std::uint32_t status = module_.getOptionStatus(batch_.source.code);
     if (status == 0) return;
     if (!MayChange(status) || trial > batch_.paperSeconds) throw Failure(status);
     manners_.waitForPaper(trial);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/pictures/picture_format.h"
 #include "pmscan/report/error_codes.h"
 
@@ -44,23 +45,9 @@ std::uint32_t NumberAt(const std::string& name, std::size_t place) {
   return number;
 }
 
-std::filesystem::path Utf8Path(const std::string& text) {
-  return {std::u8string(text.begin(), text.end())};
-}
-
-std::string FileName(const std::filesystem::path& path) {
-  const std::u8string name = path.filename().u8string();
-  return {name.begin(), name.end()};
-}
-
-std::string FolderName(const std::filesystem::path& folder) {
-  const std::u8string name = folder.u8string();
-  return {name.begin(), name.end()};
-}
-
 bool Exists(const std::string& file) {
   std::error_code ignored;
-  return std::filesystem::exists(Utf8Path(file), ignored);
+  return std::filesystem::exists(PathOf(file), ignored);
 }
 
 std::optional<std::string> OccupiedFile(const std::string& file) {
@@ -110,13 +97,13 @@ std::string PageNames::Of(std::uint32_t page) const {
 }
 
 std::set<std::uint32_t> PageNames::NumbersInUse() const {
-  const std::filesystem::path start = Utf8Path(before_);
+  const std::filesystem::path start = PathOf(before_);
   const std::filesystem::path folder = start.has_parent_path() ? start.parent_path() : ".";
-  const std::size_t place = FileName(start).size();
+  const std::size_t place = Utf8(start.filename()).size();
   std::set<std::uint32_t> numbers;
   std::error_code ignored;
   for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-    numbers.insert(NumberAt(FileName(entry.path()), place));
+    numbers.insert(NumberAt(Utf8(entry.path().filename()), place));
   }
   numbers.erase(0);
   return numbers;
@@ -135,14 +122,14 @@ std::optional<std::string> FirstOccupied(const PageNames& names,
 std::optional<std::string> FirstObstacle(const PageNames& names) {
   const std::string file = names.Of(1);
   if (file == kStandardOutput) return std::nullopt;
-  const std::filesystem::path path = Utf8Path(file);
+  const std::filesystem::path path = PathOf(file);
   const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
   std::error_code ignored;
   if (std::filesystem::is_directory(path, ignored)) return file + " is a folder";
   if (!std::filesystem::is_directory(folder, ignored)) {
-    return "there is no folder " + FolderName(path.parent_path());
+    return "there is no folder " + Utf8(path.parent_path());
   }
-  const std::filesystem::path growing = Utf8Path(GrowingName(file));
+  const std::filesystem::path growing = PathOf(GrowingName(file));
   if (std::filesystem::exists(growing, ignored)) return std::nullopt;
   const bool isWritable = std::ofstream(growing).is_open();
   const int reason = errno;

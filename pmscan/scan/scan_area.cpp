@@ -5,6 +5,7 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/settings/paper_sizes.h"
 
 namespace pmscan {
 namespace {
@@ -18,9 +19,20 @@ bool Fit(std::uint32_t start, std::uint32_t& length, std::uint32_t bed, std::uin
   return length > 0;
 }
 
+[[noreturn]] void RefusePaper(std::string_view text) {
+  const std::string meant(NearestPaperName(text));
+  throw Failure(kUsage, "There is no area \"" + std::string(text) + "\"; " +
+                            (meant.empty() ? "" : "did you mean \"" + meant + "\"? ") +
+                            "--area can be LEFT,TOP,WIDTH,HEIGHT, or: " + PaperNames() + ".");
+}
+
 }  // namespace
 
 AreaRequest ParseArea(std::string_view text) {
+  if (const PaperSize* const paper = FindPaperSize(text)) {
+    return {{}, {}, paper->width, paper->height};
+  }
+  if (text.find(',') == std::string_view::npos) RefusePaper(text);
   std::array<Length, 4> lengths{};
   std::string_view rest = text;
   for (std::size_t i = 0; i < lengths.size(); ++i) {

@@ -17,7 +17,8 @@ struct AreaRequest {
   Length height;
 };
 
-// Reads "LEFT,TOP,WIDTH,HEIGHT", each with its unit. Throws Failure(kUsage).
+// Reads "LEFT,TOP,WIDTH,HEIGHT", each with its unit, or the name of a paper size, which lies in the
+// top left corner. Throws Failure(kUsage).
 AreaRequest ParseArea(std::string_view text);
 
 // The largest area of a source in hundredths of an inch, as the scanner told it.

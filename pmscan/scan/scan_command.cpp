@@ -54,8 +54,12 @@ BatchManners MannersFor(const Options& options, ProgressMeter& progress) {
 
 PictureFile PictureFileFor(const Options& options, const ScanPlan& plan,
                            const pmddb832::ScannerSettings& settings) {
-  PictureFile file{
-      {}, options.format, options.mode, options.dotsPerInch, options.mayOverwrite, plan.sampleBits};
+  PictureFile file{{},
+                   options.format,
+                   options.mode,
+                   plan.picture.resolution,
+                   options.mayOverwrite,
+                   plan.sampleBits};
   if (options.quality > 0) file.quality = options.quality;
   file.origin = OriginOf(settings);
   return file;
@@ -73,11 +77,20 @@ Failure WithSaved(const Failure& failure, const ScanOutcome& outcome) {
   return Failure(failure.code, detail + (detail.empty() ? "" : " ") + SavedText(outcome));
 }
 
+void FocusFor(const Options& options, const ModuleExports& module,
+              const pmddb832::ScannerSettings& settings) {
+  if (options.focus->isAutomatic) std::cerr << "The scanner focuses, which takes 20 seconds.\n";
+  const std::int32_t position = SetFocus(module, settings, options.source, *options.focus);
+  if (options.focus->isAutomatic) std::cerr << "It focuses at " << position << ".\n";
+}
+
 // The scanner knows what it shall scan, and from where.
-ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettings& settings) {
+ScanPlan SetUp(const Options& options, const ModuleExports& module, Session& session,
+               pmddb832::ScannerSettings& settings) {
   const ScanPlan plan = PlanScan(options, settings);
   session.Select(options.source);
   DescribeScan(plan.asked, settings);
+  if (options.focus) FocusFor(options, module, settings);
   if (options.area && plan.missing > 0) {
     std::cerr << "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
                      std::to_string(plan.missing) + " pixels before the right edge.\n";
@@ -89,9 +102,10 @@ ScanPlan SetUp(const Options& options, Session& session, pmddb832::ScannerSettin
 class ScanRun {
  public:
   ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
-          pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
+          const BedTeller& bedTeller, pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
       : options_(scanOptions),
         module_(moduleExports),
+        bed_(bedTeller),
         settings_(scannerSettings),
         json_(jsonReport),
         progress_(std::cerr, StyleFor(scanOptions), ErrorOutputColumns()) {}
@@ -106,6 +120,7 @@ class ScanRun {
 
   const Options& options_;
   const ModuleExports& module_;
+  const BedTeller& bed_;
   pmddb832::ScannerSettings& settings_;
   Json& json_;
   ProgressMeter progress_;
@@ -124,7 +139,8 @@ void ScanRun::Run() {
 
 void ScanRun::Work() {
   Session session(module_, settings_);
-  plan_ = SetUp(options_, session, settings_);
+  bed_.CorrectLevel(settings_);
+  plan_ = SetUp(options_, module_, session, settings_);
   pictures_.emplace(options_.names, PictureFileFor(options_, plan_, settings_));
   store_.Guard(*pictures_);
   start_ = Clock::now();
@@ -188,17 +204,18 @@ class NowhereSink : public RowSink {
 
 }  // namespace
 
-void RunScanCommand(const Options& options, const ModuleExports& module,
+void RunScanCommand(const Options& options, const ModuleExports& module, const BedTeller& bed,
                     pmddb832::ScannerSettings& settings, Json& report) {
   CatchInterrupt();
-  ScanRun(options, module, settings, report).Run();
+  ScanRun(options, module, bed, settings, report).Run();
 }
 
-void PrepareScan(const Options& options, const ModuleExports& module,
+void PrepareScan(const Options& options, const ModuleExports& module, const BedTeller& bed,
                  pmddb832::ScannerSettings& settings) {
   Session session(module, settings);
-  const ScanPlan plan = SetUp(options, session, settings);
-  const std::uint32_t status = module.getOptionStatus(options.source.option);
+  bed.CorrectLevel(settings);
+  const ScanPlan plan = SetUp(options, module, session, settings);
+  const std::uint32_t status = module.getOptionStatus(options.source.code);
   if (status != 0) throw Failure(status);
   NowhereSink sink;
   AcquisitionManners manners;

@@ -27,24 +27,43 @@ bool CanMirror(const pmddb832::ScannerSettings& settings) {
 
 // A scanner with standard commands and a feeder is taken to be meant to centre a page of its whole
 // height at its lowest resolution: the module puts the area to the left edge then.
-bool StartsAtLeftEdge(const PixelArea& area, const BedSize& bed, std::uint32_t dotsPerInch,
+bool StartsAtLeftEdge(const ScanRequest& picture, const BedSize& bed,
                       const pmddb832::ScannerSettings& settings) {
-  return !IsExtended(settings) && settings.docFeedOption == kFeederOption &&
-         dotsPerInch == settings.minResolutionCopy &&
-         area.height == BedPixels(bed.height, dotsPerInch);
+  return !IsExtended(settings) && settings.docFeedOption == pmddb832::kFeeder &&
+         picture.resolution == settings.minResolutionCopy &&
+         picture.area.height == BedPixels(bed.height, picture.resolution);
 }
 
-// The area of whole groups that holds `picture`, on a bed of so many pixels. Trims a picture that
-// no such area holds at its right edge.
-PixelArea WholeGroups(PixelArea& picture, std::uint32_t bedPixels, bool startsAtLeftEdge) {
+// The pixels of a line that groups can come from. At the highest resolutions a standard scanner's
+// bed ends with its last whole group; from which on depends on the model, and this is the lowest.
+std::uint32_t PixelsOfGroups(const ScanRequest& picture, const BedSize& bed,
+                             const pmddb832::ScannerSettings& settings) {
+  constexpr std::uint32_t kHighProduct = 60000;  // of resolution and zoom
+  const std::uint32_t pixels = BedPixels(bed.width, picture.dotsPerInch);
+  const bool endsWithGroup =
+      !IsExtended(settings) && picture.resolution * picture.image.zoom > kHighProduct;
+  return endsWithGroup ? pixels / kGroup * kGroup : pixels;
+}
+
+// The area of whole groups that holds `picture`, on a line of so many pixels. Trims a picture that
+// no such area holds at its right edge; an area without pixels for one that lies behind all.
+PixelArea WholeGroups(PixelArea& picture, std::uint32_t linePixels, bool startsAtLeftEdge) {
   PixelArea area = picture;
   const std::uint32_t before = startsAtLeftEdge ? picture.left : 0;
-  const std::uint32_t most = bedPixels / kGroup * kGroup;
-  if (most <= before) return area;
+  const std::uint32_t most = linePixels / kGroup * kGroup;
+  const std::uint32_t end = startsAtLeftEdge ? most : linePixels;
+  picture.width = std::min(picture.width, end - std::min(picture.left, end));
   area.width = std::min((before + picture.width + kGroup - 1) / kGroup * kGroup, most);
-  area.left = startsAtLeftEdge ? 0 : std::min(picture.left, bedPixels - area.width);
-  picture.width = std::min(picture.width, area.width - before);
+  area.left = startsAtLeftEdge ? 0 : std::min(picture.left, linePixels - area.width);
+  picture.width = std::min(picture.width, area.width - std::min(before, area.width));
   return area;
+}
+
+void RequireGroup(const PixelArea& picture) {
+  if (picture.width > 0) return;
+  throw Failure(kUnsupported,
+                "The scanner delivers whole groups of eight pixels, and the area lies behind the "
+                "last one: move it to the left.");
 }
 
 LineWindow WindowOf(const ScanPlan& plan) {
@@ -66,20 +85,26 @@ std::uint8_t DeepBits(const pmddb832::ScannerSettings& settings) {
 
 ScanPlan PlanScan(const Options& options, const pmddb832::ScannerSettings& settings) {
   const BedSize bed = RequireFitted(options.source, settings);
-  const std::uint32_t dotsPerInch = options.dotsPerInch;
+  const std::uint32_t resolution =
+      options.dotsPerInch != 0 ? options.dotsPerInch : settings.minResolutionCopy;
+  const std::uint32_t dotsPerInch = ZoomedResolution(resolution, options.image.zoom, settings);
+  RequireResolution(resolution, settings);
   RequireResolution(dotsPerInch, settings);
   RequireMode(options.mode, settings);
+  RequireImageSettings(options.image, settings);
   ScanPlan plan;
   plan.sampleBits = DeepBits(settings);
-  plan.picture = {options.mode, dotsPerInch, PlaceArea(options.area, bed, dotsPerInch),
-                  options.isMirrored, options.isInverted};
+  plan.picture = {options.mode,       dotsPerInch,        PlaceArea(options.area, bed, dotsPerInch),
+                  options.isMirrored, options.isInverted, options.image,
+                  resolution};
   plan.asked = plan.picture;
   plan.asked.isMirrored = options.isMirrored && CanMirror(settings);
   if (ComesInGroups(plan, settings)) {
+    const bool atLeftEdge = StartsAtLeftEdge(plan.picture, bed, settings);
     PixelArea& area = plan.picture.area;
     const std::uint32_t wanted = area.width;
-    plan.asked.area = WholeGroups(area, BedPixels(bed.width, dotsPerInch),
-                                  StartsAtLeftEdge(area, bed, dotsPerInch, settings));
+    plan.asked.area = WholeGroups(area, PixelsOfGroups(plan.picture, bed, settings), atLeftEdge);
+    RequireGroup(area);
     plan.missing = wanted - area.width;
   }
   plan.window = WindowOf(plan);

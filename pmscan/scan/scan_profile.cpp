@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
 
@@ -34,11 +35,6 @@ std::string KeptNames() {
   return names;
 }
 
-std::string Utf8(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 // A name that is a file's on every system, and stays in its folder.
 std::filesystem::path FileOf(const std::filesystem::path& folder, const std::string& name) {
   const bool isOdd = std::any_of(name.begin(), name.end(), [](char letter) {
@@ -50,8 +46,7 @@ std::filesystem::path FileOf(const std::filesystem::path& folder, const std::str
                               "\" cannot name a profile: the name becomes that of a file, without "
                               "any of < > : \" / \\ | ? * and without a dot in front.");
   }
-  const std::string file = name + std::string(kExtension);
-  return folder / std::u8string(file.begin(), file.end());
+  return folder / PathOf(name + std::string(kExtension));
 }
 
 [[noreturn]] void RefuseUnknown(const std::filesystem::path& folder, const std::string& name) {
@@ -66,13 +61,17 @@ std::filesystem::path FileOf(const std::filesystem::path& folder, const std::str
 
 Json ToJson(const KeptOption& option) {
   const OptionRow& row = *FindRow(option.name);
-  if (IsNumber(row)) return std::stoul(option.value, nullptr, 0);
+  if (IsNumber(row)) return std::stol(option.value, nullptr, 0);
   return IsSwitch(row) ? Json(option.value != "false") : Json(option.value);
+}
+
+bool IsNumberFor(const OptionRow& row, const Json& value) {
+  return row.least < 0 ? value.is_number_integer() : value.is_number_unsigned();
 }
 
 // What is wanted in place of the value; empty when it is of the option's kind.
 std::string_view WantedInstead(const OptionRow& row, const Json& value) {
-  if (IsNumber(row)) return value.is_number_unsigned() ? "" : "a number";
+  if (IsNumber(row)) return IsNumberFor(row, value) ? "" : "a number";
   if (IsSwitch(row)) return value.is_boolean() ? "" : "true or false";
   return value.is_string() ? "" : "a text";
 }

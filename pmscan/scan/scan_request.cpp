@@ -10,9 +10,6 @@ namespace {
 
 // A transfer block of a scanner with extended commands holds at least two lines.
 constexpr std::uint64_t kLongestExtendedLine = 65279 / 2;
-constexpr std::uint16_t kActualSize = 100;
-constexpr std::uint16_t kLinearGamma = 100;
-constexpr std::uint16_t kNoThreshold = 0xFFFF;
 
 constexpr std::uint64_t RoundUpToEight(std::uint64_t value) {
   return (value + 7) / 8 * 8;
@@ -34,6 +31,18 @@ double Hundredths(std::uint32_t pixels, std::uint32_t dotsPerInch) {
 bool IsExtended(const pmddb832::ScannerSettings& settings) {
   constexpr std::uint16_t kExtendedCommands = 3;
   return settings.scanInfoVariant == kExtendedCommands;
+}
+
+// The sets round in different ways, so that an area of the standard one would be another one.
+std::uint32_t ZoomedResolution(std::uint32_t resolution, std::uint32_t zoom,
+                               const pmddb832::ScannerSettings& settings) {
+  const std::uint32_t product = resolution * zoom;
+  if (IsExtended(settings) || product % 100 == 0) return (product + 50) / 100;
+  throw Failure(kUnsupported, "A zoom of " + std::to_string(zoom) +
+                                  " percent makes no whole number "
+                                  "of dots per inch of " +
+                                  std::to_string(resolution) +
+                                  ": choose another --zoom or --resolution.");
 }
 
 void RequireResolution(std::uint32_t dotsPerInch, const pmddb832::ScannerSettings& settings) {
@@ -63,10 +72,7 @@ void RequireTransferable(const ScanRequest& request, const pmddb832::ScannerSett
 
 void DescribeScan(const ScanRequest& request, pmddb832::ScannerSettings& settings) {
   settings.pixelType = request.mode.pixelType;
-  settings.zoom = kActualSize;
-  settings.resolution = static_cast<std::uint16_t>(request.dotsPerInch);
-  settings.gamma = kLinearGamma;
-  settings.thresholdT = kNoThreshold;
+  settings.resolution = static_cast<std::uint16_t>(request.resolution);
   settings.originX = Hundredths(request.area.left, request.dotsPerInch);
   settings.originY = Hundredths(request.area.top, request.dotsPerInch);
   settings.areaWidthPx = request.area.width;
@@ -75,6 +81,7 @@ void DescribeScan(const ScanRequest& request, pmddb832::ScannerSettings& setting
   settings.areaTopPx = request.area.top;
   settings.mirrorImage = request.isMirrored ? 1 : 0;
   settings.invertMono = request.isInverted ? 1 : 0;
+  DescribeImage(request.image, settings);
 }
 
 }  // namespace pmscan

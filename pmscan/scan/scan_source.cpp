@@ -29,7 +29,12 @@ std::string ScanSourceNames() {
 }
 
 bool IsFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings) {
-  return source.option == kFlatbedOption || source.option == settings.docFeedOption;
+  return source.code == pmddb832::kFlatbed || source.code == settings.docFeedOption;
+}
+
+BedSize SizeOf(const ScanSource& source, const pmddb832::ScannerSettings& settings) {
+  if (source.code == pmddb832::kFlatbed) return {settings.bedWidth, settings.bedHeight};
+  return {settings.optionWidth, settings.optionHeight};
 }
 
 BedSize RequireFitted(const ScanSource& source, const pmddb832::ScannerSettings& settings) {
@@ -38,11 +43,11 @@ BedSize RequireFitted(const ScanSource& source, const pmddb832::ScannerSettings&
     throw Failure(kUnsupported, "This scanner has no " + name +
                                     "; --source can be: " + FittedSources(settings) + ".");
   }
-  const bool isFlatbed = source.option == kFlatbedOption;
-  const BedSize bed{isFlatbed ? settings.bedWidth : settings.optionWidth,
-                    isFlatbed ? settings.bedHeight : settings.optionHeight};
+  const BedSize bed = SizeOf(source, settings);
   if (bed.width == 0 || bed.height == 0) {
-    throw Failure(kUnsupported, "The scanner did not tell the size of its " + name + ".");
+    throw Failure(kUnsupported, "The scanner did not tell the size of its " + name +
+                                    ": say what to scan with --area LEFT,TOP,WIDTH,HEIGHT, or "
+                                    "with the name of a paper size.");
   }
   return bed;
 }

@@ -9,7 +9,7 @@ namespace pmscan {
 Session::Session(const ModuleExports& moduleExports, pmddb832::ScannerSettings& scannerSettings)
     : module_(moduleExports), settings_(scannerSettings) {
   // A scanner of the lowest extended level does not say what is fitted, and what stands here stays.
-  settings_.docFeedOption = kFlatbedOption;
+  settings_.docFeedOption = pmddb832::kFlatbed;
   if (module_.openScanner(&settings_) == 0) throw Failure(module_.getScanError());
 }
 
@@ -19,7 +19,7 @@ Session::~Session() {
 }
 
 void Session::Select(const ScanSource& source) {
-  if (source.option == kFlatbedOption) return;
+  if (source.code == pmddb832::kFlatbed) return;
   settings_.scanSource = 1;
   if (module_.enableOption(1) != 0) return;
   throw Failure(module_.getScanError(),

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/device/line_format.h"
+
 namespace simulator {
 namespace {
 

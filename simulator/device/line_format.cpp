@@ -22,7 +22,8 @@ Samples ColorSamples(const ScanRequest& request, std::span<const std::uint16_t> 
   Samples samples(rgb.size());
   for (std::size_t pixel = 0; pixel < rgb.size(); pixel += 3) {
     for (std::size_t i = 0; i < 3; ++i) {
-      samples[pixel + i] = request.gamma.OnChannel(order[i], rgb[pixel + order[i]]);
+      samples[pixel + i] =
+          request.gamma.OnAll(request.gamma.OnChannel(order[i], rgb[pixel + order[i]]));
     }
   }
   return samples;
@@ -33,7 +34,7 @@ Samples ChannelSamples(const ScanRequest& request, std::span<const std::uint16_t
   Samples samples(rgb.size() / 3);
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const std::uint16_t sample = request.gamma.OnChannel(channel, rgb[3 * i + channel]);
-    samples[i] = request.gamma.OnGrey(sample);
+    samples[i] = request.gamma.OnAll(sample);
   }
   return samples;
 }
@@ -43,25 +44,68 @@ Samples GreySamples(const ScanRequest& request, std::span<const std::uint16_t> r
   Samples samples(rgb.size() / 3);
   for (std::size_t i = 0; i < samples.size(); ++i) {
     const std::uint16_t* const pixel = &rgb[3 * i];
-    samples[i] = gamma.OnGrey(Grey(gamma.OnChannel(0, pixel[0]), gamma.OnChannel(1, pixel[1]),
-                                   gamma.OnChannel(2, pixel[2])));
+    samples[i] = gamma.OnAll(Grey(gamma.OnChannel(0, pixel[0]), gamma.OnChannel(1, pixel[1]),
+                                  gamma.OnChannel(2, pixel[2])));
   }
   return samples;
 }
 
-// The samples in the order of the wire: one or three a pixel.
-Samples WireSamples(const ScanRequest& request, std::span<const std::uint16_t> rgb) {
-  Samples mirrored;
-  if (request.mirrored) {
-    for (std::size_t end = rgb.size(); end > 0; end -= 3) {
-      mirrored.insert(mirrored.end(), rgb.begin() + static_cast<std::ptrdiff_t>(end - 3),
-                      rgb.begin() + static_cast<std::ptrdiff_t>(end));
-    }
-    rgb = mirrored;
-  }
+Samples SamplesOf(const ScanRequest& request, std::span<const std::uint16_t> rgb) {
   if (IsColor(request.colorMode)) return ColorSamples(request, rgb);
   if (request.colorMode == ColorMode::kGrey) return GreySamples(request, rgb);
   return ChannelSamples(request, rgb);
+}
+
+std::size_t ChannelsOf(const ScanRequest& request) {
+  return IsColor(request.colorMode) ? 3 : 1;
+}
+
+// Makes black and white of the samples.
+void Screen(const ScanRequest& request, std::uint32_t index, Samples& samples) {
+  const std::size_t channels = ChannelsOf(request);
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const auto x = request.left + static_cast<std::uint32_t>(i / channels);
+    const bool isWhite =
+        IsWhite(request.screen, request.threshold, samples[i], x, request.top + index);
+    samples[i] = isWhite ? 0xFFFF : 0;
+  }
+}
+
+void SwapLeftAndRight(std::size_t channels, Samples& samples) {
+  std::reverse(samples.begin(), samples.end());
+  for (std::size_t i = 0; i + channels <= samples.size(); i += channels) {
+    const auto pixel = samples.begin() + static_cast<std::ptrdiff_t>(i);
+    std::reverse(pixel, pixel + static_cast<std::ptrdiff_t>(channels));
+  }
+}
+
+// The samples in the order of the wire: one or three a pixel.
+Samples WireSamples(const ScanRequest& request, std::span<const std::uint16_t> rgb,
+                    std::uint32_t index) {
+  Samples corrected;
+  if (request.colorMatrix) {
+    corrected.assign(rgb.begin(), rgb.end());
+    ApplyMatrix(*request.colorMatrix, corrected);
+    rgb = corrected;
+  }
+  Samples samples = SamplesOf(request, rgb);
+  Brighten(request.brightness, samples);
+  if (request.bits == 1) Screen(request, index, samples);
+  if (request.mirrored) SwapLeftAndRight(ChannelsOf(request), samples);
+  return samples;
+}
+
+// One sample of a column and line, sharpened by those around it; where none is, by itself.
+std::uint16_t SharpenedSample(const Picture& picture, const ScanRequest& request, std::uint32_t x,
+                              std::uint32_t y, std::size_t channel) {
+  const auto at = [&](std::uint32_t column, std::uint32_t row) -> std::uint32_t {
+    return ScannedPixel(picture, request.dotsPerInch, column, row)[channel];
+  };
+  const std::uint32_t sample = at(x, y);
+  if (request.sharpness == 0) return static_cast<std::uint16_t>(sample);
+  const std::uint32_t sum =
+      at(x > 0 ? x - 1 : 0, y) + at(x + 1, y) + at(x, y > 0 ? y - 1 : 0) + at(x, y + 1);
+  return Sharpened(request.sharpness, static_cast<std::uint16_t>(sample), sum);
 }
 
 bool PacksNibbles(const ScanRequest& request) {
@@ -153,9 +197,9 @@ std::uint32_t LineBytes(const ScanRequest& request) {
 }
 
 void AppendLine(const ScanRequest& request, std::span<const std::uint16_t> rgb,
-                std::vector<std::uint8_t>& target) {
+                std::vector<std::uint8_t>& target, std::uint32_t index) {
   const std::size_t end = target.size() + LineBytes(request);
-  const Samples samples = WireSamples(request, rgb);
+  const Samples samples = WireSamples(request, rgb, index);
   if (request.colorMode == ColorMode::kPlanes) {
     AppendPlanes(samples, request.bits, target);
   } else {
@@ -170,11 +214,12 @@ std::vector<std::uint8_t> ScannedArea(const Picture& picture, const ScanRequest&
   for (std::uint32_t y = 0; y < request.height; ++y) {
     rgb.clear();
     for (std::uint32_t x = 0; x < request.width; ++x) {
-      const auto pixel =
-          ScannedPixel(picture, request.dotsPerInch, request.left + x, request.top + y);
-      rgb.insert(rgb.end(), pixel.begin(), pixel.end());
+      for (std::size_t channel = 0; channel < 3; ++channel) {
+        rgb.push_back(
+            SharpenedSample(picture, request, request.left + x, request.top + y, channel));
+      }
     }
-    AppendLine(request, rgb, area);
+    AppendLine(request, rgb, area, y);
   }
   return area;
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "simulator/device/line_format.h"
 #include "simulator/device/scan_request.h"
 #include "simulator/page/sampling.h"
 
@@ -13,23 +12,20 @@ namespace simulator {
 // The picture must outlive it.
 class LineSource {
  public:
-  LineSource(const Picture& scanned, const ScanRequest& scanRequest)
-      : request_(scanRequest),
-        sampler_(scanned, scanRequest.dotsPerInch, scanRequest.left, scanRequest.width) {}
+  LineSource(const Picture& scanned, const ScanRequest& scanRequest);
 
   const ScanRequest& Request() const { return request_; }
 
   // Line `index` of the area.
-  std::vector<std::uint8_t> Line(std::uint32_t index) {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(LineBytes(request_));
-    AppendLine(request_, sampler_.Line(request_.top + index), bytes);
-    return bytes;
-  }
+  std::vector<std::uint8_t> Line(std::uint32_t index);
 
  private:
+  void Sharpen(std::uint32_t line);
+
   const ScanRequest request_;
-  LineSampler sampler_;
+  const std::uint32_t before_;  // columns that are sampled to the left of the area
+  LineSampler sampler_;         // with a column of either side where samples are sharpened
+  std::vector<std::uint16_t> sharpened_;
 };
 
 }  // namespace simulator

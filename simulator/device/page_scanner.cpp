@@ -14,7 +14,7 @@ PageScanner::PageScanner(Equipment fitted, const Manners& firmware, bool feederI
       equipment_(std::move(fitted)),
       manners_(firmware) {}
 
-void PageScanner::TakeGamma(Bytes selectorAndTable) {
+void PageScanner::TakeGammaTable(Bytes selectorAndTable) {
   if (gamma_.Set(selectorAndTable[0], selectorAndTable.subspan(1))) {
     gammaCame_ = true;
     Answer(kAck);
@@ -23,9 +23,10 @@ void PageScanner::TakeGamma(Bytes selectorAndTable) {
   }
 }
 
-GammaTables PageScanner::TakeGammaTables() {
-  gammaCame_ = false;
-  return std::exchange(gamma_, {});
+GammaTables PageScanner::TakeGamma(std::uint8_t code) {
+  const bool came = std::exchange(gammaCame_, false);
+  const GammaTables downloaded = std::exchange(gamma_, {});
+  return came ? downloaded : GammaTables::BuiltIn(code).value_or(GammaTables());
 }
 
 void PageScanner::TakeColorMatrix(Bytes matrix) {
@@ -93,7 +94,8 @@ void PageScanner::Forget() {
   EndTransfer();
   ClearReplies();
   source.Select(0);
-  TakeGammaTables();
+  gamma_ = {};
+  gammaCame_ = false;
   colorMatrix_.reset();
   Answer(kAck);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "simulator/device/gamma_tables.h"
 #include "simulator/device/scanner.h"
 #include "simulator/device/scanner_config.h"
+#include "simulator/tones/image_filters.h"
 
 namespace simulator {
 
@@ -19,8 +19,8 @@ namespace simulator {
 // tables, focus, and one transfer at a time.
 class PageScanner : public Scanner {
  public:
-  // The colour matrix of the last ESC m, kept and not applied. Nothing after a reset.
-  const std::optional<std::array<std::uint8_t, 9>>& ColorMatrix() const { return colorMatrix_; }
+  // That of the last ESC m. Nothing after a reset.
+  const std::optional<simulator::ColorMatrix>& ColorMatrix() const { return colorMatrix_; }
 
   // The option value that was last sent and accepted; 0 is off.
   std::uint8_t OptionValue() const { return source.Value(); }
@@ -35,7 +35,7 @@ class PageScanner : public Scanner {
   PageScanner(Equipment fitted, const Manners& firmware, bool feederIsVariant);
 
   // Commands, and the bytes EM and FF.
-  void TakeGamma(Bytes selectorAndTable);
+  void TakeGammaTable(Bytes selectorAndTable);
   void TakeColorMatrix(Bytes matrix);
   void SwitchOption(Bytes value);
   void Focus(Bytes position);
@@ -64,8 +64,8 @@ class PageScanner : public Scanner {
   void ContinueTransfer() override;
   void EndTransfer() override;
 
-  // Gamma tables that came and were not used yet.
-  GammaTables TakeGammaTables();
+  // Gamma tables that came and were not used yet; where none came, those of the code.
+  GammaTables TakeGamma(std::uint8_t code);
   bool HasGammaTables() const { return gammaCame_; }
 
   DocumentSource source;
@@ -83,7 +83,7 @@ class PageScanner : public Scanner {
   std::uint8_t focusPosition_ = 0;
   GammaTables gamma_;
   bool gammaCame_ = false;
-  std::optional<std::array<std::uint8_t, 9>> colorMatrix_;
+  std::optional<simulator::ColorMatrix> colorMatrix_;
 };
 
 }  // namespace simulator

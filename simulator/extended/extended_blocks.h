@@ -43,6 +43,12 @@ inline constexpr std::size_t kColorMode = 24;
 inline constexpr std::size_t kBits = 25;
 inline constexpr std::size_t kOption = 26;
 inline constexpr std::size_t kLinesPerBlock = 28;
+inline constexpr std::size_t kGamma = 29;
+inline constexpr std::size_t kBrightness = 30;
+inline constexpr std::size_t kColorCorrection = 31;
+inline constexpr std::size_t kHalftone = 32;
+inline constexpr std::size_t kThreshold = 33;  // 0: the usual one
+inline constexpr std::size_t kSharpness = 35;
 inline constexpr std::size_t kMirror = 36;
 inline constexpr std::size_t kReserved = 38;  // from here on every byte is 0
 }  // namespace parameter_block

@@ -41,6 +41,10 @@ std::string WhyFormatImpossible(std::span<const std::uint8_t> block) {
   return {};
 }
 
+std::int8_t Signed(std::span<const std::uint8_t> block, std::size_t place) {
+  return static_cast<std::int8_t>(block[place]);
+}
+
 ScanRequest Decode(std::span<const std::uint8_t> block) {
   ScanRequest request;
   request.dotsPerInch = Get32(block, field::kMainResolution);
@@ -51,6 +55,10 @@ ScanRequest Decode(std::span<const std::uint8_t> block) {
   request.colorMode = *FindColorMode(block[field::kColorMode]);
   request.bits = block[field::kBits];
   request.mirrored = block[field::kMirror] != 0;
+  request.sharpness = Signed(block, field::kSharpness);
+  request.brightness = Signed(block, field::kBrightness);
+  request.screen = block[field::kHalftone];
+  if (block[field::kThreshold] != 0) request.threshold = block[field::kThreshold];
   return request;
 }
 
@@ -70,6 +78,21 @@ std::string ExtendedScanner::WhyAreaImpossible(Bytes block) const {
   return WhyOutside(scan, limit(area.width), limit(area.height));
 }
 
+std::string ExtendedScanner::WhyTonesImpossible(Bytes block) const {
+  if (!IsKnownScreen(block[field::kHalftone], identity_.level.at(1))) {
+    return "no halftone " + Hex(block.subspan(field::kHalftone, 1));
+  }
+  if (!HasGammaTables() && !GammaTables::BuiltIn(block[field::kGamma])) {
+    return "no gamma " + Hex(block.subspan(field::kGamma, 1));
+  }
+  if (block[field::kColorCorrection] != 0 && !ColorMatrix()) return "no colour matrix was sent";
+  const std::int8_t brightness = Signed(block, field::kBrightness);
+  const std::int8_t sharpness = Signed(block, field::kSharpness);
+  if (brightness < -3 || brightness > 3) return "no brightness " + std::to_string(brightness);
+  if (sharpness < -2 || sharpness > 2) return "no sharpness " + std::to_string(sharpness);
+  return {};
+}
+
 std::string ExtendedScanner::WhyImpossible(Bytes block) const {
   const std::uint32_t resolution = Get32(block, field::kMainResolution);
   if (resolution < identity_.minResolution || resolution > identity_.maxResolution) {
@@ -78,6 +101,8 @@ std::string ExtendedScanner::WhyImpossible(Bytes block) const {
   if (Get32(block, field::kSubResolution) != resolution) return "the two resolutions differ";
   std::string format = WhyFormatImpossible(block);
   if (!format.empty()) return format;
+  std::string tones = WhyTonesImpossible(block);
+  if (!tones.empty()) return tones;
   const std::string option = source.WhyImpossible(block[field::kOption]);
   return option.empty() ? WhyAreaImpossible(block) : option;
 }
@@ -94,14 +119,15 @@ void ExtendedScanner::JudgeReserved(Bytes block) {
 void ExtendedScanner::TakeParameters(Bytes block) {
   JudgeReserved(block);
   request_.reset();
-  const GammaTables tables = TakeGammaTables();
   const std::string reason = WhyImpossible(block);
+  const GammaTables gamma = TakeGamma(block[field::kGamma]);
   if (!reason.empty()) {
     Refuse(reason);
     return;
   }
   request_ = Decode(block);
-  request_->gamma = tables;
+  request_->gamma = gamma;
+  if (block[field::kColorCorrection] != 0) request_->colorMatrix = ColorMatrix();
   source.Select(block[field::kOption]);
   linesPerBlock_ = block[field::kLinesPerBlock];
   Answer(kAck);

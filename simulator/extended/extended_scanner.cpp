@@ -29,7 +29,7 @@ const ExtendedScanner::Row* ExtendedScanner::FindCommand(std::uint8_t prefix, st
       Row{kEscape, 'm', 9, '0', &E::TakeColorMatrix},
       Row{kEscape, 'p', 1, '8', &E::Focus},
       Row{kEscape, 'q', 0, '8', &E::TellFocus},
-      Row{kEscape, 'z', 257, '0', &E::TakeGamma},
+      Row{kEscape, 'z', 257, '0', &E::TakeGammaTable},
       Row{kFileSeparator, 'F', 0, '0', &E::TellStatus},
       Row{kFileSeparator, 'G', 0, '0', &E::StartTransfer},
       Row{kFileSeparator, 'I', 0, '0', &E::TellIdentity},

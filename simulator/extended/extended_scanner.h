@@ -66,6 +66,7 @@ class ExtendedScanner final : public PageScanner {
 
   std::string WhyImpossible(Bytes block) const;
   std::string WhyAreaImpossible(Bytes block) const;
+  std::string WhyTonesImpossible(Bytes block) const;
   PixelSize Area(std::uint8_t option) const;
   void JudgeReserved(Bytes block);
   void BeginTransfer();

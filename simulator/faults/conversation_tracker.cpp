@@ -61,8 +61,7 @@ const ConversationPlace& ConversationTracker::Read() {
 
 void ConversationTracker::Delivered(Bytes bytes) {
   replyBytes_ += bytes.size();
-  const auto count = static_cast<std::uint32_t>(bytes.size());
-  conversation_.Read({bytes, count, bytes.empty() ? std::uint8_t{0} : bytes.back(), false});
+  conversation_.Read(bytes, false);
 }
 
 std::optional<std::size_t> ConversationTracker::MainStatusAmong(std::size_t count) const {

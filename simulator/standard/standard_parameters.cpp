@@ -16,21 +16,7 @@ constexpr std::uint32_t kSmallestZoom = 50;  // percent
 constexpr std::uint32_t kLargestZoom = 200;
 constexpr std::uint32_t kLongestLine = 0xFFFF;  // bytes
 
-struct HalftoneRow {
-  std::uint8_t code;
-  char lowestLevel;  // digit
-};
-constexpr std::array kHalftones{
-    HalftoneRow{0x00, '0'}, HalftoneRow{0x01, '0'}, HalftoneRow{0x10, '0'},
-    HalftoneRow{0x20, '0'}, HalftoneRow{0x80, '4'}, HalftoneRow{0x90, '4'},
-    HalftoneRow{0xA0, '4'}, HalftoneRow{0xB0, '4'}, HalftoneRow{0x03, '5'},
-};
 constexpr std::array<std::uint8_t, 5> kDepths{1, 3, 4, 8, 12};
-constexpr std::array<std::uint8_t, 5> kBuiltInGammas{0x00, 0x01, 0x02, 0x10, 0x20};
-
-bool Contains(const std::array<std::uint8_t, 5>& values, std::uint8_t value) {
-  return std::count(values.begin(), values.end(), value) != 0;
-}
 
 std::optional<ColorMode> FindColorMode(std::uint8_t code) {
   return code == 1 || code == 2 ? ColorMode::kPlanes : FindSharedColorMode(code);
@@ -54,19 +40,18 @@ std::string StandardScanner::WhyNoColorMode(Bytes code) const {
 }
 
 std::string StandardScanner::WhyNoDepth(Bytes bits) const {
-  return Contains(kDepths, bits[0]) ? "" : "no samples of " + std::to_string(bits[0]) + " bits";
+  const bool isKnown = std::count(kDepths.begin(), kDepths.end(), bits[0]) != 0;
+  return isKnown ? "" : "no samples of " + std::to_string(bits[0]) + " bits";
 }
 
 std::string StandardScanner::WhyNoHalftone(Bytes code) const {
-  for (const HalftoneRow& row : kHalftones) {
-    if (row.code == code[0] && LevelDigit() >= row.lowestLevel) return {};
-  }
-  return "no halftone " + Hex(code);
+  return IsKnownScreen(code[0], LevelDigit()) ? "" : "no halftone " + Hex(code);
 }
 
 // A code that is not built in stands for the tables that were sent ahead of it.
 std::string StandardScanner::WhyNoGamma(Bytes code) const {
-  return Contains(kBuiltInGammas, code[0]) || HasGammaTables() ? "" : "no gamma " + Hex(code);
+  const bool isKnown = HasGammaTables() || GammaTables::BuiltIn(code[0]);
+  return isKnown ? "" : "no gamma " + Hex(code);
 }
 
 std::string StandardScanner::WhyNoCorrection(Bytes on) const {
@@ -119,7 +104,7 @@ PixelSize StandardScanner::AreaOfSource() const {
 }
 
 void StandardScanner::Apply(char letter) {
-  if (letter == 'Z') gamma_ = TakeGammaTables();
+  if (letter == 'Z') gamma_ = TakeGamma(accepted_.at(letter)[0]);
   if (letter == 'R' || letter == 'H') accepted_.erase('A');
   if (letter == 'A') startRefused_ = false;
 }
@@ -127,6 +112,11 @@ void StandardScanner::Apply(char letter) {
 std::optional<std::vector<std::uint8_t>> StandardScanner::Parameters(char letter) const {
   const auto entry = accepted_.find(letter);
   return entry == accepted_.end() ? std::nullopt : std::optional(entry->second);
+}
+
+std::uint8_t StandardScanner::ByteOf(char letter, std::uint8_t otherwise) const {
+  const auto entry = accepted_.find(letter);
+  return entry == accepted_.end() ? otherwise : entry->second[0];
 }
 
 std::uint32_t StandardScanner::ResolutionTimesZoom() const {
@@ -143,8 +133,13 @@ std::optional<ScanRequest> StandardScanner::Request() const {
   request.colorMode = *FindColorMode(accepted_.at('C')[0]);
   request.bits = accepted_.at('D')[0];
   request.packsNibbles = true;
-  request.mirrored = Parameters('K') && accepted_.at('K')[0] != 0;
+  request.mirrored = ByteOf('K', 0) != 0;
+  request.sharpness = static_cast<std::int8_t>(ByteOf('Q', 0));
+  request.brightness = static_cast<std::int8_t>(ByteOf('L', 0));
+  if (ByteOf('M', 0) != 0) request.colorMatrix = ColorMatrix();
   request.gamma = gamma_;
+  request.screen = ByteOf('B', kThresholdAlone);
+  request.threshold = ByteOf('t', kUsualThreshold);
   return request;
 }
 

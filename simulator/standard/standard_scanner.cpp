@@ -112,7 +112,7 @@ void StandardScanner::TakeTable(Bytes selectorAndTable) {
   if (IsLevelA() && selectorAndTable[0] != 'M') {
     Refuse("level A has no gamma table of a channel");
   } else {
-    TakeGamma(selectorAndTable);
+    TakeGammaTable(selectorAndTable);
   }
 }
 

@@ -46,7 +46,7 @@ class StandardScanner final : public PageScanner {
   std::optional<ScanRequest> Request() const;
 
   // Parameters of the last command with that letter; nothing after a reset or a refusal. Those of
-  // ESC B, L, M, Q, g, s and t are kept and not applied.
+  // ESC g and s are kept and not applied.
   std::optional<std::vector<std::uint8_t>> Parameters(char letter) const;
 
  protected:
@@ -85,6 +85,8 @@ class StandardScanner final : public PageScanner {
 
   void TakeParameters(const Row& row, Bytes parameters);
   void Apply(char letter);
+  // The parameter of the last command with that letter, if it was accepted.
+  std::uint8_t ByteOf(char letter, std::uint8_t otherwise) const;
   std::uint32_t ResolutionTimesZoom() const;
   std::uint32_t WidestLine() const;
   PixelSize AreaOfSource() const;

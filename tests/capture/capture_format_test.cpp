@@ -117,24 +117,25 @@ TEST_CASE("capture: kept image data stands in dense rows, equal ones folded") {
 }
 
 TEST_CASE("capture: a number of the settings record stands by its member's name") {
-  CheckRoundTrip(RecordChange{false, 186, {0x2C, 0x01}}, "host resolution = 300\n");
-  CheckRoundTrip(RecordChange{true, 0, {8, 0, 0, 0}}, "  module commandLevel = 8\n");
+  CheckRoundTrip(SettingsChange{false, 186, {0x2C, 0x01}}, "host resolution = 300\n");
+  CheckRoundTrip(SettingsChange{true, 0, {8, 0, 0, 0}}, "  module commandLevel = 8\n");
 }
 
 TEST_CASE("capture: signed numbers, real numbers and texts of the record stand as such") {
-  CheckRoundTrip(RecordChange{false, 228, {0xFE, 0xFF, 0xFF, 0xFF}}, "host brightness = -2\n");
-  CheckRoundTrip(RecordChange{false, 208, {0, 0, 0, 0, 0, 0, 0xE0, 0x3F}}, "host originX = 0.5\n");
-  CheckRoundTrip(RecordChange{true, 8, {'Q', 'M', ' ', '#', '1', 0, 0, 0}},
+  CheckRoundTrip(SettingsChange{false, 228, {0xFE, 0xFF, 0xFF, 0xFF}}, "host brightness = -2\n");
+  CheckRoundTrip(SettingsChange{false, 208, {0, 0, 0, 0, 0, 0, 0xE0, 0x3F}},
+                 "host originX = 0.5\n");
+  CheckRoundTrip(SettingsChange{true, 8, {'Q', 'M', ' ', '#', '1', 0, 0, 0}},
                  "  module modelName = \"QM #1\"\n");
 }
 
 TEST_CASE("capture: a text that is not zero-terminated blanks and letters stands as bytes") {
-  CheckRoundTrip(RecordChange{true, 8, {'Q', 0, 'x', 0, 0, 0, 0, 0}},
+  CheckRoundTrip(SettingsChange{true, 8, {'Q', 0, 'x', 0, 0, 0, 0, 0}},
                  "  module modelName : 51 00 78 00 00 00 00 00\n");
 }
 
 TEST_CASE("capture: tables of the record stand as bytes") {
-  CheckRoundTrip(RecordChange{false, 1340, {1, 2, 3, 4, 5, 6, 7, 8, 9}},
+  CheckRoundTrip(SettingsChange{false, 1340, {1, 2, 3, 4, 5, 6, 7, 8, 9}},
                  "host colorMatrix : 01 02 03 04 05 06 07 08 09\n");
 }
 
@@ -173,7 +174,7 @@ TEST_CASE("capture: each entry tells its line") {
 TEST_CASE("capture: the writer begins with the title and the remarks") {
   std::ostringstream stream;
   CaptureWriter writer(stream, "device sim:extended\nsecond line");
-  writer.Add(RecordChange{false, 186, {0x2C, 0x01}});
+  writer.Add(SettingsChange{false, 186, {0x2C, 0x01}});
   CHECK(stream.str() ==
         "pmddb832 capture 1\n# device sim:extended\n# second line\n\nhost resolution = 300\n");
   CHECK(writer.IsGood());
@@ -192,9 +193,9 @@ TEST_CASE("capture: the document's example is one") {
 }
 
 // A cell of the document's table, with the blank in front of it.
-std::string Cell(std::span<const CallValue> values) {
+std::string Cell(std::span<const ValueShape> values) {
   std::string text;
-  for (const CallValue& value : values) text += " `" + std::string(value.name) + "`";
+  for (const ValueShape& value : values) text += " `" + std::string(value.name) + "`";
   return text + " |";
 }
 

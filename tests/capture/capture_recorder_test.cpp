@@ -58,7 +58,7 @@ struct Recording {
 TEST_CASE("recorder: a write is kept with its bytes, result and time") {
   Recording recording;
   recording.Write({0x1C, 0x49});
-  CHECK(Headline(recording.entries.at(0)) == "write 2 : 1C 49");
+  CHECK(EntryText(recording.entries.at(0)) == "write 2 : 1C 49");
   CHECK(recording.LastTransfer().microseconds == 7);
 }
 
@@ -71,14 +71,14 @@ TEST_CASE("recorder: a read is kept as it came, and reaches the module") {
   CHECK(recording.device.RawReadData(buffer.data(), &count, nullptr) < 0);
   CHECK(count == 2);
   CHECK(buffer == Bytes{0x02, 0x80, 0, 0});
-  CHECK(Headline(recording.entries.at(0)) == "read 4 got 2 result 80070079 : 02 80");
+  CHECK(EntryText(recording.entries.at(0)) == "read 4 got 2 result 80070079 : 02 80");
 }
 
 TEST_CASE("recorder: a failed write counts as nothing") {
   Recording recording;
   recording.answering.result = -1;
   recording.Write({0x06});
-  CHECK(Headline(recording.entries.at(0)) == "write 1 result FFFFFFFF : 06");
+  CHECK(EntryText(recording.entries.at(0)) == "write 1 result FFFFFFFF : 06");
 }
 
 TEST_CASE("recorder: a device that claims more than was asked for is not believed") {
@@ -87,7 +87,7 @@ TEST_CASE("recorder: a device that claims more than was asked for is not believe
   Bytes buffer(8);
   std::uint32_t count = 3;
   recording.device.RawReadData(buffer.data(), &count, nullptr);
-  CHECK(Headline(recording.entries.at(0)) == "read 3 : 01 02 03");
+  CHECK(EntryText(recording.entries.at(0)) == "read 3 : 01 02 03");
 }
 
 TEST_CASE("recorder: what a read of the picture brings is kept by length, checksum and last byte") {
@@ -96,7 +96,7 @@ TEST_CASE("recorder: what a read of the picture brings is kept by length, checks
   recording.answering.answer = Bytes(129, 0xA5);
   recording.answering.answer.back() = 0;
   recording.Read(129);
-  CHECK(Headline(recording.entries.back()) == "read 129 crc 60758F26 last 00");
+  CHECK(EntryText(recording.entries.back()) == "read 129 crc 60758F26 last 00");
   CHECK_FALSE(recording.LastTransfer().bytes.has_value());
 }
 
@@ -129,10 +129,10 @@ TEST_CASE("recorder: the host's settings stand in front of the call, the module'
   recording.settings.commandLevel = 8;
   recording.recorder.EndCall({{"result", 1}});
   REQUIRE(recording.entries.size() == 4);
-  CHECK(Headline(recording.entries[0]) == "host resolution = 300");
-  CHECK(Headline(recording.entries[1]) == "call PMOpenScanner");
-  CHECK(Headline(recording.entries[2]) == "module commandLevel = 8");
-  CHECK(Headline(recording.entries[3]) == "return PMOpenScanner result=1");
+  CHECK(EntryText(recording.entries[0]) == "host resolution = 300");
+  CHECK(EntryText(recording.entries[1]) == "call PMOpenScanner");
+  CHECK(EntryText(recording.entries[2]) == "module commandLevel = 8");
+  CHECK(EntryText(recording.entries[3]) == "return PMOpenScanner result=1");
 }
 
 TEST_CASE("recorder: a setting is told when it changes, and pointers never") {

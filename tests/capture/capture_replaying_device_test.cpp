@@ -36,6 +36,10 @@ struct Device {
     result = device.RawWriteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()), nullptr);
     return result;
   }
+  std::size_t DifferencesAtEnd() {
+    device.EndCall();
+    return log.All().size();
+  }
 
   Capture capture;
   DifferenceLog log;
@@ -56,8 +60,7 @@ TEST_CASE("replaying device: what the capture tells passes without a difference"
   CHECK(device.Read(4) == Bytes{1, 2, 3, 4});
   CHECK(device.Write({0x1C, 0x53}) == 0);
   CHECK(device.Read(1) == Bytes{6});
-  device.device.EndCall();
-  CHECK(device.log.All().empty());
+  CHECK(device.DifferencesAtEnd() == 0);
   CHECK(device.device.Transfers() == 4);
 }
 
@@ -75,8 +78,7 @@ TEST_CASE("replaying device: strictly, another write is the first difference and
   CHECK(device.Write({0x1C, 0x49}) == kTimeout);
   CHECK(device.Write({0x1C, 0x46}) == kTimeout);
   CHECK(device.Read(4).empty());
-  device.device.EndCall();
-  REQUIRE(device.log.All().size() == 1);
+  REQUIRE(device.DifferencesAtEnd() == 1);
   const Difference& difference = device.log.All()[0];
   CHECK(difference.line == 3);
   CHECK(difference.call == "PMAcquireImage");
@@ -125,8 +127,7 @@ TEST_CASE("replaying device: behind a capture that ends in a call nothing is com
   CHECK(device.Write({0x1C, 0x47}) == 0);
   CHECK(device.Read(14).empty());
   CHECK(device.result == kTimeout);
-  device.device.EndCall();
-  CHECK(device.log.All().empty());
+  CHECK(device.DifferencesAtEnd() == 0);
 }
 
 TEST_CASE("replaying device: image data that was not kept comes as zeros with its last byte") {
@@ -142,16 +143,14 @@ TEST_CASE("replaying device: tolerantly, a block with other bytes counts as the 
   Device device("write 3 : 01 02 03\nread 1 : 06\n" + kReturn, true);
   CHECK(device.Write({1, 9, 3}) == 0);
   CHECK(device.Read(1) == Bytes{6});
-  device.device.EndCall();
-  CHECK(device.log.All().size() == 1);
+  CHECK(device.DifferencesAtEnd() == 1);
 }
 
 TEST_CASE("replaying device: tolerantly, a command that comes early skips what is before it") {
   Device device(kTwoCommands, true);
   CHECK(device.Write({0x1C, 0x53}) == 0);
   CHECK(device.Read(1) == Bytes{6});
-  device.device.EndCall();
-  CHECK(device.log.All().size() == 1);
+  CHECK(device.DifferencesAtEnd() == 1);
 }
 
 TEST_CASE("replaying device: tolerantly, a command too many is answered as elsewhere") {
@@ -162,8 +161,7 @@ TEST_CASE("replaying device: tolerantly, a command too many is answered as elsew
   device.Read(1);
   CHECK(device.Write({0x1C, 0x46}) == 0);
   CHECK(device.Read(4) == Bytes{1, 2, 3, 4});
-  device.device.EndCall();
-  CHECK(device.log.All().size() == 1);
+  CHECK(device.DifferencesAtEnd() == 1);
 }
 
 TEST_CASE("replaying device: tolerantly, an unknown command is acknowledged, and the way goes on") {
@@ -187,15 +185,13 @@ TEST_CASE("replaying device: tolerantly, a read that is cut in two gets both par
 TEST_CASE("replaying device: tolerantly, reads that are joined get both") {
   Device device("read 1 : 02\nread 3 : 80 01 00\n" + kReturn, true);
   CHECK(device.Read(4) == Bytes{0x02, 0x80, 0x01, 0x00});
-  device.device.EndCall();
-  CHECK(device.log.All().size() == 1);
+  CHECK(device.DifferencesAtEnd() == 1);
 }
 
 TEST_CASE("replaying device: tolerantly, a write that is left out is skipped at the read") {
   Device device("write 1 : 06\nread 4 : 01 02 03 04\n" + kReturn, true);
   CHECK(device.Read(4) == Bytes{1, 2, 3, 4});
-  device.device.EndCall();
-  CHECK(device.log.All().size() == 1);
+  CHECK(device.DifferencesAtEnd() == 1);
 }
 
 TEST_CASE("replaying device: tolerantly, more than there is to read times out") {

@@ -9,10 +9,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 struct Fixture {
   Part Write(const Bytes& bytes) { return conversation.Write(bytes); }
-  Part Read(const Bytes& bytes) {
-    const auto count = static_cast<std::uint32_t>(bytes.size());
-    return conversation.Read({bytes, count, bytes.empty() ? std::uint8_t{0} : bytes.back(), false});
-  }
+  Part Read(const Bytes& bytes) { return conversation.Read(bytes, false); }
 
   Conversation conversation;
 };

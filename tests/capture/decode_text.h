@@ -7,8 +7,7 @@
 
 namespace pmddb832::tests {
 
-// The decoded conversation, and whether a line of it begins with the text behind its margin and its
-// blanks.
+// The decoded conversation, and whether one of its lines, with its margin, is that one.
 inline std::string Told(const SampleConversation& sample) {
   return capture::Decode(sample.capture);
 }

@@ -1,4 +1,4 @@
-#include "capture/file/pcapng_writer.h"
+#include "capture/pcapng/pcapng_writer.h"
 
 #include <doctest/doctest.h>
 

@@ -31,7 +31,7 @@ SampleConversation& SampleConversation::Return(const std::vector<capture::Value>
 }
 
 SampleConversation& SampleConversation::HostSets(std::uint32_t offset, const Bytes& bytes) {
-  capture.entries.emplace_back(capture::RecordChange{false, offset, bytes});
+  capture.entries.emplace_back(capture::SettingsChange{false, offset, bytes});
   return *this;
 }
 

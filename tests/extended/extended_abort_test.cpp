@@ -62,9 +62,7 @@ TEST_CASE("an abort ejects the page of a selected feeder, and of nothing else") 
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "the feeder's flags and keepPaper do not keep an aborted page") {
-  settings.scanSource = 1;
-  settings.docFeedOption = 0;
-  settings.mainStatusBit5 = 1;
+  Set("scanSource=1 docFeedOption=0 mainStatusBit5=1");
   settings.keepPaper = settings.feederStatusExtra = 1;
   CancelBlock();
   ExpectEject();
@@ -72,8 +70,7 @@ TEST_CASE_FIXTURE(HalfwayScanner, "the feeder's flags and keepPaper do not keep 
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "an eject that fails does not fail the abort") {
-  settings.scanSource = 1;
-  settings.docFeedOption = 0;
+  Set("scanSource=1 docFeedOption=0");
   CancelBlock();
   device.Expect({0x0C}).Reply({kNak});
   CHECK(AbortSet() == 1);
@@ -103,8 +100,7 @@ TEST_CASE_FIXTURE(HalfwayScanner, "an abort fails with 9 at each transfer that f
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "a cancel that is not acknowledged ejects nothing") {
-  settings.scanSource = 1;
-  settings.docFeedOption = 0;
+  Set("scanSource=1 docFeedOption=0");
   device.Reply(FourLines(2) + Bytes{0x00}).Expect({0x18}).Reply({kNak});
   PMAbortScan();
 }
@@ -131,8 +127,7 @@ TEST_CASE_FIXTURE(HalfwayScanner,
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "an aborted page is not ejected at its end again") {
-  settings.scanSource = 1;
-  settings.docFeedOption = 0;
+  Set("scanSource=1 docFeedOption=0");
   CancelBlock();
   ExpectEject();
   PMAbortScan();

@@ -54,8 +54,7 @@ TEST_CASE("rows go from the top for the host's types 1, 3, 5 and 6, else from th
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "lines that fit are counted in 16 bits") {
-  settings.areaWidthPx = 4;
-  settings.areaHeightPx = 70000;
+  Set("areaWidthPx=4 areaHeightPx=70000");
   const Bytes block = With(ParameterBlock(), 16, Word(4) + Word(1400));
   InitAcquire();
   CHECK(Acquire(65536 * 4).record.status == kFailed);
@@ -114,8 +113,7 @@ TEST_CASE_FIXTURE(OpenExtended,
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "white lines are white before they are converted") {
-  settings.originY = 1400;
-  settings.previewMode = 1;
+  Set("originY=1400 previewMode=1");
   StartScan(With(ParameterBlock(), 12, Word(1400) + Word(16) + Word(0)), Header(0, 0, 0));
   SendLastBlock({});
   CHECK(Acquire(64).Rows(16) == "EA EA EA EA");
@@ -174,15 +172,13 @@ TEST_CASE("the end of a page ejects it as the feeder wants") {
 }
 
 TEST_CASE("an eject that fails is a failure without a code; the band stays delivered") {
-  for (const int failing : {0, 1, 2}) {
-    CAPTURE(failing);
+  for (const std::string_view eject : {">!", "> 0C <!", "> 0C < 15"}) {
+    CAPTURE(eject);
     ExtendedScanner scanner;
     scanner.OpenFeeder();
     scanner.StartScan(With(ParameterBlock(), 26, {0x01}), Header(0, 0, 64));
     scanner.SendLastBlock(Fill(64, 1));
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing == 1) scanner.device.Expect({0x0C}).FailNextRead();
-    if (failing == 2) scanner.device.Expect({0x0C}).Reply({kNak});
+    scanner.device.Converse(eject);
     CHECK(scanner.Acquire(64).recordBytes ==
           "02 00 00 00 A5 A5 A5 A5 01 00 00 00 04 00 00 00 40 00 00 00");
     CHECK(PMGetScanError() == 0);

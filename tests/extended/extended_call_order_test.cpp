@@ -104,8 +104,7 @@ void FocusBetweenBands(ExtendedScanner& scanner, const Bytes& parameters) {
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "a focus with a larger area between bands leaves white rows") {
-  settings.areaWidthPx = 1000;
-  settings.areaHeightPx = 1400;
+  Set("areaWidthPx=1000 areaHeightPx=1400");
   FocusBetweenBands(*this, With(With(ParameterBlock(), 16, Word(1000) + Word(1400)), 28, {64}));
   const Band band = Acquire(32);
   CHECK(band.record.lines == 2);
@@ -137,8 +136,7 @@ TEST_CASE_FIXTURE(HalfwayScanner, "a focus with a lower area between bands ends 
 }
 
 TEST_CASE_FIXTURE(HalfwayScanner, "settings that change between bands stay in the rows") {
-  settings.pixelType = 7;
-  settings.areaWidthPx = 30000;
+  Set("pixelType=7 areaWidthPx=30000");
   settings.previewMode = settings.mirrorImage = 1;
   settings.docFeedOption = settings.keepPaper = 0xFFFFFFFF;
   settings.scanSource = 0xFF;

@@ -193,6 +193,18 @@ TEST_CASE("each allocation of an open may be refused; nothing leaks and the next
   }
 }
 
+TEST_CASE("an identification without one of its buffers ends, though there is memory again") {
+  for (const std::size_t allocation : {8u, 9u}) {
+    CAPTURE(allocation);
+    ExtendedScanner scanner;
+    scanner.AnswerProbe();
+    Play(scanner.device, OpenConversation(), 4);
+    const RefusedAllocation refused(allocation);
+    CHECK(PMOpenScanner(&scanner.settings) == 0);
+    CHECK(PMGetScanError() == 0);
+  }
+}
+
 TEST_CASE_FIXTURE(ExtendedScanner, "ten allocations and one heap block make an open") {
   const std::size_t before = AllocationCount();
   REQUIRE(Open() == 1);

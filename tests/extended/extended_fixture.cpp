@@ -99,4 +99,30 @@ Bytes ExtendedScanner::AskForWideLines(std::uint8_t lines) {
   return With(With(block, 16, {0x80, 0x3E, 0x00, 0x00, lines}), 28, {0x04});
 }
 
+void ParameterScanner::CheckParameters(const Bytes& block, std::uint32_t hostPixelType) {
+  InitAcquire(hostPixelType);
+  AcceptParameters(block);
+  AnswerStatus(Status(0x02));
+  CheckAcquireFails(0x10000, 43);
+}
+
+void ParameterScanner::CheckParameters(const Bytes& block) {
+  CheckParameters(block, settings.pixelType);
+}
+
+void ParameterScanner::CheckRefused() {
+  InitAcquire(settings.pixelType);
+  CheckAcquireFails(0x20000, 22);
+}
+
+void CheckParameters(const std::vector<ParameterRow>& rows, const Bytes& identity,
+                     const Bytes& status) {
+  for (const ParameterRow& row : rows) {
+    CAPTURE(row.settings);
+    ParameterScanner scanner(identity, status);
+    scanner.Set(row.settings);
+    scanner.CheckParameters(With(ParameterBlock(), row.changes));
+  }
+}
+
 }  // namespace pmddb832::tests::extended

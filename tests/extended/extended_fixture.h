@@ -46,6 +46,28 @@ struct OpenExtended : ExtendedScanner {
   OpenExtended() { REQUIRE(Open() == 1); }
 };
 
+// An open scanner of which only the parameters of its scans count.
+struct ParameterScanner : ExtendedScanner {
+  explicit ParameterScanner(const Bytes& identity = Identity(), const Bytes& status = Status()) {
+    REQUIRE(Open(identity, status) == 1);
+  }
+
+  // A scan whose parameters must be these. It ends there: the scanner is still warming up.
+  void CheckParameters(const Bytes& block);
+  void CheckParameters(const Bytes& block, std::uint32_t hostPixelType);
+  // A scan that is refused before its parameters are sent.
+  void CheckRefused();
+};
+
+// For each row an open scanner of its own: settings as Set() takes them, and what the parameters
+// then have in place of those of the fixture, as With() takes it.
+struct ParameterRow {
+  std::string settings;
+  std::string_view changes;
+};
+void CheckParameters(const std::vector<ParameterRow>& rows, const Bytes& identity = Identity(),
+                     const Bytes& status = Status());
+
 // Owns the command set of the moment, which a further open leaves behind.
 struct ReplacedSet {
   std::unique_ptr<ExtScanCmd> set{static_cast<ExtScanCmd*>(currentCommandSet)};

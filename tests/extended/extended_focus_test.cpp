@@ -7,16 +7,22 @@ namespace {
 struct FocusScanner : ExtendedScanner {
   FocusScanner() { REQUIRE(Open() == 1); }
 
-  // All of an automatic focus but the answer: parameters, ESC p FF, ESC q.
-  void AcceptFocusing() {
+  // An automatic focus, and how the scanner answers it behind the parameters.
+  std::uint8_t FocusBy(std::string_view conversation) {
     AcceptParameters();
-    device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-    device.Expect({0x1B, 0x71});
+    device.Converse(conversation);
+    const std::uint8_t position = PMSetFocus(1, 0x12);
+    CHECK(PMGetScanError() == 0);
+    CHECK(system.sleptMilliseconds == 20000);
+    return position;
   }
 };
 
+// ESC p FF and ESC q, without the answer.
+const std::string kFocus = "> 1B 70 < 06 > FF < 06 > 1B 71";
+
 TEST_CASE("a scanner of another level keeps its focus: the position comes back, nothing is sent") {
-  for (const char* level : {"B4", "B5", "B6", "B7"}) {
+  for (const std::string_view level : {"B4", "B5", "B6", "B7"}) {
     for (const std::uint32_t mode : {0u, 1u}) {
       CAPTURE(level);
       CAPTURE(mode);
@@ -29,120 +35,89 @@ TEST_CASE("a scanner of another level keeps its focus: the position comes back, 
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "a position is sent behind ESC p, 40 more than the host's") {
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0x52}).Reply({0x06});
+  device.Converse("> 1B 70 < 06 > 52 < 06 > 1B 70 < 06 > 40 < 06");
   CHECK(PMSetFocus(0, 0x12) == 0x12);
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0x40}).Reply({0x06});
   CHECK(PMSetFocus(0, 0x00) == 0x00);
   CHECK(system.sleptMilliseconds == 0);
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "positions wrap at 8 bits") {
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0x3F}).Reply({0x06});
+  device.Converse("> 1B 70 < 06 > 3F < 06");
   CHECK(PMSetFocus(0, 0xFF) == 0xFF);
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "position 191 is sent, but reads as unknown") {
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
+  device.Converse("> 1B 70 < 06 > FF < 06");
   CHECK(PMSetFocus(0, 191) == 156);
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "a position that is not acknowledged or not carried is unknown") {
-  device.FailNextWrite();
-  CHECK(PMSetFocus(0, 0) == 156);
-  device.Expect({0x1B, 0x70}).FailNextRead();
-  CHECK(PMSetFocus(0, 0) == 156);
-  device.Expect({0x1B, 0x70}).Reply({kNak});
-  CHECK(PMSetFocus(0, 0) == 156);
-  device.Expect({0x1B, 0x70}).Reply({0x06}).FailNextWrite();
-  CHECK(PMSetFocus(0, 0) == 156);
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0x40}).Reply({kNak});
-  CHECK(PMSetFocus(0, 0) == 156);
-  CHECK(PMGetScanError() == 0);
+  for (const std::string_view conversation :
+       {">!", "> 1B 70 <!", "> 1B 70 < 15", "> 1B 70 < 06 >!", "> 1B 70 < 06 > 40 < 15"}) {
+    CAPTURE(conversation);
+    device.Converse(conversation);
+    CHECK(PMSetFocus(0, 0) == 156);
+    CHECK(PMGetScanError() == 0);
+  }
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "automatic focus sets up, asks, waits 20 seconds and reads") {
-  AcceptParameters();
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-  device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x4A});
-  CHECK(PMSetFocus(1, 0x12) == 0x0A);
-  CHECK(system.sleptMilliseconds == 20000);
+  CHECK(FocusBy("> 1B 70 < 06 > FF < 06 > 1B 71 < 02 00 02 00 < 00 4A") == 0x0A);
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "any mode but 0 is automatic") {
-  AcceptFocusing();
-  device.Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x40});
+  AcceptParameters();
+  device.Converse(kFocus + "< 02 00 02 00 < 00 40");
   CHECK(PMSetFocus(0xFFFFFF00, 0x12) == 0x00);
 }
 
 TEST_CASE_FIXTURE(FocusScanner, "automatic focus uses the settings' area and pixel type of now") {
   InitAcquire();
-  settings.areaWidthPx = 32;
-  settings.areaHeightPx = 5;
-  settings.pixelType = 8;
+  Set("areaWidthPx=32 areaHeightPx=5 pixelType=8");
   AcceptParameters(With(With(ParameterBlock(), 16, Word(32) + Word(5)), 25, {0x0C}));
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-  device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x41});
+  device.Converse(kFocus + "< 02 00 02 00 < 00 41");
   CHECK(PMSetFocus(1, 0) == 1);
 }
 
 TEST_CASE("automatic focus goes on without an acknowledge of its start, after the wait") {
-  for (const int failing : {0, 1, 2}) {
-    CAPTURE(failing);
-    FocusScanner scanner;
-    scanner.AcceptParameters();
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing == 1) scanner.device.Expect({0x1B, 0x70}).Reply({kNak});
-    if (failing == 2) scanner.device.Expect({0x1B, 0x70}).Reply({6}).Expect({0xFF}).Reply({kNak});
-    scanner.device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0xFE, 0x50});
-    CHECK(PMSetFocus(1, 0) == 0x10);
-    CHECK(scanner.system.sleptMilliseconds == 20000);
+  for (const std::string start : {">!", "> 1B 70 < 15", "> 1B 70 < 06 > FF < 15"}) {
+    CAPTURE(start);
+    CHECK(FocusScanner().FocusBy(start + "> 1B 71 < 02 00 02 00 < FE 50") == 0x10);
   }
 }
 
 TEST_CASE("a focus reply tells a position only when it is whole and its first bit is clear") {
   struct Row {
-    const char* header;
-    Bytes data;
+    std::string answer;
     std::uint8_t result;
   };
-  for (const Row& row :
-       {Row{"02 00 02 00", {0x01, 0x50}, 156}, Row{"02 00 02 00", {0xFF, 0x50}, 156},
-        Row{"02 00 02 00", {0xFE, 0x50}, 0x10}, Row{"02 FF 02 00", {0x00, 0x50}, 0x10},
-        Row{"02 00 02 00", {0x00, 0xFF}, 156}, Row{"02 00 02 00", {0x00, 0x3F}, 0xFF},
-        Row{"02 00 05 00", {0x00, 0x50, 1, 2, 3}, 0x10}, Row{"02 00 96 00", Fill(150, 0x50), 0x10},
-        // too short to hold a position
-        Row{"02 00 00 00", {}, 156}, Row{"02 00 01 00", {0x00}, 156}}) {
-    CAPTURE(row.header);
-    CAPTURE(Hex(row.data));
-    FocusScanner scanner;
-    scanner.AcceptFocusing();
-    scanner.device.Reply(FromHex(row.header)).Reply(row.data);
-    CHECK(PMSetFocus(1, 0) == row.result);
+  std::string longest;
+  for (int i = 0; i < 150; ++i) longest += "50";
+  for (const Row& row : {Row{"< 02 00 02 00 < 01 50", 156}, Row{"< 02 00 02 00 < FF 50", 156},
+                         Row{"< 02 00 02 00 < FE 50", 0x10}, Row{"< 02 FF 02 00 < 00 50", 0x10},
+                         Row{"< 02 00 02 00 < 00 FF", 156}, Row{"< 02 00 02 00 < 00 3F", 0xFF},
+                         Row{"< 02 00 05 00 < 00 50 01 02 03", 0x10},
+                         // the longest, and too short to hold a position
+                         Row{"< 02 00 96 00 <" + longest, 0x10}, Row{"< 02 00 00 00 <", 156},
+                         Row{"< 02 00 01 00 < 00", 156}}) {
+    CAPTURE(row.answer);
+    CHECK(FocusScanner().FocusBy(kFocus + row.answer) == row.result);
   }
 }
 
 TEST_CASE("a focus header that is wrong or announces too much is not read on") {
-  for (const char* header : {"06 00 02 00", "15 00 02 00", "00 02 02 00", "02 00 97 00",
-                             "02 00 FF 7F", "02 00 00 80", "02 00 FF FF"}) {
+  for (const std::string header :
+       {"< 06 00 02 00", "< 15 00 02 00", "< 00 02 02 00", "< 02 00 97 00", "< 02 00 FF 7F",
+        "< 02 00 00 80", "< 02 00 FF FF"}) {
     CAPTURE(header);
-    FocusScanner scanner;
-    scanner.AcceptFocusing();
-    scanner.device.Reply(FromHex(header));
-    CHECK(PMSetFocus(1, 0) == 156);
+    CHECK(FocusScanner().FocusBy(kFocus + header) == 156);
   }
 }
 
 TEST_CASE("a focus answer that cannot be asked for or read is unknown") {
-  for (const int failing : {0, 1, 2}) {
-    CAPTURE(failing);
-    FocusScanner scanner;
-    scanner.AcceptParameters();
-    scanner.device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing == 1) scanner.device.Expect({0x1B, 0x71}).FailNextRead();
-    if (failing == 2) scanner.device.Expect({0x1B, 0x71}).Reply({2, 0, 2, 0}).FailNextRead();
-    CHECK(PMSetFocus(1, 0) == 156);
-    CHECK(PMGetScanError() == 0);
+  for (const std::string answer : {">!", "> 1B 71 <!", "> 1B 71 < 02 00 02 00 <!"}) {
+    CAPTURE(answer);
+    CHECK(FocusScanner().FocusBy("> 1B 70 < 06 > FF < 06" + answer) == 156);
   }
 }
 

@@ -58,8 +58,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a transparency unit gives the option area an
 
 TEST_CASE_FIXTURE(ExtendedScanner, "a feeder comes before a transparency unit") {
   CHECK(Open(Identity(), Status(0, 0x80, 0x80)) == 1);
-  CHECK(settings.docFeedOption == 0);
-  CHECK(settings.optionWidth == 800);
+  CheckSettings("docFeedOption=0 optionWidth=800");
 }
 
 TEST_CASE_FIXTURE(ExtendedScanner, "only bit 7 of the status bytes says that a unit is installed") {
@@ -94,18 +93,15 @@ TEST_CASE("level B3 reads no status and keeps the option that was known") {
     scanner.AnswerReset();
     scanner.AnswerIdentity(With(Identity(), 0, Text("B3")));
     CHECK(PMOpenScanner(&scanner.settings) == 1);
-    CHECK(scanner.settings.commandLevel == 1);
-    CHECK(scanner.settings.levelGroup == 4);
-    CHECK(scanner.settings.halftoneInfo == 4);
+    scanner.CheckSettings("commandLevel=1 levelGroup=4 halftoneInfo=4");
     CHECK(scanner.settings.docFeedOption == option);
     CHECK(scanner.settings.areaCount == (option == 2 ? 1 : 2));
-    CHECK(scanner.settings.bedWidth == 0);
-    CHECK(scanner.settings.optionWidth == 0);
+    scanner.CheckSettings("bedWidth=0 optionWidth=0");
   }
 }
 
 TEST_CASE("an unknown command level fails the open with code 10 and the channel open") {
-  for (const char* level : {"C8", "B9", "B2", "A5", "b8", "B ", "8B"}) {
+  for (const std::string_view level : {"C8", "B9", "B2", "A5", "b8", "B ", "8B"}) {
     CAPTURE(level);
     ExtendedScanner scanner;
     scanner.AnswerProbe();
@@ -115,20 +111,16 @@ TEST_CASE("an unknown command level fails the open with code 10 and the channel 
     CHECK(PMGetScanError() == 10);
     CHECK(currentChannel->opened == 1);
     CHECK(std::string(scanner.settings.commandLevelText) == level);
-    CHECK(scanner.settings.commandLevel == 0);
-    CHECK(scanner.settings.rangeMax == 0);
+    scanner.CheckSettings("commandLevel=0 rangeMax=0");
   }
 }
 
 TEST_CASE_FIXTURE(ExtendedScanner, "resolutions are the low 16 bits, doubled and halved") {
   const Bytes resolutions = FromHex("64 00 01 00 78 96 34 12 FF FF 34 12");
   CHECK(Open(With(Identity(), 4, resolutions)) == 1);
-  CHECK(settings.baseResolution == 100);
-  CHECK(settings.minResolution == 0x2CF0);
-  CHECK(settings.maxResolution == 0x7FFF);
-  CHECK(settings.baseResolutionCopy == 100);
-  CHECK(settings.minResolutionCopy == 0x2CF0);
-  CHECK(settings.maxResolutionCopy == 0x7FFF);
+  CheckSettings(
+      "baseResolution=100 minResolution=0x2CF0 maxResolution=0x7FFF baseResolutionCopy=100 "
+      "minResolutionCopy=0x2CF0 maxResolutionCopy=0x7FFF");
   CHECK(settings.bedWidth == 1);  // 1000 pixels of 1/65636 inch
 }
 
@@ -188,20 +180,16 @@ TEST_CASE_FIXTURE(ExtendedScanner, "a status that cannot be read fails the open 
   device.Expect({0x1C, 0x46}).FailNextRead();
   CHECK(PMOpenScanner(&settings) == 0);
   CHECK(PMGetScanError() == 7);
-  CHECK(settings.commandLevel == 8);
-  CHECK(settings.docFeedOption == 1);
-  CHECK(settings.rangeEnabled == 0);
+  CheckSettings("commandLevel=8 docFeedOption=1 rangeEnabled=0");
   CHECK(currentChannel->opened == 1);
 }
 
 TEST_CASE("a reset that fails ends the open without a code") {
-  for (const int failing : {0, 1, 2}) {
-    CAPTURE(failing);
+  for (const std::string_view reset : {">!", "> 1B 40 <!", "> 1B 40 < 15"}) {
+    CAPTURE(reset);
     ExtendedScanner scanner;
     scanner.AnswerProbe();
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing == 1) scanner.device.Expect({0x1B, 0x40}).FailNextRead();
-    if (failing == 2) scanner.device.Expect({0x1B, 0x40}).Reply({kNak});
+    scanner.device.Converse(reset);
     CHECK(PMOpenScanner(&scanner.settings) == 0);
     CHECK(PMGetScanError() == 0);
     CHECK(scanner.settings.scanInfoVariant == 0);

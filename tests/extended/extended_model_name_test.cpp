@@ -54,7 +54,7 @@ TEST_CASE("listed models are reported under their own names, QM6000 as QM60000")
 }
 
 TEST_CASE("an unlisted model id is its own name") {
-  for (const char* modelId : {"QM600", "QM60000", "qm6000", "X"}) {
+  for (const std::string_view modelId : {"QM600", "QM60000", "qm6000", "X"}) {
     CAPTURE(modelId);
     const NamedScanner scanner(modelId, "WHATEVER");
     CHECK(std::string(scanner.settings.modelName) == modelId);
@@ -77,9 +77,9 @@ TEST_CASE("a model id of eight characters without a terminator is cut to seven")
 }
 
 TEST_CASE("products with an entry of their own are never reported, whatever the host expects") {
-  for (const char* product : {"SCANNER RV-5000 ", "Prospectra3100  ", "SCANNER RV-7000 ",
-                              "RV-700XL        ", "SCANNER QM-41000"}) {
-    for (const char* modelId : {"", "OTHER"}) {
+  for (const std::string_view product : {"SCANNER RV-5000 ", "Prospectra3100  ", "SCANNER RV-7000 ",
+                                         "RV-700XL        ", "SCANNER QM-41000"}) {
+    for (const std::string_view modelId : {"", "OTHER"}) {
       CAPTURE(product);
       CAPTURE(modelId);
       NamedScanner scanner(modelId, product);
@@ -90,8 +90,8 @@ TEST_CASE("products with an entry of their own are never reported, whatever the 
 }
 
 TEST_CASE("two products are not reported either and have 14 bits a colour") {
-  for (const char* product : {"SCANNER RV-3100 ", "Prospectra3140XL"}) {
-    for (const char* modelId : {"", "OTHER"}) {
+  for (const std::string_view product : {"SCANNER RV-3100 ", "Prospectra3140XL"}) {
+    for (const std::string_view modelId : {"", "OTHER"}) {
       CAPTURE(product);
       CAPTURE(modelId);
       NamedScanner scanner(modelId, product);
@@ -115,7 +115,8 @@ TEST_CASE("a shorter product name is padded with blanks before it is compared") 
 }
 
 TEST_CASE("the product name is compared as a whole") {
-  for (const char* product : {"SCANNER RV-3100X", "SCANNER RV-310", "scanner RV-3100 "}) {
+  for (const std::string_view product :
+       {"SCANNER RV-3100X", "SCANNER RV-310", "scanner RV-3100 "}) {
     CAPTURE(product);
     NamedScanner scanner("OTHER", product);
     CHECK(std::string(scanner.settings.modelName) == "OTHER");

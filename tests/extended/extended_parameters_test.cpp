@@ -1,4 +1,3 @@
-#include <limits>
 #include <numeric>
 
 #include "tests/extended/extended_fixture.h"
@@ -11,22 +10,6 @@ void FillTable(std::uint8_t (&table)[256], std::uint8_t first) {
   std::iota(std::begin(table), std::end(table), first);
 }
 
-// An open scanner of which only the parameters of its scans count.
-struct ParameterScanner : ExtendedScanner {
-  explicit ParameterScanner(const Bytes& status = Status()) {
-    REQUIRE(Open(Identity(), status) == 1);
-  }
-
-  // A scan whose parameters must be these. It ends there: the scanner is still warming up.
-  void CheckParameters(const Bytes& block, std::uint32_t hostPixelType = 2) {
-    InitAcquire(hostPixelType);
-    AcceptParameters(block);
-    AnswerStatus(Status(0x02));
-    Acquire(0x10000);
-    CHECK(PMGetScanError() == 43);
-  }
-};
-
 TEST_CASE_FIXTURE(ParameterScanner, "the parameters are sent behind FS W, each acknowledged") {
   InitAcquire();
   device.Expect({0x1C, 0x57}).Reply({0x06}).Expect(ParameterBlock()).Reply({0x06});
@@ -35,56 +18,48 @@ TEST_CASE_FIXTURE(ParameterScanner, "the parameters are sent behind FS W, each a
   CHECK(Acquire(64).record.status == kGoOn);
 }
 
-TEST_CASE("depth and colour mode are those of the pixel type") {
-  struct Row {
-    std::uint32_t pixelType, previewMode, hostPixelType;
-    const char* modeAndBits;
-  };
-  for (const Row& row : {Row{0, 0, 0, "00 01"}, Row{2, 0, 2, "00 08"}, Row{5, 0, 5, "23 08"},
-                         Row{5, 0, 1, "13 08"}, Row{5, 0, 6, "23 08"}, Row{5, 0, 0, "23 08"},
-                         Row{6, 0, 6, "13 04"}, Row{7, 0, 7, "13 0C"}, Row{7, 1, 7, "13 0C"},
-                         Row{8, 0, 8, "00 0C"}, Row{8, 1, 8, "00 0C"}, Row{2, 1, 2, "00 08"}}) {
-    CAPTURE(row.pixelType);
-    CAPTURE(row.hostPixelType);
+TEST_CASE("depth and colour mode are those of the pixel type, previewed or not") {
+  CheckParameters({{"pixelType=0", "24: 00 01"},
+                   {"pixelType=2", "24: 00 08"},
+                   {"pixelType=2 previewMode=1", "24: 00 08"},
+                   {"pixelType=5", "24: 23 08"},
+                   {"pixelType=6", "24: 13 04"},
+                   {"pixelType=7", "24: 13 0C"},
+                   {"pixelType=7 previewMode=1", "24: 13 0C"},
+                   {"pixelType=8", "24: 00 0C"},
+                   {"pixelType=8 previewMode=1", "24: 00 0C"}});
+}
+
+TEST_CASE("true colour is asked for red first by a host of pixel type 1 only") {
+  for (const std::uint32_t host : {0u, 1u, 6u}) {
+    CAPTURE(host);
     ParameterScanner scanner;
-    scanner.settings.pixelType = row.pixelType;
-    scanner.settings.previewMode = row.previewMode;
-    scanner.CheckParameters(With(ParameterBlock(), 24, FromHex(row.modeAndBits)),
-                            row.hostPixelType);
+    scanner.settings.pixelType = 5;
+    scanner.CheckParameters(With(ParameterBlock(), host == 1 ? "24: 13 08" : "24: 23 08"), host);
   }
 }
 
 TEST_CASE("a single-channel scan sends its channel as the colour mode") {
-  const Bytes modes{0x00, 0x10, 0x20, 0x30, 0x00};
-  for (std::uint16_t channel = 0; channel < modes.size(); ++channel) {
-    CAPTURE(channel);
-    ParameterScanner scanner;
-    scanner.settings.pixelType = 5;
-    scanner.settings.monoScan = 1;
-    scanner.settings.dropoutChannel = channel;
-    scanner.CheckParameters(With(ParameterBlock(), 24, {modes[channel]}), 5);
-  }
+  CheckParameters({{"pixelType=5 monoScan=1 dropoutChannel=0", "24: 00"},
+                   {"pixelType=5 monoScan=1 dropoutChannel=1", "24: 10"},
+                   {"pixelType=5 monoScan=1 dropoutChannel=2", "24: 20"},
+                   {"pixelType=5 monoScan=1 dropoutChannel=3", "24: 30"},
+                   {"pixelType=5 monoScan=1 dropoutChannel=4", "24: 00"}});
 }
 
 TEST_CASE("the option byte is the source, as the option unit knows it, with the option parameter") {
-  struct Row {
-    std::uint32_t docFeedOption;
-    std::uint8_t mainStatusBit5, scanSource, optionByte, optionParam;
-  };
-  for (const Row& row :
-       {Row{2, 0, 0, 0, 0}, Row{2, 0, 1, 1, 0x77}, Row{2, 0, 3, 3, 0x77}, Row{0, 0, 0, 0, 0},
-        Row{0, 0, 1, 1, 0x77}, Row{0, 0, 2, 1, 0x77}, Row{0, 1, 0, 0, 0}, Row{0, 1, 2, 2, 0x77},
-        Row{1, 1, 2, 1, 0x77}, Row{1, 0, 0, 0, 0}}) {
-    CAPTURE(row.docFeedOption);
-    CAPTURE(row.scanSource);
-    ParameterScanner scanner(Status(0, 0x80));
-    scanner.settings.docFeedOption = row.docFeedOption;
-    scanner.settings.mainStatusBit5 = row.mainStatusBit5;
-    scanner.settings.scanSource = row.scanSource;
-    scanner.settings.optionParam = 0x77;
-    const Bytes block = With(ParameterBlock(), 26, {row.optionByte});
-    scanner.CheckParameters(With(block, 37, {row.optionParam}));
-  }
+  CheckParameters(
+      {{"optionParam=0x77 docFeedOption=2 scanSource=0", "26: 00, 37: 00"},
+       {"optionParam=0x77 docFeedOption=2 scanSource=1", "26: 01, 37: 77"},
+       {"optionParam=0x77 docFeedOption=2 scanSource=3", "26: 03, 37: 77"},
+       {"optionParam=0x77 docFeedOption=0 scanSource=0", "26: 00, 37: 00"},
+       {"optionParam=0x77 docFeedOption=0 scanSource=1", "26: 01, 37: 77"},
+       {"optionParam=0x77 docFeedOption=0 scanSource=2", "26: 01, 37: 77"},
+       {"optionParam=0x77 docFeedOption=0 mainStatusBit5=1 scanSource=0", "26: 00, 37: 00"},
+       {"optionParam=0x77 docFeedOption=0 mainStatusBit5=1 scanSource=2", "26: 02, 37: 77"},
+       {"optionParam=0x77 docFeedOption=1 mainStatusBit5=1 scanSource=2", "26: 01, 37: 77"},
+       {"optionParam=0x77 docFeedOption=1 scanSource=0", "26: 00, 37: 00"}},
+      Identity(), Status(0, 0x80));
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "a scan replaces what switching the option left in the block") {
@@ -94,59 +69,37 @@ TEST_CASE_FIXTURE(ParameterScanner, "a scan replaces what switching the option l
 }
 
 TEST_CASE("the halftone code is the indexed row of the table, row 0 for any other index") {
-  struct Row {
-    std::int32_t index;
-    std::uint8_t code;
-  };
-  constexpr auto kLowest = std::numeric_limits<std::int32_t>::min();
-  constexpr auto kHighest = std::numeric_limits<std::int32_t>::max();
-  for (const Row& row : {Row{0, 0x01}, Row{1, 0x00}, Row{2, 0x10}, Row{3, 0x20}, Row{4, 0x80},
-                         Row{5, 0x90}, Row{6, 0xA0}, Row{7, 0xB0}, Row{8, 0x03}, Row{9, 0x00},
-                         Row{10, 0x01}, Row{-1, 0x01}, Row{kLowest, 0x01}, Row{kHighest, 0x01}}) {
-    CAPTURE(row.index);
-    ParameterScanner scanner;
-    scanner.settings.halftoneIndex = row.index;
-    scanner.CheckParameters(With(ParameterBlock(), 32, {row.code}));
-  }
+  CheckParameters({{"halftoneIndex=0", "32: 01"},
+                   {"halftoneIndex=1", "32: 00"},
+                   {"halftoneIndex=2", "32: 10"},
+                   {"halftoneIndex=3", "32: 20"},
+                   {"halftoneIndex=4", "32: 80"},
+                   {"halftoneIndex=5", "32: 90"},
+                   {"halftoneIndex=6", "32: A0"},
+                   {"halftoneIndex=7", "32: B0"},
+                   {"halftoneIndex=8", "32: 03"},
+                   {"halftoneIndex=9", "32: 00"},
+                   {"halftoneIndex=10", "32: 01"},
+                   {"halftoneIndex=-1", "32: 01"},
+                   {"halftoneIndex=-2147483648", "32: 01"},
+                   {"halftoneIndex=2147483647", "32: 01"}});
 }
 
 TEST_CASE("the enhancement byte is 1 with optionS, 2 when the halftone is overridden") {
-  struct Row {
-    std::uint32_t halftoneOverride, optionS;
-    std::uint8_t halftone, enhancement;
-  };
-  for (const Row& row :
-       {Row{0, 0, 0x10, 0}, Row{0, 7, 0x10, 1}, Row{1, 0, 0x03, 0}, Row{5, 7, 0x03, 2}}) {
-    CAPTURE(row.halftoneOverride);
-    CAPTURE(row.optionS);
-    ParameterScanner scanner;
-    scanner.settings.halftoneIndex = 2;
-    scanner.settings.halftoneOverride = row.halftoneOverride;
-    scanner.settings.optionS = row.optionS;
-    const Bytes block = With(ParameterBlock(), 32, {row.halftone});
-    scanner.CheckParameters(With(block, 34, {row.enhancement}));
-  }
+  CheckParameters({{"halftoneIndex=2 halftoneOverride=0 optionS=0", "32: 10, 34: 00"},
+                   {"halftoneIndex=2 halftoneOverride=0 optionS=7", "32: 10, 34: 01"},
+                   {"halftoneIndex=2 halftoneOverride=1 optionS=0", "32: 03, 34: 00"},
+                   {"halftoneIndex=2 halftoneOverride=5 optionS=7", "32: 03, 34: 02"}});
 }
 
 TEST_CASE("the override byte is the threshold, else n for gamma code 4 with optionS") {
-  struct Row {
-    std::uint16_t threshold;
-    std::uint8_t gammaCode;
-    std::uint32_t optionS;
-    std::uint8_t byte33;
-  };
-  for (const Row& row : {Row{0xFFFF, 4, 1, 0x6E}, Row{0xFFFF, 4, 0, 0}, Row{0xFFFF, 3, 1, 0},
-                         Row{0x1234, 4, 1, 0x34}, Row{0x0000, 4, 1, 0}, Row{0x00FF, 0, 0, 0xFF},
-                         Row{0xFFFE, 0, 0, 0xFE}}) {
-    CAPTURE(row.threshold);
-    CAPTURE(row.gammaCode);
-    ParameterScanner scanner;
-    scanner.settings.thresholdT = row.threshold;
-    scanner.settings.customGammaCode = row.gammaCode;
-    scanner.settings.optionS = row.optionS;
-    const Bytes block = With(ParameterBlock(), 34, {static_cast<std::uint8_t>(row.optionS)});
-    scanner.CheckParameters(With(block, 33, {row.byte33}));
-  }
+  CheckParameters({{"thresholdT=0xFFFF customGammaCode=4 optionS=1", "33: 6E 01"},
+                   {"thresholdT=0xFFFF customGammaCode=4 optionS=0", "33: 00 00"},
+                   {"thresholdT=0xFFFF customGammaCode=3 optionS=1", "33: 00 01"},
+                   {"thresholdT=0x1234 customGammaCode=4 optionS=1", "33: 34 01"},
+                   {"thresholdT=0x0000 customGammaCode=4 optionS=1", "33: 00 01"},
+                   {"thresholdT=0x00FF", "33: FF 00"},
+                   {"thresholdT=0xFFFE", "33: FE 00"}});
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "the override byte stays until another scan sets it") {
@@ -157,48 +110,33 @@ TEST_CASE_FIXTURE(ParameterScanner, "the override byte stays until another scan 
 }
 
 TEST_CASE("without tables, gamma is sent as its code") {
-  struct Row {
-    std::uint16_t gamma;
-    std::uint8_t code;
-  };
-  for (const Row& row : {Row{100, 0x01}, Row{220, 0x02}, Row{300, 0x00}, Row{280, 0x10},
-                         Row{250, 0x20}, Row{180, 0x02}, Row{0, 0x02}}) {
-    CAPTURE(row.gamma);
-    ParameterScanner scanner;
-    scanner.settings.gamma = row.gamma;
-    scanner.CheckParameters(With(ParameterBlock(), 29, {row.code}));
-  }
+  CheckParameters({{"gamma=100", "29: 01"},
+                   {"gamma=220", "29: 02"},
+                   {"gamma=300", "29: 00"},
+                   {"gamma=280", "29: 10"},
+                   {"gamma=250", "29: 20"},
+                   {"gamma=180", "29: 02"},
+                   {"gamma=0", "29: 02"}});
 }
 
-TEST_CASE("brightness and sharpness are divided toward zero") {
-  struct Row {
-    std::int32_t brightness, sharpness;
-    std::uint8_t byte30, byte35;
-  };
-  constexpr auto kLowest = std::numeric_limits<std::int32_t>::min();
-  for (const Row& row : {Row{999, 999, 3, 1}, Row{-999, -999, 0xFD, 0xFF}, Row{332, 499, 0, 0},
-                         Row{-332, -499, 0, 0}, Row{1000, 1000, 3, 2},
-                         Row{-1000, -1000, 0xFD, 0xFE}, Row{333 * 300, 500 * 300, 0x2C, 0x2C},
-                         // -6448899 and -4294967
-                         Row{kLowest, kLowest, 0xFD, 0xC9}}) {
-    CAPTURE(row.brightness);
-    ParameterScanner scanner;
-    scanner.settings.brightness = row.brightness;
-    scanner.settings.sharpness = row.sharpness;
-    const Bytes block = With(ParameterBlock(), 30, {row.byte30});
-    scanner.CheckParameters(With(block, 35, {row.byte35}));
-  }
+TEST_CASE("brightness is divided by 333 and sharpness by 500, toward zero") {
+  CheckParameters({{"brightness=999 sharpness=999", "30: 03, 35: 01"},
+                   {"brightness=-999 sharpness=-999", "30: FD, 35: FF"},
+                   {"brightness=332 sharpness=499", "30: 00, 35: 00"},
+                   {"brightness=-332 sharpness=-499", "30: 00, 35: 00"},
+                   {"brightness=1000 sharpness=1000", "30: 03, 35: 02"},
+                   {"brightness=-1000 sharpness=-1000", "30: FD, 35: FE"},
+                   {"brightness=99900 sharpness=150000", "30: 2C, 35: 2C"},  // 300
+                   // -6448899 and -4294967
+                   {"brightness=-2147483648 sharpness=-2147483648", "30: FD, 35: C9"}});
 }
 
-TEST_CASE_FIXTURE(ParameterScanner, "mirror is sent as 1 and paramG as it is") {
-  settings.mirrorImage = 0x100;
-  settings.paramG = 0xC3;
-  CheckParameters(With(With(ParameterBlock(), 36, {0x01}), 27, {0xC3}));
+TEST_CASE("mirror is sent as 1 and paramG as it is") {
+  CheckParameters({{"mirrorImage=0x100 paramG=0xC3", "36: 01, 27: C3"}});
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "gamma tables go out as R, G and B, before the parameters") {
-  settings.customGamma = 1;
-  settings.customGammaCode = 0x04;
+  Set("customGamma=1 customGammaCode=0x04");
   FillTable(settings.gammaTableR, 1);
   FillTable(settings.gammaTableG, 2);
   FillTable(settings.gammaTableB, 3);
@@ -209,11 +147,7 @@ TEST_CASE_FIXTURE(ParameterScanner, "gamma tables go out as R, G and B, before t
 }
 
 TEST_CASE_FIXTURE(ParameterScanner, "a single-channel scan sends the red table alone, as M") {
-  settings.customGamma = 1;
-  settings.customGammaCode = 0x05;
-  settings.monoScan = 1;
-  settings.dropoutChannel = 2;
-  settings.colorCorrection = 1;
+  Set("customGamma=1 customGammaCode=0x05 monoScan=1 dropoutChannel=2 colorCorrection=1");
   FillTable(settings.gammaTableR, 9);
   device.Expect({0x1B, 0x7A}).Reply({0x06}).Expect(Text("M") + Ramp(9, 256)).Reply({0x06});
   CheckParameters(With(With(ParameterBlock(), 24, {0x20}), 29, {0x05}));
@@ -250,28 +184,18 @@ TEST_CASE_FIXTURE(ParameterScanner, "a single-channel scan keeps the correction 
   settings.colorCorrection = 1;
   device.ExpectBlock(0x1B, 'm', Fill(9, 0));
   CheckParameters(With(ParameterBlock(), 31, {0x01}));
-  settings.monoScan = 1;
-  settings.colorCorrection = 0;
+  Set("monoScan=1 colorCorrection=0");
   CheckParameters(With(ParameterBlock(), 31, {0x01}));
   settings.monoScan = 0;
   CheckParameters(ParameterBlock());
 }
 
 TEST_CASE("zoom scales the resolution, rounded half up") {
-  struct Row {
-    std::uint16_t resolution, zoom;
-    const char* sent;
-  };
-  for (const Row& row :
-       {Row{300, 100, "2C 01 00 00"}, Row{300, 50, "96 00 00 00"}, Row{101, 50, "33 00 00 00"},
-        Row{33, 101, "21 00 00 00"}, Row{65535, 65535, "0A 57 8F 02"}}) {
-    CAPTURE(row.resolution);
-    ParameterScanner scanner;
-    scanner.settings.resolution = row.resolution;
-    scanner.settings.zoom = row.zoom;
-    const Bytes resolution = FromHex(row.sent);
-    scanner.CheckParameters(With(ParameterBlock(), 0, resolution + resolution));
-  }
+  CheckParameters({{"resolution=300 zoom=100", "0: 2C 01 00 00 2C 01 00 00"},
+                   {"resolution=300 zoom=50", "0: 96 00 00 00 96 00 00 00"},
+                   {"resolution=101 zoom=50", "0: 33 00 00 00 33 00 00 00"},
+                   {"resolution=33 zoom=101", "0: 21 00 00 00 21 00 00 00"},
+                   {"resolution=65535 zoom=65535", "0: 0A 57 8F 02 0A 57 8F 02"}});
 }
 
 }  // namespace

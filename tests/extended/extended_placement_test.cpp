@@ -1,6 +1,3 @@
-#include <cmath>
-#include <limits>
-
 #include "imaging/line_placement.h"
 #include "tests/extended/extended_fixture.h"
 
@@ -13,281 +10,193 @@ struct PlacementRow {
   LinePlacement expected;
 };
 
-void CheckPlacement(const PlacementRow& row,
-                    LinePlacement (*place)(std::uint32_t, std::uint32_t, std::uint32_t, bool)) {
-  CAPTURE(row.left);
-  CAPTURE(row.width);
-  CAPTURE(row.limit);
-  CAPTURE(row.mirror);
-  const LinePlacement placed = place(row.left, row.width, row.limit, row.mirror);
-  CHECK(placed.left == row.expected.left);
-  CHECK(placed.width == row.expected.width);
-  CHECK(placed.padPixels == row.expected.padPixels);
+void CheckPlacements(const std::vector<PlacementRow>& rows,
+                     LinePlacement (*place)(std::uint32_t, std::uint32_t, std::uint32_t, bool)) {
+  for (const PlacementRow& row : rows) {
+    CAPTURE(row.left);
+    CAPTURE(row.width);
+    CAPTURE(row.limit);
+    CAPTURE(row.mirror);
+    const LinePlacement placed = place(row.left, row.width, row.limit, row.mirror);
+    CHECK(placed.left == row.expected.left);
+    CHECK(placed.width == row.expected.width);
+    CHECK(placed.padPixels == row.expected.padPixels);
+  }
 }
 
 TEST_CASE("a line of whole bytes is cut at the right edge, and moved left when mirrored") {
-  for (const PlacementRow& row : {
-           PlacementRow{0, 16, 1000, false, {0, 16, 0}},
-           PlacementRow{984, 16, 1000, false, {984, 16, 0}},
-           PlacementRow{985, 16, 1000, false, {985, 15, 1}},
-           PlacementRow{990, 100, 1000, false, {990, 10, 90}},
-           PlacementRow{0, 1001, 1000, false, {0, 1000, 1}},
-           PlacementRow{1000, 16, 1000, false, {1000, 0, 16}},
-           PlacementRow{984, 16, 1000, true, {984, 16, 0}},
-           PlacementRow{985, 16, 1000, true, {984, 16, 0}},
-           PlacementRow{900, 200, 1000, true, {800, 200, 0}},
-       }) {
-    CheckPlacement(row, PlaceByteAligned);
-  }
+  CheckPlacements({{0, 16, 1000, false, {0, 16, 0}},
+                   {984, 16, 1000, false, {984, 16, 0}},
+                   {985, 16, 1000, false, {985, 15, 1}},
+                   {990, 100, 1000, false, {990, 10, 90}},
+                   {0, 1001, 1000, false, {0, 1000, 1}},
+                   {1000, 16, 1000, false, {1000, 0, 16}},
+                   {984, 16, 1000, true, {984, 16, 0}},
+                   {985, 16, 1000, true, {984, 16, 0}},
+                   {900, 200, 1000, true, {800, 200, 0}}},
+                  PlaceByteAligned);
 }
 
 TEST_CASE("edges of a line of whole bytes wrap at 32 bits, its pad at 16") {
-  for (const PlacementRow& row : {
-           PlacementRow{0xFFFFFFF0, 32, 1000, false, {0xFFFFFFF0, 32, 0}},
-           PlacementRow{1001, 16, 1000, false, {1001, 0xFFFFFFFF, 17}},
-           PlacementRow{0x80000000, 16, 1000, false, {0x80000000, 0x800003E8, 0xFC28}},
-           PlacementRow{0, 70000, 100, false, {0, 100, 0x110C}},
-           PlacementRow{0xFFFFFFF0, 32, 1000, true, {0xFFFFFFF0, 32, 0}},
-           PlacementRow{0, 1200, 1000, true, {0xFFFFFF38, 1200, 0}},
-       }) {
-    CheckPlacement(row, PlaceByteAligned);
-  }
+  CheckPlacements({{0xFFFFFFF0, 32, 1000, false, {0xFFFFFFF0, 32, 0}},
+                   {1001, 16, 1000, false, {1001, 0xFFFFFFFF, 17}},
+                   {0x80000000, 16, 1000, false, {0x80000000, 0x800003E8, 0xFC28}},
+                   {0, 70000, 100, false, {0, 100, 0x110C}},
+                   {0xFFFFFFF0, 32, 1000, true, {0xFFFFFFF0, 32, 0}},
+                   {0, 1200, 1000, true, {0xFFFFFF38, 1200, 0}}},
+                  PlaceByteAligned);
 }
 
 TEST_CASE("a line in groups of 8 is rounded up, and down where the area ends") {
-  for (const PlacementRow& row : {
-           PlacementRow{0, 16, 1000, false, {0, 16, 0}},
-           PlacementRow{0, 17, 1000, false, {0, 24, 0}},
-           PlacementRow{0, 1001, 1000, false, {0, 1000, 1}},
-           PlacementRow{3, 1000, 1000, false, {3, 992, 8}},
-           PlacementRow{0, 993, 999, false, {0, 992, 1}},
-           PlacementRow{990, 5, 1000, false, {990, 8, 0}},
-           PlacementRow{992, 5, 1000, false, {992, 8, 0}},
-           PlacementRow{993, 5, 1000, false, {993, 0, 5}},
-       }) {
-    CheckPlacement(row, PlaceInGroupsOf8);
-  }
+  CheckPlacements({{0, 16, 1000, false, {0, 16, 0}},
+                   {0, 17, 1000, false, {0, 24, 0}},
+                   {0, 1001, 1000, false, {0, 1000, 1}},
+                   {3, 1000, 1000, false, {3, 992, 8}},
+                   {0, 993, 999, false, {0, 992, 1}},
+                   {990, 5, 1000, false, {990, 8, 0}},
+                   {992, 5, 1000, false, {992, 8, 0}},
+                   {993, 5, 1000, false, {993, 0, 5}}},
+                  PlaceInGroupsOf8);
 }
 
 TEST_CASE("a mirrored line in groups of 8 keeps its right edge while the left one allows") {
-  for (const PlacementRow& row : {
-           PlacementRow{0, 16, 1000, true, {0, 16, 0}},
-           PlacementRow{0, 17, 1000, true, {1, 16, 1}},
-           PlacementRow{6, 17, 1000, true, {7, 16, 1}},
-           PlacementRow{7, 17, 1000, true, {0, 24, 0}},
-           PlacementRow{8, 17, 1000, true, {1, 24, 0}},
-           PlacementRow{900, 200, 1000, true, {896, 104, 0}},
-           PlacementRow{0, 64, 60, true, {4, 56, 4}},
-           PlacementRow{0, 7, 1000, true, {7, 0, 7}},
-           PlacementRow{1000, 16, 1000, true, {1000, 0, 0}},
-       }) {
-    CheckPlacement(row, PlaceInGroupsOf8);
-  }
+  CheckPlacements({{0, 16, 1000, true, {0, 16, 0}},
+                   {0, 17, 1000, true, {1, 16, 1}},
+                   {6, 17, 1000, true, {7, 16, 1}},
+                   {7, 17, 1000, true, {0, 24, 0}},
+                   {8, 17, 1000, true, {1, 24, 0}},
+                   {900, 200, 1000, true, {896, 104, 0}},
+                   {0, 64, 60, true, {4, 56, 4}},
+                   {0, 7, 1000, true, {7, 0, 7}},
+                   {1000, 16, 1000, true, {1000, 0, 0}}},
+                  PlaceInGroupsOf8);
 }
 
 TEST_CASE("edges of a line in groups of 8 wrap at 32 bits") {
-  for (const PlacementRow& row : {
-           PlacementRow{0xFFFFFFF8, 16, 1000, false, {0xFFFFFFF8, 16, 0}},
-           PlacementRow{1001, 16, 1000, false, {1001, 0xFFFFFFF8, 24}},
-           PlacementRow{0, 0xFFFFFFFF, 1000, false, {0, 0, 0}},
-           PlacementRow{0xFFFFFFF8, 16, 1000, true, {0xFFFFFFF8, 16, 0}},
-           PlacementRow{1001, 16, 1000, true, {1000, 0, 0}},
-           PlacementRow{1010, 16, 1000, true, {1008, 0xFFFFFFF8, 0}},
-           // an edge beyond 31 bits counts as negative
-           PlacementRow{0x80000010, 20, 0x90000000, true, {0x80000014, 16, 4}},
-       }) {
-    CheckPlacement(row, PlaceInGroupsOf8);
-  }
+  CheckPlacements({{0xFFFFFFF8, 16, 1000, false, {0xFFFFFFF8, 16, 0}},
+                   {1001, 16, 1000, false, {1001, 0xFFFFFFF8, 24}},
+                   {0, 0xFFFFFFFF, 1000, false, {0, 0, 0}},
+                   {0xFFFFFFF8, 16, 1000, true, {0xFFFFFFF8, 16, 0}},
+                   {1001, 16, 1000, true, {1000, 0, 0}},
+                   {1010, 16, 1000, true, {1008, 0xFFFFFFF8, 0}},
+                   // an edge beyond 31 bits counts as negative
+                   {0x80000010, 20, 0x90000000, true, {0x80000014, 16, 4}}},
+                  PlaceInGroupsOf8);
 }
 
-// Area of a scan as offsets 8 to 23 of the parameters: left, top, width and height.
-Bytes Area(std::uint32_t left, std::uint32_t top, std::uint32_t width, std::uint32_t height) {
-  return Word(left) + Word(top) + Word(width) + Word(height);
+// A bed on which lines are cut by nothing but the data buffer.
+Bytes WideBed() {
+  return With(Identity(), 20, Word(40000));
 }
-
-// An open scanner, and one scan of which only the parameters count.
-struct PlacedScanner : ExtendedScanner {
-  void CheckParameters(const Bytes& block) {
-    InitAcquire(settings.pixelType);
-    AcceptParameters(block);
-    AnswerStatus(Status(0x02));
-    Acquire(0x10000);
-    CHECK(PMGetScanError() == 43);
-  }
-
-  void CheckRefused() {
-    InitAcquire(settings.pixelType);
-    CheckAcquireFails(0x20000, 22);
-  }
-};
 
 TEST_CASE("samples of 5 to 12 bits keep their width, all others are sent in groups of 8") {
-  struct Row {
-    std::uint32_t pixelType;
-    const char* product;
-    const char* modeAndBits;
-    std::uint32_t width;
-  };
-  for (const Row& row :
-       {Row{0, "X", "00 01", 24}, Row{2, "X", "00 08", 17}, Row{5, "X", "23 08", 17},
-        Row{6, "X", "13 04", 24}, Row{7, "X", "13 0C", 17}, Row{8, "X", "00 0C", 17},
-        Row{7, "Prospectra3140XL", "13 0E", 24}, Row{8, "Prospectra3140XL", "00 0E", 24}}) {
-    CAPTURE(row.pixelType);
-    CAPTURE(row.product);
-    PlacedScanner scanner;
-    REQUIRE(scanner.Open(With(Identity(), 46, Text(row.product))) == 1);
-    scanner.settings.pixelType = row.pixelType;
-    scanner.settings.areaWidthPx = 17;
-    const Bytes block = With(ParameterBlock(), 24, FromHex(row.modeAndBits));
-    scanner.CheckParameters(With(block, 8, Area(0, 0, row.width, 4)));
-  }
+  CheckParameters({{"areaWidthPx=17 pixelType=0", "16: 18, 24: 00 01"},
+                   {"areaWidthPx=17 pixelType=2", "16: 11, 24: 00 08"},
+                   {"areaWidthPx=17 pixelType=5", "16: 11, 24: 23 08"},
+                   {"areaWidthPx=17 pixelType=6", "16: 18, 24: 13 04"},
+                   {"areaWidthPx=17 pixelType=7", "16: 11, 24: 13 0C"},
+                   {"areaWidthPx=17 pixelType=8", "16: 11, 24: 00 0C"}});
+  CheckParameters({{"areaWidthPx=17 pixelType=7", "16: 18, 24: 13 0E"},
+                   {"areaWidthPx=17 pixelType=8", "16: 18, 24: 00 0E"}},
+                  With(Identity(), 46, Text("Prospectra3140XL")));
 }
 
-TEST_CASE_FIXTURE(PlacedScanner, "the area is limited at the scan resolution") {
-  REQUIRE(Open() == 1);
-  settings.resolution = 50;
-  settings.originX = 980;   // 490 of 500 pixels
-  settings.originY = 1398;  // 699 of 700 lines
-  const Bytes resolution = Word(50) + Word(50);
-  CheckParameters(With(ParameterBlock(), 0, resolution + Area(490, 699, 10, 1)));
+TEST_CASE("the area is limited at the scan resolution") {
+  // 490 of 500 pixels, 699 of 700 lines
+  CheckParameters({{"resolution=50 originX=980 originY=1398",
+                    "0: 32 00 00 00 32 00 00 00, 8: EA 01 00 00 BB 02 00 00, 16: 0A, 20: 01"}});
 }
 
 TEST_CASE("the selected area is the flatbed for source 0 and the option unit for any other") {
-  struct Row {
-    std::uint8_t scanSource;
-    std::uint8_t optionByte;
-    std::uint32_t width, height;
-  };
-  for (const Row& row : {Row{0, 0, 1000, 1400}, Row{1, 1, 800, 1300}, Row{2, 1, 800, 1300}}) {
-    CAPTURE(row.scanSource);
-    PlacedScanner scanner;
-    scanner.OpenFeeder();
-    scanner.settings.scanSource = row.scanSource;
-    scanner.settings.areaWidthPx = scanner.settings.areaHeightPx = 2000;
-    const Bytes block = With(ParameterBlock(), 8, Area(0, 0, row.width, row.height));
-    const std::uint8_t lines = row.scanSource == 0 ? 64 : 80;
-    scanner.CheckParameters(With(With(block, 26, {row.optionByte}), 28, {lines}));
-  }
+  CheckParameters({{"areaWidthPx=2000 areaHeightPx=2000 scanSource=0",
+                    "16: E8 03 00 00 78 05 00 00, 26: 00, 28: 40"},
+                   {"areaWidthPx=2000 areaHeightPx=2000 scanSource=1",
+                    "16: 20 03 00 00 14 05 00 00, 26: 01, 28: 50"},
+                   {"areaWidthPx=2000 areaHeightPx=2000 scanSource=2",
+                    "16: 20 03 00 00 14 05 00 00, 26: 01, 28: 50"}},
+                  With(Identity(), 44, {0}), Status(0, 0x80));
 }
 
 TEST_CASE("the origin is turned into pixels at the resolution and noted in the settings") {
-  struct Row {
-    double origin;
-    std::uint32_t pixels;
-  };
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  for (const Row& row :
-       {Row{0, 0}, Row{12.5, 38}, Row{1.0 / 6, 1}, Row{0.16, 0}, Row{-0.25, 0}, Row{-1, 0xFFFFFFFE},
-        Row{kInfinity, 0}, Row{-kInfinity, 0}, Row{std::nan(""), 0}}) {
-    CAPTURE(row.origin);
-    PlacedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
-    scanner.settings.resolution = 300;
-    scanner.settings.originX = scanner.settings.originY = row.origin;
-    scanner.settings.areaLeftPx = scanner.settings.areaTopPx = 77;
-    const Bytes resolution = Word(300) + Word(300);
+  for (const auto& row :
+       {std::pair{"0", 0u}, std::pair{"12.5", 38u}, std::pair{"0.16666666666666666", 1u},
+        std::pair{"0.16", 0u}, std::pair{"-0.25", 0u}, std::pair{"-1", 0xFFFFFFFE},
+        std::pair{"inf", 0u}, std::pair{"-inf", 0u}, std::pair{"nan", 0u}}) {
+    const auto& [origin, pixels] = row;
+    CAPTURE(std::string(row.first));
+    ParameterScanner scanner;
+    scanner.Set(std::string("resolution=300 areaLeftPx=77 areaTopPx=77 originX=") + origin +
+                " originY=" + origin);
     scanner.CheckParameters(
-        With(ParameterBlock(), 0, resolution + Area(row.pixels, row.pixels, 16, 4)));
-    CHECK(scanner.settings.areaLeftPx == row.pixels);
-    CHECK(scanner.settings.areaTopPx == row.pixels);
+        With(ParameterBlock(), 0, Word(300) + Word(300) + Word(pixels) + Word(pixels)));
+    CHECK(scanner.settings.areaLeftPx == pixels);
+    CHECK(scanner.settings.areaTopPx == pixels);
   }
 }
 
 TEST_CASE("lines beyond the area's end are not asked for, by 32-bit arithmetic") {
-  struct Row {
-    double origin;
-    std::uint32_t height;
-    std::uint32_t top;
-    std::uint32_t lines;
-  };
-  for (const Row& row :
-       {Row{1396, 4, 1396, 4}, Row{1397, 4, 1397, 3}, Row{1399, 4, 1399, 1}, Row{1400, 4, 1400, 0},
-        Row{1401, 4, 1401, 0xFFFFFFFF}, Row{-4, 4, 0xFFFFFFFD, 4}, Row{0, 1401, 0, 1400}}) {
-    CAPTURE(row.origin);
-    PlacedScanner scanner;
-    REQUIRE(scanner.Open() == 1);
-    scanner.settings.originY = row.origin;
-    scanner.settings.areaHeightPx = row.height;
-    scanner.CheckParameters(With(ParameterBlock(), 8, Area(0, row.top, 16, row.lines)));
-  }
+  CheckParameters({{"originY=1396 areaHeightPx=4", "12: 74 05 00 00, 20: 04 00 00 00"},
+                   {"originY=1397 areaHeightPx=4", "12: 75 05 00 00, 20: 03 00 00 00"},
+                   {"originY=1399 areaHeightPx=4", "12: 77 05 00 00, 20: 01 00 00 00"},
+                   {"originY=1400 areaHeightPx=4", "12: 78 05 00 00, 20: 00 00 00 00"},
+                   {"originY=1401 areaHeightPx=4", "12: 79 05 00 00, 20: FF FF FF FF"},
+                   {"originY=-4 areaHeightPx=4", "12: FD FF FF FF, 20: 04 00 00 00"},
+                   {"originY=0 areaHeightPx=1401", "12: 00 00 00 00, 20: 78 05 00 00"}});
 }
 
 TEST_CASE("a block holds an even number of lines that fits the data buffer, at most 254") {
-  struct Row {
-    std::uint32_t pixelType;
-    const char* modeAndBits;
-    std::uint32_t width;
-    std::uint8_t lines;
-  };
-  for (const Row& row :
-       {Row{2, "00 08", 8, 254}, Row{2, "00 08", 256, 254}, Row{2, "00 08", 257, 246},
-        Row{2, "00 08", 264, 246}, Row{2, "00 08", 16312, 4}, Row{2, "00 08", 16320, 2},
-        Row{2, "00 08", 21752, 2}, Row{2, "00 08", 32632, 2}, Row{0, "00 01", 8, 254},
-        Row{0, "00 01", 32752, 14}, Row{5, "23 08", 10872, 2}, Row{6, "13 04", 8000, 4},
-        Row{7, "13 0C", 5432, 2}, Row{8, "00 0C", 16312, 2}}) {
-    CAPTURE(row.pixelType);
-    CAPTURE(row.width);
-    PlacedScanner scanner;
-    REQUIRE(scanner.Open(With(Identity(), 20, Word(40000))) == 1);
-    scanner.settings.pixelType = row.pixelType;
-    scanner.settings.areaWidthPx = row.width;
-    const Bytes block = With(ParameterBlock(), 24, FromHex(row.modeAndBits));
-    scanner.CheckParameters(With(With(block, 16, Word(row.width)), 28, {row.lines}));
-  }
+  CheckParameters({{"pixelType=2 areaWidthPx=8", "16: 08 00, 24: 00 08, 28: FE"},
+                   {"pixelType=2 areaWidthPx=256", "16: 00 01, 24: 00 08, 28: FE"},
+                   {"pixelType=2 areaWidthPx=257", "16: 01 01, 24: 00 08, 28: F6"},
+                   {"pixelType=2 areaWidthPx=264", "16: 08 01, 24: 00 08, 28: F6"},
+                   {"pixelType=2 areaWidthPx=16312", "16: B8 3F, 24: 00 08, 28: 04"},
+                   {"pixelType=2 areaWidthPx=16320", "16: C0 3F, 24: 00 08, 28: 02"},
+                   {"pixelType=2 areaWidthPx=21752", "16: F8 54, 24: 00 08, 28: 02"},
+                   {"pixelType=2 areaWidthPx=32632", "16: 78 7F, 24: 00 08, 28: 02"},
+                   {"pixelType=0 areaWidthPx=8", "16: 08 00, 24: 00 01, 28: FE"},
+                   {"pixelType=0 areaWidthPx=32752", "16: F0 7F, 24: 00 01, 28: 0E"},
+                   {"pixelType=5 areaWidthPx=10872", "16: 78 2A, 24: 23 08, 28: 02"},
+                   {"pixelType=6 areaWidthPx=8000", "16: 40 1F, 24: 13 04, 28: 04"},
+                   {"pixelType=7 areaWidthPx=5432", "16: 38 15, 24: 13 0C, 28: 02"},
+                   {"pixelType=8 areaWidthPx=16312", "16: B8 3F, 24: 00 0C, 28: 02"}},
+                  WideBed());
 }
 
 TEST_CASE("a line of which a block cannot hold two is refused before the parameters are sent") {
-  struct Row {
-    std::uint32_t pixelType;
-    std::uint32_t width;
-  };
-  for (const Row& row :
-       {Row{2, 32633}, Row{2, 32640}, Row{2, 32752}, Row{5, 10873}, Row{7, 5433}, Row{8, 16313}}) {
-    CAPTURE(row.pixelType);
-    CAPTURE(row.width);
-    PlacedScanner scanner;
-    REQUIRE(scanner.Open(With(Identity(), 20, Word(40000))) == 1);
-    scanner.settings.pixelType = row.pixelType;
-    scanner.settings.areaWidthPx = row.width;
+  for (const std::string_view line :
+       {"pixelType=2 areaWidthPx=32633", "pixelType=2 areaWidthPx=32640",
+        "pixelType=2 areaWidthPx=32752", "pixelType=5 areaWidthPx=10873",
+        "pixelType=7 areaWidthPx=5433", "pixelType=8 areaWidthPx=16313"}) {
+    CAPTURE(line);
+    ParameterScanner scanner(WideBed());
+    scanner.Set(std::string(line));
     scanner.CheckRefused();
   }
 }
 
 TEST_CASE("an area that leaves no pixel, or more than 32752, is refused") {
-  for (const double left : {1000.0, 1001.0, 2000.0}) {
-    for (const std::uint32_t mirror : {0u, 1u}) {
-      for (const std::uint32_t pixelType : {0u, 2u}) {
-        if (mirror != 0 && pixelType == 2) continue;  // moved into the area
-        CAPTURE(left);
-        CAPTURE(mirror);
-        CAPTURE(pixelType);
-        PlacedScanner scanner;
-        REQUIRE(scanner.Open() == 1);
-        scanner.settings.originX = left;
-        scanner.settings.mirrorImage = mirror;
-        scanner.settings.pixelType = pixelType;
-        scanner.CheckRefused();
-      }
+  for (const std::string_view origin : {"originX=1000 ", "originX=1001 ", "originX=2000 "}) {
+    for (const std::string_view line :
+         {"pixelType=0", "pixelType=2", "pixelType=0 mirrorImage=1"}) {
+      CAPTURE(origin);
+      CAPTURE(line);
+      ParameterScanner scanner;
+      scanner.Set(std::string(origin).append(line));
+      scanner.CheckRefused();
     }
   }
 }
 
-TEST_CASE_FIXTURE(PlacedScanner, "a refused area is noted in the settings all the same") {
-  REQUIRE(Open() == 1);
-  settings.originX = 2000;
-  settings.originY = 7;
+TEST_CASE_FIXTURE(ParameterScanner, "a refused area is noted in the settings all the same") {
+  Set("originX=2000 originY=7");
   CheckRefused();
-  CHECK(settings.areaLeftPx == 2000);
-  CHECK(settings.areaTopPx == 7);
+  CheckSettings("areaLeftPx=2000 areaTopPx=7");
 }
 
-TEST_CASE_FIXTURE(PlacedScanner, "parameters of a refused scan stay in the block") {
-  REQUIRE(Open() == 1);
-  settings.originX = 2000;
-  settings.thresholdT = 0x0042;
+TEST_CASE_FIXTURE(ParameterScanner, "parameters of a refused scan stay in the block") {
+  Set("originX=2000 thresholdT=0x0042");
   CheckRefused();
-  settings.originX = 0;
-  settings.thresholdT = 0xFFFF;
+  Set("originX=0 thresholdT=0xFFFF");
   CheckParameters(With(ParameterBlock(), 33, {0x42}));
 }
 

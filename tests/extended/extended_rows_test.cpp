@@ -83,14 +83,12 @@ TEST_CASE_FIXTURE(RowScanner, "pixels beyond the area repeat the last one") {
 }
 
 TEST_CASE_FIXTURE(RowScanner, "line art beyond the area repeats the last byte as it was read") {
-  settings.originX = 984;
-  settings.invertMono = 1;
+  Set("originX=984 invertMono=1");
   Check({0, 0, "00 01", 25, 16, FromHex("F0 A0"), "0F 5F A0 A0"});
 }
 
 TEST_CASE_FIXTURE(RowScanner, "line art of 1001 pixels on a flatbed of 1000 gets one byte of pad") {
-  settings.pixelType = 0;
-  settings.areaWidthPx = 1001;
+  Set("pixelType=0 areaWidthPx=1001");
   const Bytes area = Word(0) + Word(0) + Word(1000) + Word(1);
   StartScan(With(ParameterBlock(), 8, area + Bytes{0x00, 0x01}), Header(0, 0, 125), 0);
   SendLastBlock(Ramp(1, 125));
@@ -131,10 +129,7 @@ TEST_CASE("pixels beyond a feeder's area are white when all three settings ask f
 }
 
 TEST_CASE_FIXTURE(RowScanner, "white pixels beyond a feeder's area are white in each pixel type") {
-  settings.docFeedOption = 0;
-  settings.mainStatusBit5 = 1;
-  settings.whitePadding = 1;
-  settings.originX = 997;
+  Set("docFeedOption=0 mainStatusBit5=1 whitePadding=1 originX=997");
   Check({5, 5, "23 08", 4, 3, Ramp(1, 9), "01 02 03 04 05 06 07 08 09 FF FF FF"});
   Check({7, 1, "13 0C", 2, 2, Ramp(1, 12), "01 02 03 04 05 06 07 08 09 0A 0B 0C"});
   Check({8, 8, "00 0C", 4, 3, Ramp(1, 6), "01 02 03 04 05 06 FF FF"});

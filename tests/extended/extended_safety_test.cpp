@@ -97,8 +97,7 @@ TEST_CASE_FIXTURE(OpenExtended, "what an earlier, longer block left is not deliv
 
 TEST_CASE_FIXTURE(OpenExtended,
                   "deep grey in preview fills a buffer of exactly the announced size") {
-  settings.pixelType = 8;
-  settings.previewMode = 1;
+  Set("pixelType=8 previewMode=1");
   StartScan(With(ParameterBlock(), 25, {0x0C}), Header(0, 0, 64), 1);
   SendLastBlock(Ramp(0, 64));
   const Band band = Acquire(64);
@@ -107,10 +106,7 @@ TEST_CASE_FIXTURE(OpenExtended,
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "deep grey in preview takes whole samples of what was received") {
-  settings.pixelType = 8;
-  settings.previewMode = 1;
-  settings.areaWidthPx = 5;
-  settings.areaHeightPx = 2;
+  Set("pixelType=8 previewMode=1 areaWidthPx=5 areaHeightPx=2");
   StartScan(With(With(ParameterBlock(), 16, Word(5) + Word(2)), 25, {0x0C}), Header(0, 0, 10), 1);
   SendLastBlock(Ramp(0, 10));
   CHECK(Acquire(16).Hex() == "00 01 02 03 04 05 06 07 05 06 07 08 FF FF FF FF");
@@ -118,10 +114,7 @@ TEST_CASE_FIXTURE(OpenExtended, "deep grey in preview takes whole samples of wha
 
 TEST_CASE_FIXTURE(ExtendedScanner, "deep colour in preview, 8160 wide, reads what was received") {
   REQUIRE(Open(With(Identity(), 20, Word(8160))) == 1);
-  settings.pixelType = 7;
-  settings.previewMode = 1;
-  settings.areaWidthPx = 8160;
-  settings.areaHeightPx = 2;
+  Set("pixelType=7 previewMode=1 areaWidthPx=8160 areaHeightPx=2");
   const Bytes block = With(ParameterBlock(), 16, Word(8160) + Word(2) + FromHex("13 0C 00 00 02"));
   StartScan(block, Header(0, 0, 48960), 1);
   SendLastBlock(Fill(24480, 0x11) + Fill(24480, 0x22));
@@ -129,9 +122,7 @@ TEST_CASE_FIXTURE(ExtendedScanner, "deep colour in preview, 8160 wide, reads wha
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "one channel received for a colour type ends in white") {
-  settings.pixelType = 5;
-  settings.monoScan = 1;
-  settings.dropoutChannel = 1;
+  Set("pixelType=5 monoScan=1 dropoutChannel=1");
   StartScan(With(ParameterBlock(), 24, {0x10}), Header(0, 0, 64), 1);
   SendLastBlock(Ramp(0, 64));
   const Bytes rows = Ramp(0, 48) + Ramp(48, 15) + Fill(33, 0xFF) + Fill(96, 0xFF);
@@ -154,8 +145,7 @@ TEST_CASE("mirrored line art of any width stays in its row, its pad rounded up t
     CAPTURE(line.left);
     CAPTURE(line.width);
     OpenExtended scanner;
-    scanner.settings.pixelType = 0;
-    scanner.settings.mirrorImage = 1;
+    scanner.Set("pixelType=0 mirrorImage=1");
     scanner.settings.originX = line.left;
     scanner.settings.areaWidthPx = line.width;
     scanner.settings.areaHeightPx = 1;
@@ -205,8 +195,7 @@ TEST_CASE("rows of every type and width, wherever the area cuts them, stay in an
 TEST_CASE_FIXTURE(ExtendedScanner,
                   "a mirrored line cut at the edge reads no more than was received") {
   REQUIRE(Open(With(Identity(), 46, Text("Prospectra3140XL"))) == 1);
-  settings.pixelType = 8;
-  settings.mirrorImage = 1;
+  Set("pixelType=8 mirrorImage=1");
   settings.areaWidthPx = 17;  // 16 are sent, and the first byte is skipped
   settings.areaHeightPx = 1;
   const Bytes area = Word(1) + Word(0) + Word(16) + Word(1) + Bytes{0x00, 0x0E};

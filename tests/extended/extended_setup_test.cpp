@@ -4,8 +4,7 @@ namespace pmddb832::tests::extended {
 namespace {
 
 TEST_CASE_FIXTURE(OpenExtended, "the set-up record gets status, line bytes, width and height") {
-  settings.areaWidthPx = 301;
-  settings.areaHeightPx = 70000;
+  Set("areaWidthPx=301 areaHeightPx=70000");
   CHECK(InitAcquire() == "01 00 00 00 A5 A5 A5 A5 30 01 00 00 A5 A5 A5 A5 2D 01 00 00 70 11 01 00");
   CHECK(PMGetScanError() == 0);
 }
@@ -129,8 +128,7 @@ TEST_CASE_FIXTURE(OpenExtended, "a set-up in the middle of a scan forgets the li
 
 TEST_CASE_FIXTURE(OpenExtended, "the area of a scan is the one at its set-up") {
   InitAcquire();
-  settings.areaWidthPx = 8;
-  settings.areaHeightPx = 2;
+  Set("areaWidthPx=8 areaHeightPx=2");
   AcceptParameters();
   AnswerStart(Header(0, 0, 64));
   SendLastBlock(Fill(64, 1));

@@ -48,9 +48,8 @@ TEST_CASE("the option status is the first condition in the order of their weight
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "a status that is not accepted or not delivered answers 7") {
-  device.FailNextWrite();
+  device.Converse(">! > 1C 46 <!");
   CHECK(PMGetOptionStatus(2) == 7);
-  device.Expect({0x1C, 0x46}).FailNextRead();
   CHECK(PMGetOptionStatus(2) == 7);
   CHECK(PMGetScanError() == 0);
 }
@@ -107,11 +106,10 @@ TEST_CASE_FIXTURE(OpenExtended, "the flatbed's paper size keeps the area of the 
 }
 
 TEST_CASE("a paper size whose identity cannot be read is 7 and leaves the sizes alone") {
-  for (const bool write : {true, false}) {
-    CAPTURE(write);
+  for (const std::string_view conversation : {">!", "> 1C 49 <!"}) {
+    CAPTURE(conversation);
     OpenExtended scanner;
-    if (write) scanner.device.FailNextWrite();
-    if (!write) scanner.device.Expect({0x1C, 0x49}).FailNextRead();
+    scanner.device.Converse(conversation);
     CHECK(AskPaperSize(2) == PaperSize{7});
     CHECK(PMGetScanError() == 0);
   }
@@ -181,19 +179,13 @@ TEST_CASE_FIXTURE(OpenExtended, "identity, status and parameters are no scan: no
 }
 
 TEST_CASE_FIXTURE(OpenExtended, "switching an option fails at each transfer and sets no code") {
-  device.FailNextWrite();
-  CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).Reply({kNak});
-  CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).FailNextRead();
-  CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).Reply({0x06}).FailNextWrite();
-  CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({0x01}).FailNextRead();
-  CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({0x01}).Reply({kNak});
-  CHECK(PMEnableOption(1) == 0);
-  CHECK(PMGetScanError() == 0);
+  for (const std::string_view conversation : {">!", "> 1B 65 < 15", "> 1B 65 <!", "> 1B 65 < 06 >!",
+                                              "> 1B 65 < 06 > 01 <!", "> 1B 65 < 06 > 01 < 15"}) {
+    CAPTURE(conversation);
+    device.Converse(conversation);
+    CHECK(PMEnableOption(1) == 0);
+    CHECK(PMGetScanError() == 0);
+  }
 }
 
 }  // namespace

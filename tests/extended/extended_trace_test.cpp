@@ -49,9 +49,7 @@ TEST_CASE_FIXTURE(TracedScanner, "an open is traced routine by routine") {
 
 TEST_CASE_FIXTURE(TracedScanner, "a scan is traced routine by routine") {
   OpenUntraced();
-  settings.pixelType = 5;
-  settings.areaHeightPx = 2;
-  settings.colorCorrection = 1;
+  Set("pixelType=5 areaHeightPx=2 colorCorrection=1");
   InitAcquire(1);
   CHECK(Entered() == "InitAcquire SetPixelType");
   device.ExpectBlock(0x1B, 'm', Fill(9, 0));

@@ -192,16 +192,14 @@ TEST_CASE_FIXTURE(ReadyScanner,
 }
 
 TEST_CASE("parameters that are not accepted fail with 22") {
-  for (const int failing : {0, 1, 2, 3, 4, 5}) {
-    CAPTURE(failing);
+  const std::string block = "> 1C 57 < 06 >" + Hex(ParameterBlock());
+  for (const std::string& conversation :
+       {std::string(">!"), std::string("> 1C 57 <!"), std::string("> 1C 57 < 15"),
+        std::string("> 1C 57 < 06 >!"), block + "<!", block + "< 15"}) {
+    CAPTURE(conversation);
     OpenExtended scanner;
     scanner.InitAcquire();
-    if (failing > 0) scanner.device.Expect({0x1C, 0x57});
-    if (failing > 2) scanner.device.Reply({0x06});
-    if (failing > 3) scanner.device.Expect(ParameterBlock());
-    if (failing == 0 || failing == 3) scanner.device.FailNextWrite();
-    if (failing == 1 || failing == 4) scanner.device.FailNextRead();
-    if (failing == 2 || failing == 5) scanner.device.Reply({kNak});
+    scanner.device.Converse(conversation);
     scanner.CheckAcquireFails(64, 22);
   }
 }

@@ -14,9 +14,11 @@ struct LineFixture {
   std::string Row(std::uint32_t pixelType, const Bytes& line, std::int32_t pixels,
                   std::size_t rowBytes) {
     plan.pixelType = pixelType;
-    return Hex(Converted(line, pixels, rowBytes, [&](const ScanLine& scanLine, HostRow row) {
+    Routine routine{};
+    routine.convert = [this](const ScanLine& scanLine, HostRow row, std::int16_t, bool) {
       ConvertLine(scanLine, row, ConversionFor(plan, settings));
-    }));
+    };
+    return routine.Row(line, pixels, rowBytes, 0);
   }
 
   ScannerSettings settings{};

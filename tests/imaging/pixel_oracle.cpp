@@ -104,10 +104,8 @@ Bytes RowByRules(const Routine& routine, const Case& sample, const Bytes& line) 
 std::string Difference(const Routine& routine, const Case& sample) {
   const Bytes line = Noise(sample.lineBytes);
   const Bytes wanted = RowByRules(routine, sample, line);
-  const Bytes came = Converted(line, sample.pixelCount, sample.rowBytes,
-                               [&](const ScanLine& scanLine, HostRow row) {
-                                 routine.convert(scanLine, row, sample.pad, sample.white);
-                               });
+  const Bytes came =
+      routine.Converted(line, sample.pixelCount, sample.rowBytes, sample.pad, sample.white);
   if (came == wanted) return {};
   return std::string(routine.name) + ": " + Describe(sample) + ": expected " + Hex(wanted) +
          ", came " + Hex(came);
@@ -163,15 +161,15 @@ std::uint8_t PlaneByte(int plane, std::uint8_t lineByte) {
   return static_cast<std::uint8_t>(plane == 1 ? lineByte * 7 + 0x35 : ~lineByte * 29);
 }
 
-Bytes Converted(const Bytes& line, std::int32_t pixelCount, std::size_t rowBytes,
-                const Conversion& conversion) {
+Bytes Routine::Converted(const Bytes& line, std::int32_t pixelCount, std::size_t rowBytes,
+                         std::int16_t pad, bool whiteFill) const {
   Bytes planes[3] = {Bytes(line.size()), Bytes(line.size()), Bytes(line.size())};
   for (int plane = 0; plane < 3; ++plane) {
     std::transform(line.begin(), line.end(), planes[plane].begin(),
                    [plane](std::uint8_t byte) { return PlaneByte(plane, byte); });
   }
   Bytes row(rowBytes, kUntouched);
-  conversion({pixelCount, planes[0], planes[1], planes[2]}, row);
+  convert({pixelCount, planes[0], planes[1], planes[2]}, row, pad, whiteFill);
   return row;
 }
 

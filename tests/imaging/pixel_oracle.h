@@ -21,13 +21,6 @@ inline constexpr bool kWhiteFill = true;
 // line itself.
 std::uint8_t PlaneByte(int plane, std::uint8_t lineByte);
 
-// Converts a line of `pixelCount` pixels into a row of `rowBytes` untouched bytes and returns the
-// row. Planes and row each end where their allocation ends, so that a sanitizer sees the first byte
-// too far.
-using Conversion = std::function<void(const ScanLine&, HostRow)>;
-Bytes Converted(const Bytes& line, std::int32_t pixelCount, std::size_t rowBytes,
-                const Conversion& conversion);
-
 // What a conversion has to do, pixel by pixel, for a line of `pixelCount` pixels and a pad.
 struct Frame {
   std::int64_t converted = 0;
@@ -52,6 +45,17 @@ struct Routine {
   std::function<void(const std::uint8_t* line, std::size_t i, std::uint8_t* to)> pixel;
   // Writes what is repeated behind pixel i; the pixel itself unless it is given.
   std::function<void(const std::uint8_t* line, std::size_t i, std::uint8_t* to)> repeated = nullptr;
+
+  // Converts a line of `pixelCount` pixels into a row of `rowBytes` untouched bytes and returns the
+  // row. Planes and row each end where their allocation ends, so that a sanitizer sees the first
+  // byte too far.
+  Bytes Converted(const Bytes& line, std::int32_t pixelCount, std::size_t rowBytes,
+                  std::int16_t pad, bool whiteFill = false) const;
+  // The row as hex text.
+  std::string Row(const Bytes& line, std::int32_t pixelCount, std::size_t rowBytes,
+                  std::int16_t pad, bool whiteFill = false) const {
+    return Hex(Converted(line, pixelCount, rowBytes, pad, whiteFill));
+  }
 };
 
 // Compares a routine with its rules: lines of 0 to 70 pixels, pads around every limit, white and

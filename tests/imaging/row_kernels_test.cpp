@@ -183,17 +183,33 @@ TEST_CASE("the SSSE3 palette knows each combination of samples") {
   }
 }
 
-TEST_CASE("a processor with SSSE3 gets the SSSE3 kernels, and any other the plain loops") {
-  const bool ssse3 = CpuHasSsse3();
-  const RowKernels& kernels = FastestRowKernels();
-  CHECK((kernels.invert == ssse3_rows::Invert) == ssse3);
-  CHECK((kernels.swapBytes == ssse3_rows::SwapBytes) == ssse3);
-  CHECK((kernels.swapSamples == ssse3_rows::SwapSamples) == ssse3);
-  CHECK((kernels.reduce == ssse3_rows::Reduce) == ssse3);
-  CHECK((kernels.reduceSwapped == ssse3_rows::ReduceSwapped) == ssse3);
-  CHECK((kernels.unpack12 == ssse3_rows::Unpack12) == ssse3);
-  CHECK((kernels.paletteIndices == ssse3_rows::PaletteIndices) == ssse3);
-  CHECK(&FastestRowKernels() == &kernels);
+TEST_CASE("a processor with SSSE3 gets the SSSE3 kernels, and the plain preview map") {
+  const RowKernels& kernels = RowKernelsFor(true);
+  CHECK((kernels.invert == ssse3_rows::Invert));
+  CHECK((kernels.previewGrey == scalar_rows::PreviewGrey));
+  CHECK((kernels.swapBytes == ssse3_rows::SwapBytes));
+  CHECK((kernels.swapSamples == ssse3_rows::SwapSamples));
+  CHECK((kernels.reduce == ssse3_rows::Reduce));
+  CHECK((kernels.reduceSwapped == ssse3_rows::ReduceSwapped));
+  CHECK((kernels.unpack12 == ssse3_rows::Unpack12));
+  CHECK((kernels.paletteIndices == ssse3_rows::PaletteIndices));
+}
+
+TEST_CASE("any other processor gets the plain loops") {
+  const RowKernels& kernels = RowKernelsFor(false);
+  CHECK((kernels.invert == scalar_rows::Invert));
+  CHECK((kernels.previewGrey == scalar_rows::PreviewGrey));
+  CHECK((kernels.swapBytes == scalar_rows::SwapBytes));
+  CHECK((kernels.swapSamples == scalar_rows::SwapSamples));
+  CHECK((kernels.reduce == scalar_rows::Reduce));
+  CHECK((kernels.reduceSwapped == scalar_rows::ReduceSwapped));
+  CHECK((kernels.unpack12 == scalar_rows::Unpack12));
+  CHECK((kernels.paletteIndices == scalar_rows::PaletteIndices));
+}
+
+TEST_CASE("this processor gets its kernels, at every call the same") {
+  CHECK(&FastestRowKernels() == &RowKernelsFor(CpuHasSsse3()));
+  CHECK(&FastestRowKernels() == &RowKernelsFor(CpuHasSsse3()));
 }
 
 TEST_CASE("no kernel touches its pointers for no pixels") {

@@ -29,13 +29,11 @@ struct ProbeFixture : ModuleFixture {
 TEST_CASE_FIXTURE(ProbeFixture, "the level is the status byte and the first two data bytes") {
   ExpectQuestion().Reply({0x02, 0x5A, 0x05, 0x00}).Reply({0x42, 0x38, 0x52, 0x64, 0x00});
   CHECK(Level() == "5A 42 38");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a question that cannot be sent is not followed by a read") {
   device.FailNextWrite();
   CHECK(Level() == "failed");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a first byte other than STX is not followed by a second read") {
@@ -43,7 +41,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "a first byte other than STX is not followed by 
     ExpectQuestion().Reply({static_cast<std::uint8_t>(first), 0x02, 0x02, 0x00});
     CHECK(Level() == "failed");
   }
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a header or data that cannot be read fail the probe") {
@@ -51,25 +48,28 @@ TEST_CASE_FIXTURE(ProbeFixture, "a header or data that cannot be read fail the p
   CHECK(Level() == "failed");
   ExpectQuestion().Reply({0x02, 0x02, 0x02, 0x00}).FailNextRead();
   CHECK(Level() == "failed");
-  CHECK(device.Verdict() == "as scripted");
+}
+
+TEST_CASE_FIXTURE(ProbeFixture, "a header or data that came with a failing read do not count") {
+  ExpectQuestion().FailNextRead({0x02, 0x02, 0x02, 0x00});
+  CHECK(Level() == "failed");
+  ExpectQuestion().Reply({0x02, 0x02, 0x02, 0x00}).FailNextRead(Text("B8"));
+  CHECK(Level() == "failed");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "no data: an empty read, and the header's bytes are the level") {
   ExpectQuestion().Reply({0x02, 0x7E, 0x00, 0x00}).Reply({});
   CHECK(Level() == "7E 02 7E");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "one byte of data overwrites the first byte of the header only") {
   ExpectQuestion().Reply({0x02, 0x7E, 0x01, 0x00}).Reply({0x42});
   CHECK(Level() == "7E 42 7E");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "data of 150 bytes are read at once") {
   ExpectQuestion().Reply({0x02, 0x02, 0x96, 0x00}).Reply(Text("B4") + Fill(148, 0xEE));
   CHECK(Level() == "02 42 34");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "what does not fit the reply buffer is drained and dropped") {
@@ -78,7 +78,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "what does not fit the reply buffer is drained a
   ExpectQuestion().Reply({0x02, 0x02, 0x2D, 0x01});  // 301
   device.Reply(Text("B5") + Fill(148, 0xEE)).Reply(Fill(150, 0xEE)).Reply({0xEE});
   CHECK(Level() == "02 42 35");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "the longest reply is drained in reads of 150 bytes") {
@@ -86,13 +85,11 @@ TEST_CASE_FIXTURE(ProbeFixture, "the longest reply is drained in reads of 150 by
   for (int i = 1; i < 32767 / 150; ++i) device.Reply(Fill(150, 0xEE));
   device.Reply(Fill(32767 % 150, 0xEE));
   CHECK(Level() == "00 42 36");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "surplus that cannot be read fails the probe") {
   ExpectQuestion().Reply({0x02, 0x02, 0xFF, 0x00}).Reply(Text("B4") + Fill(148, 0)).FailNextRead();
   CHECK(Level() == "failed");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a negative length fails without a second read") {
@@ -102,7 +99,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "a negative length fails without a second read")
   }
   ExpectQuestion().Reply({0x02, 0x02, 0x00, 0x80});
   CHECK(Level() == "failed");
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "opening the probe opens the channel, closing it closes it once") {
@@ -146,7 +142,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "the rest of the probe's interface sends nothing
   CHECK(probe.SetFocusPos(CallNow(), 1, 0x9C) == 0x9C);
   CHECK(probe.GetScanPaperSize(CallNow(), 0, nullptr, nullptr) == 0);
   CHECK(probe.InitWorkArea() == 1);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "bit 0x02 of the status says whether extended commands are known") {
@@ -162,7 +157,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "bit 0x02 of the status says whether extended co
     CHECK(Hex({commandLevelString, commandLevelString + 3}) == "41 35 00");
     CHECK(currentChannel->opened == 0);
   }
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a failed probe answers 0, keeps what was known and stays open") {
@@ -173,7 +167,6 @@ TEST_CASE_FIXTURE(ProbeFixture, "a failed probe answers 0, keeps what was known 
   CHECK(extendedSupport == 1);
   CHECK(std::string(commandLevelString) == "B7");
   CHECK(currentChannel->opened == 1);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "a failed first probe leaves the flag at 0 and the level empty") {
@@ -186,14 +179,12 @@ TEST_CASE_FIXTURE(ProbeFixture, "a failed first probe leaves the flag at 0 and t
 TEST_CASE_FIXTURE(ProbeFixture, "without a channel the probe ends without a transfer") {
   Call without{settings, nullptr};
   CHECK(ExtCommandSupport(without, 0) == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ProbeFixture, "no memory for the probe's transport is code 8") {
   const AllocationLimit none(0);
   CHECK(ExtCommandSupport(CallNow(), 0) == 8);
   CHECK(currentChannel->opened == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 }  // namespace pmddb832::tests

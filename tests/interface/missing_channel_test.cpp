@@ -42,7 +42,6 @@ TEST_CASE_FIXTURE(ModuleFixture, "a probe whose channel went away closes without
   REQUIRE(probe.Open(CallNow()) == 1);
   DestroyChannel();
   probe.Close(CallNow());
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(ModuleFixture, "a scanner whose channel went away closes without it") {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
 #include "platform/native.h"
@@ -9,7 +11,8 @@
 namespace pmddb832::tests {
 
 // A module as it is right after its library was loaded, a zeroed settings record and a scripted
-// device in interface mode. The end of the scope is the unload.
+// device in interface mode. The end of the scope is the unload; the conversation must have been the
+// scripted one by then.
 class ModuleFixture {
  public:
   ModuleFixture();
@@ -24,6 +27,10 @@ class ModuleFixture {
     call_.channel = currentChannel;
     return call_;
   }
+
+  // Members of the settings, "resolution=50 originX=0.5": sets them, and checks that they are so.
+  void Set(const std::string& members);
+  void CheckSettings(const std::string& members) const;
 
   ScannerSettings settings{};
   ScriptedDevice device;

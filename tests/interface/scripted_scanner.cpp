@@ -44,21 +44,6 @@ Bytes LittleEndian(std::uint32_t value, std::size_t count) {
 
 }  // namespace
 
-Bytes FromHex(std::string_view hex) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  Bytes bytes;
-  bool isHigh = true;
-  for (const char c : hex) {
-    if (c == ' ') continue;
-    const std::size_t digit = kDigits.find(c);
-    REQUIRE(digit != std::string_view::npos);
-    if (isHigh) bytes.push_back(0);
-    bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16 + digit);
-    isHigh = !isHigh;
-  }
-  return bytes;
-}
-
 Bytes Ramp(std::uint8_t first, std::size_t count) {
   Bytes bytes(count);
   for (std::uint8_t& byte : bytes) byte = first++;
@@ -76,6 +61,17 @@ Bytes Word(std::uint32_t value) {
 Bytes With(Bytes block, std::size_t offset, const Bytes& bytes) {
   REQUIRE(offset + bytes.size() <= block.size());
   std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(offset));
+  return block;
+}
+
+Bytes With(Bytes block, std::string_view changes) {
+  while (!changes.empty()) {
+    const std::string change(changes.substr(0, changes.find(',')));
+    const std::size_t colon = change.find(':');
+    block = With(std::move(block), std::stoul(change),
+                 FromHex(std::string_view(change).substr(colon + 1)));
+    changes.remove_prefix(std::min(change.size() + 1, changes.size()));
+  }
   return block;
 }
 
@@ -131,10 +127,6 @@ ScriptedScanner::ScriptedScanner() {
   settings.areaHeightPx = 4;
   settings.gamma = 220;
   settings.thresholdT = 0xFFFF;
-}
-
-ScriptedScanner::~ScriptedScanner() {
-  CHECK(device.Verdict() == "as scripted");
 }
 
 void ScriptedScanner::AnswerReset() {

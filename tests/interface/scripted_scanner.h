@@ -21,15 +21,14 @@ inline constexpr std::uint32_t kUnwritten = 0xA5A5A5A5;
 inline constexpr std::string_view kUnwrittenBand =
     "02 00 00 00 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5";
 
-// The bytes of "1C 49"; white space is free.
-Bytes FromHex(std::string_view hex);
 // first, first + 1, ...
 Bytes Ramp(std::uint8_t first, std::size_t count);
 // The two and the four bytes of a little-endian integer.
 Bytes Short(std::uint32_t value);
 Bytes Word(std::uint32_t value);
-// `block` with other bytes from `offset` on.
+// `block` with other bytes from `offset` on, and at several places: "16: 20 00, 28: 04".
 Bytes With(Bytes block, std::size_t offset, const Bytes& bytes);
+Bytes With(Bytes block, std::string_view changes);
 
 // What the host has after a call of PMAcquireImage. Record and image were filled with A5 before it.
 struct Band {
@@ -57,11 +56,10 @@ std::uint32_t SetStatus(std::uint8_t* mainStatus, std::uint32_t option);
 
 // A host and a scripted scanner of either family. The settings ask for a grey scan of 16 x 4 pixels
 // at 100 dpi in the corner of the flatbed. A test scripts what the scanner expects and answers, and
-// calls the host's functions. At its end the conversation must have been the scripted one.
+// calls the host's functions.
 class ScriptedScanner : public ModuleFixture {
  public:
   ScriptedScanner();
-  ~ScriptedScanner();
 
   // The scanner's side.
   void AnswerReset();

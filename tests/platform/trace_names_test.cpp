@@ -43,6 +43,7 @@ struct Name {
 TEST_CASE_FIXTURE(NamesFixture, "names of the device channel") {
   DeviceDriver channel;
   std::uint8_t byte = 0;
+  device.Unplug();
   const Name names[] = {
       {"Sddnt::Open", [&] { channel.Open(); }},
       {"Sddnt::Close", [&] { channel.Close(settings); }},
@@ -67,6 +68,7 @@ TEST_CASE_FIXTURE(NamesFixture, "an open channel that is destroyed closes inside
 TEST_CASE_FIXTURE(NamesFixture, "names of the transport") {
   LocalType wire;
   Bytes bytes(1);
+  device.Unplug();
   const Name names[] = {
       {"Sgeneral::LocalType::SendAck", [&] { wire.SendAck(CallNow(), 0x06); }},
       {"Sgeneral::LocalType::CheckAck", [&] { wire.CheckAck(CallNow()); }},
@@ -81,6 +83,7 @@ TEST_CASE_FIXTURE(NamesFixture, "names of the transport") {
 }
 
 TEST_CASE_FIXTURE(NamesFixture, "names of the commands that all sets share") {
+  device.Unplug();
   const Name names[] = {
       {"Sgeneral::GeneralCmd::SendEscCode", [&] { set.SendEscCode(CallNow(), 'I'); }},
       {"Sgeneral::GeneralCmd::SendAck", [&] { set.SendAck(CallNow(), 0x06); }},

@@ -46,7 +46,7 @@ TEST_CASE("pmscan: every option of a scan arrives") {
   CHECK(options.mode.pixelType == 0);
   CHECK(options.dotsPerInch == 600);
   CHECK(options.area->height.amount == 2);
-  CHECK(options.source.option == 0);
+  CHECK(options.source.code == 0);
   CHECK(options.isMirrored);
   CHECK(options.isInverted);
   CHECK(options.original == "o.png");
@@ -91,26 +91,26 @@ TEST_CASE("pmscan: a file's name may begin with a slash") {
 }
 
 TEST_CASE("pmscan: a command line that is not understood is a usage error") {
-  for (const char* line : {"",
-                           "print",
-                           "scan",
-                           "scan -o page.gif",
-                           "scan -o a.png --mode red",
-                           "scan -o a.png --source tray",
-                           "scan -o a.png --resolution 0",
-                           "scan -o a.png --resolution 65536",
-                           "scan -o a.png --resolution many",
-                           "scan -o a.png --area 1,1,1,1",
-                           "scan -o a.png extra",
-                           "scan -o a.png --progress",
-                           "scan -o a.png --progress wheel",
-                           "scan -o a.png --batch b.png",
-                           "scan -o a.tif --pages 0",
-                           "scan --batch %d%d.png --pages 2",
-                           "scan -o a.png --source feeder --wait-for-paper=3601",
-                           "scan -o a.png --source feeder --wait-for-paper=soon",
-                           "info -o a.png",
-                           "devices --device sim:x"}) {
+  for (const std::string line : {"",
+                                 "print",
+                                 "scan",
+                                 "scan -o page.gif",
+                                 "scan -o a.png --mode red",
+                                 "scan -o a.png --source tray",
+                                 "scan -o a.png --resolution 0",
+                                 "scan -o a.png --resolution 65536",
+                                 "scan -o a.png --resolution many",
+                                 "scan -o a.png --area 1,1,1,1",
+                                 "scan -o a.png extra",
+                                 "scan -o a.png --progress",
+                                 "scan -o a.png --progress wheel",
+                                 "scan -o a.png --batch b.png",
+                                 "scan -o a.tif --pages 0",
+                                 "scan --batch %d%d.png --pages 2",
+                                 "scan -o a.png --source feeder --wait-for-paper=3601",
+                                 "scan -o a.png --source feeder --wait-for-paper=soon",
+                                 "info -o a.png",
+                                 "devices --device sim:x"}) {
     CAPTURE(line);
     CHECK(pmscan::tests::CodeOf([line] { ParseWords(line); }) == pmscan::kUsage);
   }

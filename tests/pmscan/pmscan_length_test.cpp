@@ -28,8 +28,8 @@ TEST_CASE("pmscan: blanks around the number and the unit of a length do not coun
 }
 
 TEST_CASE("pmscan: what is not a number with its unit is no length") {
-  for (const char* text : {"", " ", "in", "1", "1 foot", "1inch", "-1in", "1,5in", "nanin", "infmm",
-                           "1e999in", "1in2"}) {
+  for (const std::string_view text : {"", " ", "in", "1", "1 foot", "1inch", "-1in", "1,5in",
+                                      "nanin", "infmm", "1e999in", "1in2"}) {
     CAPTURE(text);
     CHECK(pmscan::tests::CodeOf([&] { ParseLength(text); }) == pmscan::kUsage);
   }

@@ -24,8 +24,9 @@ TEST_CASE("pmscan: the page's number takes its place in the name, with leading z
 }
 
 TEST_CASE("pmscan: a pattern for file names has exactly one number, and in the file's own name") {
-  for (const char* pattern : {"page.png", "%d%d.png", "%s.png", "%3d.png", "%0d.png", "%00d.png",
-                              "%", "a%", "%010d.png", "%%.png", "%d/page.png", "%d\\page.png"}) {
+  for (const std::string_view pattern :
+       {"page.png", "%d%d.png", "%s.png", "%3d.png", "%0d.png", "%00d.png", "%", "a%", "%010d.png",
+        "%%.png", "%d/page.png", "%d\\page.png"}) {
     CAPTURE(pattern);
     CHECK(pmscan::tests::CodeOf([&] { PageNames::Numbered(pattern); }) == pmscan::kUsage);
   }

@@ -10,7 +10,7 @@ namespace {
 using pmscan::Container;
 using pmscan::FormatByFileName;
 
-std::string Outcome(const char* fileName, const char* mode) {
+std::string Outcome(const char* fileName, std::string_view mode) {
   return pmscan::tests::RefusalOf(
       [&] { pmscan::RequireHolds(FormatByFileName(fileName), *pmscan::FindScanMode(mode)); });
 }
@@ -25,7 +25,7 @@ TEST_CASE("pmscan: the extension of a file's name tells the format, in either ca
 }
 
 TEST_CASE("pmscan: a file's name without a known extension is refused") {
-  for (const char* name : {"", "page", "png", "page.", "page.gif", "folder.png/page"}) {
+  for (const std::string name : {"", "page", "png", "page.", "page.gif", "folder.png/page"}) {
     CAPTURE(name);
     CHECK_THROWS_AS(FormatByFileName(name), pmscan::Failure);
   }
@@ -51,7 +51,7 @@ TEST_CASE("pmscan: a format that cannot hold the picture is refused with what to
 }
 
 TEST_CASE("pmscan: the other pictures fit JPEG and BMP") {
-  for (const char* mode : {"grey", "colour", "colour12"}) {
+  for (const std::string_view mode : {"grey", "colour", "colour12"}) {
     CAPTURE(mode);
     CHECK(Outcome("a.jpg", mode) == "accepted");
     CHECK(Outcome("a.bmp", mode) == "accepted");

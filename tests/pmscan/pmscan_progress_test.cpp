@@ -14,6 +14,11 @@ using pmscan::ProgressStyle;
 struct Meter {
   explicit Meter(ProgressStyle style, std::size_t columns = 100)
       : progress(out, style, columns, [this] { return now; }) {}
+  // Of a page that has begun.
+  Meter(ProgressStyle style, std::uint32_t page, std::uint32_t height, std::size_t columns = 100)
+      : Meter(style, columns) {
+    progress.BeginPage(page, height);
+  }
 
   void ShowAt(int seconds, std::uint32_t lines) {
     now = start + std::chrono::seconds(seconds);
@@ -27,8 +32,7 @@ struct Meter {
 };
 
 TEST_CASE("pmscan: a bar tells the page, the lines, the rate and the time left") {
-  Meter meter(ProgressStyle::kBar);
-  meter.progress.BeginPage(2, 1000);
+  Meter meter(ProgressStyle::kBar, 2, 1000);
   meter.ShowAt(1, 250);
   CHECK(meter.out.str() ==
         "\rPage 2 [........................]   0 %  0 of 1000 lines"
@@ -36,8 +40,7 @@ TEST_CASE("pmscan: a bar tells the page, the lines, the rate and the time left")
 }
 
 TEST_CASE("pmscan: a bar writes its line over, covers what was longer, and ends it once") {
-  Meter meter(ProgressStyle::kBar);
-  meter.progress.BeginPage(1, 1000);
+  Meter meter(ProgressStyle::kBar, 1, 1000);
   meter.ShowAt(2, 500);
   meter.ShowAt(4, 1000);
   meter.progress.EndLine();
@@ -49,15 +52,13 @@ TEST_CASE("pmscan: a bar writes its line over, covers what was longer, and ends 
 }
 
 TEST_CASE("pmscan: time left is told in minutes once it is one") {
-  Meter meter(ProgressStyle::kBar);
-  meter.progress.BeginPage(1, 1000);
+  Meter meter(ProgressStyle::kBar, 1, 1000);
   meter.ShowAt(5, 50);
   CHECK(meter.out.str().ends_with("10 lines/s, 1:35 min left"));
 }
 
 TEST_CASE("pmscan: each page begins its bar on a line of its own") {
-  Meter meter(ProgressStyle::kBar);
-  meter.progress.BeginPage(1, 10);
+  Meter meter(ProgressStyle::kBar, 1, 10);
   meter.ShowAt(1, 10);
   meter.progress.BeginPage(2, 10);
   CHECK(
@@ -66,19 +67,19 @@ TEST_CASE("pmscan: each page begins its bar on a line of its own") {
 }
 
 TEST_CASE("pmscan: in a file or pipe the bar is a line for every tenth") {
-  Meter meter(ProgressStyle::kLines);
-  meter.progress.BeginPage(1, 100);
+  Meter meter(ProgressStyle::kLines, 1, 100);
   meter.ShowAt(1, 11);
-  meter.ShowAt(1, 12);
-  meter.ShowAt(2, 50);
+  meter.ShowAt(1, 19);
+  meter.ShowAt(2, 20);
+  meter.ShowAt(3, 30);
   CHECK(meter.out.str() ==
         "Page 1  11 %  11 of 100 lines, 11 lines/s, 9 s left\n"
-        "Page 1  50 %  50 of 100 lines, 25 lines/s, 2 s left\n");
+        "Page 1  20 %  20 of 100 lines, 10 lines/s, 8 s left\n"
+        "Page 1  30 %  30 of 100 lines, 10 lines/s, 7 s left\n");
 }
 
 TEST_CASE("pmscan: progress as JSON is an object a line") {
-  Meter meter(ProgressStyle::kJson);
-  meter.progress.BeginPage(3, 200);
+  Meter meter(ProgressStyle::kJson, 3, 200);
   meter.ShowAt(4, 100);
   CHECK(meter.out.str() ==
         "{\"page\": 3, \"lines\": 100, \"height\": 200, \"linesPerSecond\": 25, "
@@ -86,15 +87,13 @@ TEST_CASE("pmscan: progress as JSON is an object a line") {
 }
 
 TEST_CASE("pmscan: before a second line is known there is no rate") {
-  Meter meter(ProgressStyle::kJson);
-  meter.progress.BeginPage(1, 100);
+  Meter meter(ProgressStyle::kJson, 1, 100);
   meter.ShowAt(0, 1);
   CHECK(meter.out.str().find("\"linesPerSecond\": 0,") != std::string::npos);
 }
 
 TEST_CASE("pmscan: a bar is written over ten times a second at most, and at its end") {
-  Meter meter(ProgressStyle::kBar);
-  meter.progress.BeginPage(1, 1000);
+  Meter meter(ProgressStyle::kBar, 1, 1000);
   for (std::uint32_t line = 1; line <= 1000; ++line) {
     meter.now += std::chrono::milliseconds(1);
     meter.progress.Show(line);
@@ -107,14 +106,12 @@ TEST_CASE("pmscan: a bar is written over ten times a second at most, and at its 
 TEST_CASE("pmscan: a bar is narrower than the terminal") {
   for (const std::size_t columns : {1u, 20u, 60u, 61u, 80u}) {
     CAPTURE(columns);
-    Meter meter(ProgressStyle::kBar, columns);
-    meter.progress.BeginPage(1, 1000);
+    Meter meter(ProgressStyle::kBar, 1, 1000, columns);
     meter.ShowAt(1, 250);
     const std::string text = meter.out.str();
     CHECK(text.size() - text.rfind('\r') <= columns);
   }
-  Meter meter(ProgressStyle::kBar, 70);
-  meter.progress.BeginPage(1, 1000);
+  Meter meter(ProgressStyle::kBar, 1, 1000, 70);
   meter.ShowAt(1, 250);
   CHECK(meter.out.str().ends_with(
       "\rPage 1 [###.........]  25 %  250 of 1000 lines, 250 lines/s, 3 s left"));
@@ -143,8 +140,7 @@ TEST_CASE("pmscan: a line of progress goes out in one piece") {
 }
 
 TEST_CASE("pmscan: no progress is no text") {
-  Meter meter(ProgressStyle::kNone);
-  meter.progress.BeginPage(1, 100);
+  Meter meter(ProgressStyle::kNone, 1, 100);
   meter.ShowAt(1, 100);
   meter.progress.EndLine();
   CHECK(meter.out.str().empty());

@@ -27,7 +27,8 @@ TEST_CASE("pmscan: an area is four lengths, each with a unit of its own") {
 }
 
 TEST_CASE("pmscan: an area has neither more nor fewer than four lengths") {
-  for (const char* text : {"1in,1in,1in", "1in,1in,1in,1in,1in", "1in", ",,,", "1in,1in,1in,"}) {
+  for (const std::string_view text :
+       {"1in,1in,1in", "1in,1in,1in,1in,1in", "1in", ",,,", "1in,1in,1in,"}) {
     CAPTURE(text);
     CHECK_THROWS_AS(ParseArea(text), pmscan::Failure);
   }

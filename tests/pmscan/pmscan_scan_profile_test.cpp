@@ -103,7 +103,7 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a file that is no profile is refused with t
   Write("key", R"({"output": "a.png"})");
   Write("type", R"({"resolution": "high"})");
   Write("sign", R"({"resolution": -1})");
-  for (const char* name : {"list", "cut", "key", "type", "sign"}) {
+  for (const std::string name : {"list", "cut", "key", "type", "sign"}) {
     const std::string refusal = RefusalOf({"scan", "-o", "a.png", "--profile", name});
     CAPTURE(refusal);
     CHECK(refusal.starts_with("78 "));
@@ -126,7 +126,7 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's value that its option does not 
 }
 
 TEST_CASE_FIXTURE(Profiles, "pmscan: a profile's name stays in its folder") {
-  for (const char* name : {"../a", "a/b", "a\\b", "c:a", ".hidden", "", "a*"}) {
+  for (const std::string name : {"../a", "a/b", "a\\b", "c:a", ".hidden", "", "a*"}) {
     CAPTURE(name);
     CHECK_THROWS_AS(pmscan::SaveProfile(folder, name, {}, true), pmscan::Failure);
     CHECK_THROWS_AS(pmscan::LoadProfile(folder, name), pmscan::Failure);

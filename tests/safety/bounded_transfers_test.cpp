@@ -58,7 +58,7 @@ class StuckDevice final : public RawDevice {
 };
 
 struct Desk {
-  explicit Desk(const char* name)
+  explicit Desk(std::string_view name)
       : scanner(simulator::MakeScanner(name, ColourPicture(64, 48))),
         device(*scanner),
         host(*scanner) {
@@ -99,8 +99,8 @@ struct Desk {
 
 // Sticks the device with every byte value, after the open or after the first band as well.
 void CheckStuck(bool scanning) {
-  for (const char* name : {"extended", "standard", "standard:HK300", "extended:RV7000H+pages=9",
-                           "standard:QM5500+pages=9"}) {
+  for (const std::string_view name : {"extended", "standard", "standard:HK300",
+                                      "extended:RV7000H+pages=9", "standard:QM5500+pages=9"}) {
     for (int answer = 0; answer < 256; ++answer) {
       CAPTURE(name);
       CAPTURE(answer);
@@ -141,8 +141,8 @@ TEST_CASE("a scanner that gives one answer for ever behind a first band is given
 }
 
 TEST_CASE("a scanner that warms up or is busy for ever is asked once by each acquisition") {
-  for (const char* name : {"extended+warm-up=4000000000", "standard+warm-up=4000000000",
-                           "extended+not-ready", "standard+not-ready"}) {
+  for (const std::string_view name : {"extended+warm-up=4000000000", "standard+warm-up=4000000000",
+                                      "extended+not-ready", "standard+not-ready"}) {
     CAPTURE(name);
     Desk desk(name);
     desk.host.Open();

@@ -6,11 +6,15 @@
 namespace {
 
 std::optional<std::size_t> left;
+bool refusesOnce = false;
 std::size_t count = 0;
 
 bool MayAllocate() {
   ++count;
-  if (left == 0) return false;
+  if (left == 0) {
+    if (refusesOnce) left.reset();
+    return false;
+  }
   if (left.has_value()) --*left;
   return true;
 }
@@ -31,6 +35,15 @@ AllocationLimit::AllocationLimit(std::size_t allocationsLeft) {
 }
 AllocationLimit::~AllocationLimit() {
   left.reset();
+}
+
+RefusedAllocation::RefusedAllocation(std::size_t allocationsBefore) {
+  left = allocationsBefore;
+  refusesOnce = true;
+}
+RefusedAllocation::~RefusedAllocation() {
+  left.reset();
+  refusesOnce = false;
 }
 
 std::size_t AllocationCount() {

@@ -13,6 +13,15 @@ struct AllocationLimit {
   AllocationLimit& operator=(const AllocationLimit&) = delete;
 };
 
+// While it lives, the allocation of that kind behind so many successful ones returns null, and
+// those behind it succeed again.
+struct RefusedAllocation {
+  explicit RefusedAllocation(std::size_t allocationsBefore);
+  ~RefusedAllocation();
+  RefusedAllocation(const RefusedAllocation&) = delete;
+  RefusedAllocation& operator=(const RefusedAllocation&) = delete;
+};
+
 // Allocations of that kind since the program started, failed ones included.
 std::size_t AllocationCount();
 

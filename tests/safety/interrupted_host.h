@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "simulator/device/scanner.h"
@@ -31,7 +32,7 @@ struct StepResult {
 class InterruptedHost;
 
 struct SessionStep {
-  const char* name;
+  std::string_view name;
   StepResult (*run)(InterruptedHost& host);
   bool repeats = false;  // transfers what a step before it did
 };

@@ -6,7 +6,7 @@
 #include "capture/file/capture_writer.h"
 #include "capture/record/recording_device.h"
 #include "pmscan/captures/call_values.h"
-#include "pmscan/captures/capture_calls.h"
+#include "pmscan/captures/recording_module.h"
 #include "pmscan/captures/replay.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/scan/acquisition.h"
@@ -63,9 +63,9 @@ capture::Capture RecordScan(StillImageDevice& scanner, bool keepsImageData) {
   settings.useDeviceInterface = 1;
   recorder.Watch(settings);
   const ModuleUnderTest module;
-  const pmscan::CaptureCalls calls(ExportsOf(module), recorder);
+  const pmscan::RecordingModule calls(ExportsOf(module), recorder);
   try {
-    ScanColour(pmscan::CaptureCalls::Exports(), settings);
+    ScanColour(pmscan::RecordingModule::Exports(), settings);
   } catch (const pmscan::Failure&) {
     // The capture ends where the scan did.
   }

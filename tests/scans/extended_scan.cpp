@@ -4,8 +4,8 @@
 
 namespace pmddb832::tests {
 
-simulator::ExtendedScannerConfig SmallExtendedScanner(simulator::Picture onBed) {
-  simulator::ExtendedScannerConfig config;
+simulator::ExtendedScannerConfig ExtendedDesk::Small(simulator::Picture onBed) {
+  Config config;
   config.identity.flatbed = {64, 48};
   config.identity.feeder = {64, 96};
   config.identity.transparencyUnit = {40, 30};

@@ -5,9 +5,11 @@
 
 namespace pmddb832::tests {
 
-// A small extended scanner, 64 x 48 pixels of flatbed at 600 dpi, with `onBed` on it.
-simulator::ExtendedScannerConfig SmallExtendedScanner(simulator::Picture onBed);
+struct ExtendedDesk : ScanDesk<simulator::ExtendedScanner, simulator::ExtendedScannerConfig> {
+  using ScanDesk::ScanDesk;
 
-using ExtendedDesk = ScanDesk<simulator::ExtendedScanner, simulator::ExtendedScannerConfig>;
+  // A small scanner, 64 x 48 pixels of flatbed at 600 dpi, with `onBed` on it.
+  static Config Small(simulator::Picture onBed);
+};
 
 }  // namespace pmddb832::tests

@@ -39,7 +39,7 @@ std::string Replaced(std::string text, const std::string& old, const std::string
 }
 
 TEST_CASE("captures: a recorded scan replays strictly to the same lines") {
-  for (const char* family : {"extended", "standard"}) {
+  for (const std::string family : {"extended", "standard"}) {
     CAPTURE(family);
     const ReplayOutcome outcome = ReplayCapture(ReadAgain(Record(family)), false);
     CHECK(outcome.differences.empty());
@@ -141,7 +141,7 @@ TEST_CASE("captures: a call that no host can make is refused with its line") {
 }
 
 TEST_CASE("captures: the project's own replay strictly, with their pictures") {
-  for (const char* name : kCaptures) {
+  for (const std::string name : kCaptures) {
     CAPTURE(name);
     const std::string file = std::string(PMDDB832_CAPTURES "/") + name + ".txt";
     const ReplayOutcome outcome = ReplayCapture(pmscan::ReadCaptureFile(file), false);

@@ -19,9 +19,11 @@ struct BedArea {
 
 // A scanner, and a host that scans from it. At the end it checks that the module did nothing that
 // the protocol does not allow.
-template <class Scanner, class Config>
+template <class Scanner, class ScannerConfig>
 class ScanDesk {
  public:
+  using Config = ScannerConfig;
+
   explicit ScanDesk(Config config, std::uint32_t pixelType = 5)
       : onBed(config.onBed), scanner(std::move(config)), host(scanner) {
     host.settings.pixelType = pixelType;
@@ -33,6 +35,12 @@ class ScanDesk {
   void Open() {
     REQUIRE(host.Open());
     opened = true;
+  }
+
+  // The same; scans are then those of the option unit.
+  void OpenFromOption() {
+    Open();
+    host.settings.scanSource = 1;
   }
 
   // Opens the scanner if it was not yet, and scans the area of the bed.
@@ -68,5 +76,14 @@ class ScanDesk {
   WholeScan host;
   bool opened = false;
 };
+
+// A scanner of the desk's family whose bed and feeder are as large as the picture on the bed.
+template <class Desk>
+typename Desk::Config ScannerFor(simulator::Picture onBed) {
+  typename Desk::Config config = Desk::Small(std::move(onBed));
+  config.identity.flatbed = {config.onBed.width, config.onBed.height};
+  config.identity.feeder = config.identity.flatbed;
+  return config;
+}
 
 }  // namespace pmddb832::tests

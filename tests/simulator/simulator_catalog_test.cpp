@@ -65,7 +65,7 @@ TEST_CASE("simulator: a model that lists half of what it can scans twice as fine
   talk.Expect("02 00 25 00 42 38");
   const Bytes rest = talk.Read(35);
   CHECK(ToHex({rest.end() - 8, rest.end()}) == "52 B0 04 41 D8 27 D8 36");  // 1200 dpi
-  talk.SendAcknowledged("1B 52", FromHex("60 09 60 09"));
+  Converse(*scanner, "+ R 60 09 60 09");
 }
 
 TEST_CASE("simulator: a model with a feeder has one page in it, or as many as the name says") {
@@ -77,9 +77,7 @@ TEST_CASE("simulator: a model with a feeder has one page in it, or as many as th
 
 TEST_CASE("simulator: defects are switched on behind a plus") {
   const auto scanner = MakeScanner("extended:QM5500+fatal-error+warm-up=3", {});
-  Conversation talk(*scanner);
-  talk.Send("1C 46");
-  talk.Expect("82 80");
+  Converse(*scanner, "> 1C 46 < 82 80");
 }
 
 TEST_CASE("simulator: family and model are found in any case") {

@@ -1,5 +1,7 @@
 #include "tests/simulator/simulator_conversation.h"
 
+#include <memory>
+
 namespace simulator_test {
 
 Bytes FromHex(std::string_view text) {
@@ -45,40 +47,47 @@ Bytes Conversation::Read(std::size_t count) {
   return bytes;
 }
 
-Bytes Conversation::ReadInVain(std::size_t count) {
-  Bytes bytes(count);
+Bytes Conversation::ReadWith(std::int32_t result, std::size_t count) {
+  constexpr std::uint8_t kUntouched = 0xEE;
+  Bytes bytes(count, kUntouched);
   auto delivered = static_cast<std::uint32_t>(count);
-  CHECK(scanner_.RawReadData(bytes.data(), &delivered, nullptr) < 0);
+  CHECK(scanner_.RawReadData(bytes.data(), &delivered, nullptr) == result);
+  REQUIRE(delivered <= count);
+  CHECK(Bytes(bytes.begin() + delivered, bytes.end()) == Bytes(count - delivered, kUntouched));
   bytes.resize(delivered);
   return bytes;
 }
 
-void Conversation::SendAcknowledged(std::string_view command, const Bytes& parameters) {
-  Send(command);
-  Expect("06");
-  Send(parameters);
-  Expect("06");
-}
-
 namespace {
+
+void SendParameters(Conversation& talk, std::string_view letterAndParameters,
+                    std::string_view answer) {
+  const std::size_t letter = letterAndParameters.find_first_not_of(' ');
+  talk.Send(Bytes{0x1B, static_cast<std::uint8_t>(letterAndParameters.at(letter))});
+  talk.Expect("06");
+  talk.Send(letterAndParameters.substr(letter + 1));
+  talk.Expect(answer);
+}
 
 // One step of a conversation, without its sign.
 void Step(Conversation& talk, char sign, std::string_view rest) {
   if (sign == '>') return talk.Send(rest);
   if (sign == '<') return talk.Expect(rest);
+  if (sign == '+' || sign == '-') return SendParameters(talk, rest, sign == '+' ? "06" : "15");
   std::size_t digits = 0;
   const auto count = static_cast<std::size_t>(std::stoul(std::string(rest), &digits));
   if (sign == '*') {
     CHECK(talk.Read(count).size() == count);
   } else {
-    CHECK(ToHex(talk.ReadInVain(count)) == ToHex(FromHex(rest.substr(digits))));
+    const std::int32_t result = sign == '~' ? 0 : sign == '/' ? kUnplugged : kTimeout;
+    CHECK(ToHex(talk.ReadWith(result, count)) == ToHex(FromHex(rest.substr(digits))));
   }
 }
 
 }  // namespace
 
 void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation) {
-  constexpr std::string_view kSigns = "><*!";
+  constexpr std::string_view kSigns = "><*~!/+-";
   INFO(conversation);
   Conversation talk(partner);
   while (!conversation.empty()) {
@@ -90,17 +99,38 @@ void Converse(pmddb832::StillImageDevice& partner, std::string_view conversation
   }
 }
 
-void Play(const simulator::ExtendedScannerConfig& config, std::string_view conversation) {
-  simulator::ExtendedScanner scanner(config);
-  Converse(scanner, conversation);
-  CheckNoViolations(scanner);
+namespace {
+
+std::unique_ptr<simulator::Scanner> ScannerOf(const ScannerConfig& config) {
+  if (const auto* const extended = std::get_if<simulator::ExtendedScannerConfig>(&config)) {
+    return std::make_unique<simulator::ExtendedScanner>(*extended);
+  }
+  return std::make_unique<simulator::StandardScanner>(std::get<1>(config));
 }
 
-void PlayWrongly(const simulator::ExtendedScannerConfig& config, std::string_view conversation,
+}  // namespace
+
+void Play(const ScannerConfig& config, std::string_view conversation) {
+  const auto scanner = ScannerOf(config);
+  Converse(*scanner, conversation);
+  CheckNoViolations(*scanner);
+}
+
+void PlayWrongly(const ScannerConfig& config, std::string_view conversation,
                  std::string_view words) {
-  simulator::ExtendedScanner scanner(config);
-  Converse(scanner, conversation);
-  CheckViolation(scanner, words);
+  INFO(conversation);
+  const auto scanner = ScannerOf(config);
+  Converse(*scanner, conversation);
+  CheckViolation(*scanner, words);
+}
+
+void PlayRefused(const ScannerConfig& config, std::string_view conversation,
+                 std::string_view words) {
+  INFO(conversation);
+  const auto scanner = ScannerOf(config);
+  Converse(*scanner, conversation);
+  CheckRefusal(*scanner, words);
+  CheckNoViolations(*scanner);
 }
 
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value) {
@@ -112,9 +142,24 @@ void Put32(Bytes& block, std::size_t offset, std::uint32_t value) {
 Bytes ParameterBlock() {
   return FromHex(
       "64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00"
-      "10 00 00 00 0A 00 00 00 00 08 00 00 04 00 00 00"
-      "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+      "10 00 00 00 0A 00 00 00 00 08 00 00 04 01 00 00"
+      "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
       "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+}
+
+Bytes With(Bytes block, std::string_view changes) {
+  while (!changes.empty()) {
+    const std::string change(changes.substr(0, changes.find(',')));
+    std::size_t at = std::stoul(change);
+    const std::size_t colon = change.find(':');
+    for (const std::uint8_t byte : FromHex(change.substr(colon + 1))) block.at(at++) = byte;
+    changes.remove_prefix(std::min(change.size() + 1, changes.size()));
+  }
+  return block;
+}
+
+std::string SetUpWith(std::string_view changes, std::string_view answer) {
+  return "> 1C 57 < 06 >" + ToHex(With(ParameterBlock(), changes)) + "<" + std::string(answer);
 }
 
 simulator::Picture Pattern(std::uint32_t width, std::uint32_t height) {
@@ -164,8 +209,8 @@ Bytes ScanAll(Conversation& talk, std::uint32_t lineBytes) {
 }
 
 Bytes ScanWith(simulator::Scanner& scanner, const Bytes& parameterBlock, std::uint32_t lineBytes) {
+  Converse(scanner, "> 1C 57 < 06 >" + ToHex(parameterBlock) + "< 06");
   Conversation talk(scanner);
-  talk.SendAcknowledged("1C 57", parameterBlock);
   return ScanAll(talk, lineBytes);
 }
 

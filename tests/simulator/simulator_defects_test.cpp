@@ -99,14 +99,13 @@ TEST_CASE("simulator: nak-command to a query ends its answer, and waiting for mo
 
 TEST_CASE("simulator: nak-parameters acknowledges the letter and refuses its block") {
   simulator::ExtendedScanner scanner(Spoiled(SmallFlatbed(), "nak-parameters=W"));
-  Converse(scanner, "> 1C 57 < 06 >" + ToHex(ParameterBlock()) + "< 15");
+  Converse(scanner, SetUpWith("", "15"));
   CHECK_FALSE(scanner.Request());
 }
 
 TEST_CASE("simulator: late-nak puts the answers out of step until a reset") {
   PlayWith("late-nak=e",
-           "> 1B 65 < 06 > 00 < 06"
-           "> 1C 46 < 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+           "+ e 00 > 1C 46 < 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
            "> 1C 46 < 00 > 1B 40 < 06");
 }
 

@@ -17,24 +17,13 @@ const std::string kStart = kSetUpOption + "> 1C 47";
 const std::string kRefused = kStart + "< 02 80 00 00 00 00 00 00 00 00 00 00 00 00";
 
 Bytes FromOption() {
-  Bytes block = ParameterBlock();
-  block[26] = 1;
-  return block;
+  return With(ParameterBlock(), "26: 01");
 }
 
 void CheckScanShows(const simulator::Picture& picture, ExtendedScanner& scanner,
                     const Bytes& parameterBlock) {
   const Bytes image = ScanWith(scanner, parameterBlock, 16);
   CHECK(image == simulator::ScannedArea(picture, *scanner.Request()));
-}
-
-void CheckRefusedWidth(const simulator::ExtendedScannerConfig& config, std::uint32_t width,
-                       std::string_view why) {
-  ExtendedScanner scanner(config);
-  Bytes block = FromOption();
-  Put32(block, 16, width);
-  Converse(scanner, "> 1C 57 < 06 >" + ToHex(block) + "< 15");
-  CheckRefusal(scanner, why);
 }
 
 simulator::ExtendedScannerConfig WithTransparencyUnit() {
@@ -61,7 +50,7 @@ TEST_CASE("simulator: a scan with the option off takes the bed, feeder or not") 
 }
 
 TEST_CASE("simulator: the area of the feeder bounds a scan from it") {
-  CheckRefusedWidth(SmallFeeder(1), 101, "columns 0 + 101 of 100");
+  PlayRefused(SmallFeeder(1), SetUpWith("16: 65, 26: 01", "15"), "columns 0 + 101 of 100");
 }
 
 TEST_CASE("simulator: feed loads a page and is acknowledged, the same page until it was scanned") {
@@ -92,10 +81,7 @@ TEST_CASE("simulator: paper is out when no page is left to scan, the one in the 
 }
 
 TEST_CASE("simulator: a scan from the empty feeder is refused in the header") {
-  ExtendedScanner scanner(SmallFeeder(0));
-  Converse(scanner, kRefused);
-  CheckRefusal(scanner, "no page");
-  CheckNoViolations(scanner);
+  PlayRefused(SmallFeeder(0), kRefused, "no page");
 }
 
 TEST_CASE("simulator: a cancelled page counts as scanned") {
@@ -113,7 +99,7 @@ TEST_CASE("simulator: the transparency unit scans what lies on the bed, in its o
   const auto config = WithTransparencyUnit();
   ExtendedScanner scanner(config);
   CheckScanShows(config.onBed, scanner, FromOption());
-  CheckRefusedWidth(config, 81, "columns 0 + 81 of 80");
+  PlayRefused(config, SetUpWith("16: 51, 26: 01", "15"), "columns 0 + 81 of 80");
 }
 
 TEST_CASE("simulator: an open cover is status bit 04, and no page moves") {

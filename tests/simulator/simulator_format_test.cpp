@@ -113,7 +113,7 @@ TEST_CASE("simulator: a gamma table of k at place k changes nothing") {
   simulator::GammaTables gamma;
   REQUIRE(gamma.Set('M', identity));
   for (std::uint32_t sample = 0; sample <= 0xFFFF; ++sample) {
-    REQUIRE(gamma.OnGrey(static_cast<std::uint16_t>(sample)) == sample);
+    REQUIRE(gamma.OnAll(static_cast<std::uint16_t>(sample)) == sample);
   }
 }
 
@@ -130,10 +130,7 @@ TEST_CASE("simulator: each colour has its table, and grey has one behind the thr
 
 TEST_CASE("simulator: gamma tables belong to the parameter block that follows them") {
   simulator::ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  Bytes table = Inverting();
-  table.insert(table.begin(), 'M');
-  talk.SendAcknowledged("1B 7A", table);
+  Converse(scanner, "+ z 4D" + ToHex(Inverting()));
   const Bytes inverted = ScanWith(scanner, ParameterBlock(), 16);
   const Bytes plain = ScanWith(scanner, ParameterBlock(), 16);
   for (std::size_t i = 0; i < plain.size(); ++i) CHECK(inverted[i] == 255 - plain[i]);

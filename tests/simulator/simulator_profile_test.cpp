@@ -51,11 +51,7 @@ Bytes StandardIdentity(const std::string& members, std::size_t count) {
 
 // Sends the block that scans the top line of a page in grey, 100 dpi, and returns its first byte.
 std::uint8_t FirstByteOfPage(simulator::Scanner& scanner) {
-  Bytes block = ParameterBlock();
-  Put32(block, 16, 8);
-  Put32(block, 20, 1);
-  block[26] = 1;
-  return ScanWith(scanner, block, 8).at(0);
+  return ScanWith(scanner, With(ParameterBlock(), "16: 08, 20: 01, 26: 01"), 8).at(0);
 }
 
 }  // namespace
@@ -106,7 +102,7 @@ TEST_CASE("simulator: a standard identity is overridden field by field") {
 TEST_CASE("simulator: a standard scanner that lists half scans twice as finely") {
   const auto scanner = Make(R"("base": "standard",
       "identity": {"resolutions": [50, 100], "listsHalf": true})");
-  Conversation(*scanner).SendAcknowledged("1B 52", FromHex("C8 00 C8 00"));
+  Converse(*scanner, "+ R C8 00 C8 00");
   CheckNoViolations(*scanner);
 }
 
@@ -133,24 +129,15 @@ TEST_CASE("simulator: manners that both families know") {
 
 TEST_CASE("simulator: an extended scanner may refuse starts") {
   const auto scanner = Make(R"("base": "extended", "manners": {"refusedTransfers": 1})");
-  Conversation talk(*scanner);
-  talk.SendAcknowledged("1C 57", ParameterBlock());
-  talk.Send("1C 47");
-  talk.Expect("02 80 00 00 00 00 00 00 00 00 00 00 00 00");
-  talk.Send("1C 47");
-  talk.Expect("02 00");
+  Converse(*scanner,
+           kSetUp + "> 1C 47 < 02 80 00 00 00 00 00 00 00 00 00 00 00 00 > 1C 47 < 02 00");
 }
 
 TEST_CASE("simulator: an extended scanner may keep its commands to itself, and end with nothing") {
   const auto scanner = Make(R"("base": "extended",
       "manners": {"knowsExtendedCommands": false, "emptyLastBlock": true})");
   CHECK(Part(Ask(*scanner, "1B 49", 44), 0, 2) == "02 00");
-  Bytes block = ParameterBlock();
-  Put32(block, 20, 8);
-  Conversation talk(*scanner);
-  talk.SendAcknowledged("1C 57", block);
-  talk.Send("1C 47");
-  talk.Expect("02 00 40 00 00 00 02 00 00 00 00 00 00 00");
+  Converse(*scanner, SetUpWith("20: 08") + "> 1C 47 < 02 00 40 00 00 00 02 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: defects are switched on by flag, by number and by letter") {

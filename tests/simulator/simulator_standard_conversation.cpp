@@ -3,21 +3,8 @@
 namespace simulator_test {
 namespace {
 
-void Append16(Bytes& bytes, std::uint16_t value) {
-  bytes.push_back(static_cast<std::uint8_t>(value));
-  bytes.push_back(static_cast<std::uint8_t>(value >> 8));
-}
-
 std::size_t Number16(const Bytes& bytes, std::size_t at) {
   return bytes[at] | static_cast<std::size_t>(bytes[at + 1]) << 8;
-}
-
-Bytes Command(char letter) {
-  return {0x1B, static_cast<std::uint8_t>(letter)};
-}
-
-void Set(simulator::Scanner& scanner, char letter, const Bytes& parameters) {
-  CheckParameters(scanner, letter, ToHex(parameters), "06");
 }
 
 }  // namespace
@@ -40,28 +27,21 @@ simulator::StandardScannerConfig SmallStandardFeeder(std::size_t pages) {
   return config;
 }
 
-Bytes StandardScan::Area() const {
-  Bytes area;
-  for (const std::uint16_t value : {left, top, width, height}) Append16(area, value);
-  return area;
-}
-
-void Play(const simulator::StandardScannerConfig& config, std::string_view conversation) {
-  simulator::StandardScanner scanner(config);
-  Converse(scanner, conversation);
-  CheckNoViolations(scanner);
-}
-
-void Upload(simulator::Scanner& scanner, const StandardScan& scan) {
-  Set(scanner, 'C', {scan.colorMode});
-  Set(scanner, 'D', {scan.bits});
-  Bytes resolutions;
-  Append16(resolutions, scan.resolution);
-  Append16(resolutions, scan.resolution);
-  Set(scanner, 'R', resolutions);
-  Set(scanner, 'H', {scan.zoom, scan.zoom});
-  Set(scanner, 'A', scan.Area());
-  if (scan.linesPerBlock != 0) Set(scanner, 'd', {scan.linesPerBlock});
+std::string Upload(std::string_view changes) {
+  std::string upload =
+      "+ C 00 + D 08 + R 64 00 64 00 + H 64 64 + A 00 00 00 00 10 00 0A 00 + d 04 ";
+  while (!changes.empty()) {
+    const std::size_t comma = std::min(changes.find(','), changes.size());
+    std::string_view command = changes.substr(0, comma);
+    changes.remove_prefix(std::min(changes.find_first_not_of(" ", comma + 1), changes.size()));
+    const bool leavesOut = command.starts_with('-');
+    if (leavesOut) command.remove_prefix(1);
+    const std::size_t at = std::min(upload.find("+ " + std::string(1, command[0])), upload.size());
+    const std::size_t end = std::min(upload.find('+', at + 1), upload.size());
+    const std::string by = leavesOut ? "" : "+ " + std::string(command) + ' ';
+    upload.replace(at, end - at, by);
+  }
+  return upload;
 }
 
 Bytes StandardScanAll(simulator::Scanner& scanner, bool lineMode) {
@@ -78,16 +58,6 @@ Bytes StandardScanAll(simulator::Scanner& scanner, bool lineMode) {
     if (!last) talk.Send("06");
   }
   return image;
-}
-
-void CheckParameters(simulator::Scanner& scanner, char letter, std::string_view parameters,
-                     std::string_view answer) {
-  INFO("ESC " << letter << " " << parameters);
-  Conversation talk(scanner);
-  talk.Send(Command(letter));
-  talk.Expect("06");
-  talk.Send(parameters);
-  talk.Expect(answer);
 }
 
 }  // namespace simulator_test

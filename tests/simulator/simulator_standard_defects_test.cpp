@@ -10,7 +10,7 @@ using simulator::StandardScanner;
 namespace {
 
 // Two blocks of 4 lines and a last one of 2, unless a defect changes them.
-const std::string kStart = kUpload + "> 1B 47";
+const std::string kStart = Upload() + "> 1B 47";
 const std::string kStarted = kStart + "< 02 00 10 00 04 00";
 const std::string kRefused = kStart + "< 02 80 00 00 00 00";
 
@@ -39,22 +39,17 @@ TEST_CASE("simulator: status-unreadable silences both status queries") {
 TEST_CASE("simulator: nak-command and nak-parameters refuse a standard command") {
   PlayWith("nak-command=A", "> 1B 41 < 15");
   StandardScanner scanner(Spoiled(SmallStandard(), "nak-parameters=C"));
-  Converse(scanner, "> 1B 43 < 06 > 00 < 15");
+  Converse(scanner, "- C 00");
   CHECK_FALSE(scanner.Parameters('C'));
 }
 
 TEST_CASE("simulator: a driver that goes on without an accepted ESC d is excused") {
-  StandardScanner scanner(Spoiled(SmallStandard(), "nak-parameters=d"));
-  StandardScan scan;
-  scan.linesPerBlock = 0;
-  Upload(scanner, scan);
-  Converse(scanner, "> 1B 64 < 06 > 04 < 15 > 1B 47 < 02 00 10 00 01 00 > 1B 46");
-  CheckNoViolations(scanner);
+  PlayWith("nak-parameters=d", Upload("-d") + "- d 04 > 1B 47 < 02 00 10 00 01 00 > 1B 46");
 }
 
 TEST_CASE("simulator: behind a late NAK nothing is a violation until a reset") {
   StandardScanner scanner(Spoiled(SmallStandard(), "late-nak=Z"));
-  Converse(scanner, "> 1B 5A < 06 > 01 < 06 > 1B 4C < 15 > 1B 46 < 06 15");
+  Converse(scanner, "+ Z 01 > 1B 4C < 15 > 1B 46 < 06 15");
   CheckNoViolations(scanner);
   Converse(scanner, "> 1B 40 < 06 > 18");
   CheckViolation(scanner, "expected a command, got 18");
@@ -89,12 +84,7 @@ TEST_CASE("simulator: a standard header without STX is followed by nothing") {
 TEST_CASE("simulator: without STX a repeated start in line mode has the header of a line") {
   auto config = Spoiled(SmallStandard("B3"), "header-without-stx");
   config.manners.refusedTransfers = 1;
-  StandardScanner scanner(config);
-  StandardScan scan;
-  scan.linesPerBlock = 0;
-  Upload(scanner, scan);
-  Converse(scanner, "> 1B 47 < 02 80 00 00 00 00 > 1B 47 < 15 00 10 00 ! 16");
-  CheckNoViolations(scanner);
+  Play(config, Upload("-d") + "> 1B 47 < 02 80 00 00 00 00 > 1B 47 < 15 00 10 00 ! 16");
 }
 
 TEST_CASE("simulator: announced-line-bytes is what lines have, cut or filled") {

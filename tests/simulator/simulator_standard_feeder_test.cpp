@@ -21,10 +21,6 @@ std::string Status(std::string_view main, std::string_view feeder, std::string_v
          std::string(transparency) + "* 4";
 }
 
-void UploadFromOption(StandardScanner& scanner) {
-  Converse(scanner, kUploadOption);
-}
-
 void CheckScanShows(const simulator::Picture& picture, StandardScanner& scanner) {
   CHECK(StandardScanAll(scanner) == simulator::ScannedArea(picture, *scanner.Request()));
 }
@@ -34,7 +30,7 @@ void CheckScanShows(const simulator::Picture& picture, StandardScanner& scanner)
 TEST_CASE("simulator: a standard scan with the option on loads the next page") {
   const auto config = SmallStandardFeeder(2);
   StandardScanner scanner(config);
-  UploadFromOption(scanner);
+  Converse(scanner, kUploadOption);
   CheckScanShows(config.feederPages[0], scanner);
   CheckScanShows(config.feederPages[1], scanner);
   Converse(scanner, Status("00", "C8", "00"));
@@ -44,7 +40,7 @@ TEST_CASE("simulator: a standard scan with the option on loads the next page") {
 TEST_CASE("simulator: a standard scan with the option off takes the bed") {
   const auto config = SmallStandardFeeder(1);
   StandardScanner scanner(config);
-  Upload(scanner, {});
+  Converse(scanner, Upload());
   CheckScanShows(config.onBed, scanner);
   Converse(scanner, Status("00", "80", "00"));
 }
@@ -67,23 +63,19 @@ TEST_CASE("simulator: level A ejects a page of its feeder, and needs one") {
   auto config = SmallStandardFeeder(1);
   config.identity.level = "A5";
   StandardScanner scanner(config);
-  Converse(scanner, "> 1B 65 < 06 > 01 < 06 > 0C < 15 > 19 < 06 > 0C < 06");
-  Converse(scanner, Status("00", "C8", "00"));
+  Converse(scanner, "+ e 01 > 0C < 15 > 19 < 06 > 0C < 06" + Status("00", "C8", "00"));
 }
 
 TEST_CASE("simulator: a start on the empty feeder is refused") {
-  StandardScanner scanner(SmallStandardFeeder(0));
-  Converse(scanner, kRefused);
-  CheckRefusal(scanner, "no page that it can load");
-  CheckNoViolations(scanner);
+  PlayRefused(SmallStandardFeeder(0), kRefused, "no page that it can load");
 }
 
 TEST_CASE("simulator: values above 1 are for the standard feeder's variant alone") {
   auto config = SmallStandardFeeder(1);
-  Play(config, "> 1B 65 < 06 > 02 < 15");
+  Play(config, "- e 02");
   config.identity.feederFlags = 0x20;
   StandardScanner variant(config);
-  Converse(variant, "> 1B 65 < 06 > 02 < 06");
+  Converse(variant, "+ e 02");
   CHECK(variant.OptionValue() == 2);
 }
 
@@ -110,20 +102,15 @@ TEST_CASE("simulator: a page that jams in its last block does not mark it as the
 
 TEST_CASE("simulator: in line mode a line that jams begins with NAK") {
   StandardScanner scanner(Spoiled(SmallStandardFeeder(1), "jam-at-line=0"));
-  StandardScan scan;
-  scan.linesPerBlock = 0;
-  Converse(scanner, "> 1B 65 < 06 > 01 < 06");
-  Upload(scanner, scan);
-  Converse(scanner, "> 1B 47 < 02 00 10 00 01 00  15 80 10 00 ! 1");
+  Converse(scanner, "+ e 01" + Upload("-d") + "> 1B 47 < 02 00 10 00 01 00  15 80 10 00 ! 1");
 }
 
 TEST_CASE("simulator: the standard transparency unit scans the bed, and may have an error") {
   auto config = SmallStandard();
   config.optionUnit = OptionUnit::kTransparencyUnit;
   StandardScanner sound(config);
-  UploadFromOption(sound);
+  Converse(sound, kUploadOption);
   CheckScanShows(config.onBed, sound);
-  StandardScanner broken(Spoiled(config, "transparency-unit-error"));
-  Converse(broken, Status("00", "00", "C2") + kRefused);
-  CheckRefusal(broken, "transparency unit");
+  PlayRefused(Spoiled(config, "transparency-unit-error"), Status("00", "00", "C2") + kRefused,
+              "transparency unit");
 }

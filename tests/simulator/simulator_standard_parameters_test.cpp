@@ -25,26 +25,6 @@ Bytes Accepted(char letter, std::string_view level = "B8") {
   return accepted;
 }
 
-void CheckAreaRefused(const simulator::StandardScannerConfig& config, const StandardScan& scan,
-                      std::string_view why) {
-  StandardScanner scanner(config);
-  Upload(scanner, {});
-  CheckParameters(scanner, 'A', ToHex(scan.Area()), "15");
-  CheckRefusal(scanner, why);
-  CheckNoViolations(scanner);
-  CHECK_FALSE(scanner.Request());
-}
-
-StandardScan Area(std::uint16_t left, std::uint16_t top, std::uint16_t width,
-                  std::uint16_t height) {
-  StandardScan scan;
-  scan.left = left;
-  scan.top = top;
-  scan.width = width;
-  scan.height = height;
-  return scan;
-}
-
 }  // namespace
 
 TEST_CASE("simulator: the values that each one-byte parameter may have") {
@@ -72,145 +52,120 @@ TEST_CASE("simulator: halftones come with the level") {
 
 TEST_CASE("simulator: what was accepted is kept, what is refused is forgotten") {
   StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'L', "FE", "06");
+  Converse(scanner, "+ L FE");
   CHECK(scanner.Parameters('L') == FromHex("FE"));
-  CheckParameters(scanner, 'L', "04", "15");
+  Converse(scanner, "- L 04");
   CHECK_FALSE(scanner.Parameters('L'));
   CheckRefusal(scanner, "ESC L: 4 is not in -3 to 3");
 }
 
 TEST_CASE("simulator: colour correction needs its matrix") {
-  StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'M', "01", "15");
-  CheckParameters(scanner, 'm', "20 00 00 00 20 00 00 00 20", "06");
-  CheckParameters(scanner, 'M', "01", "06");
+  Play(SmallStandard(), "- M 01 + m 20 00 00 00 20 00 00 00 20 + M 01");
 }
 
 TEST_CASE("simulator: a gamma that is not built in needs tables ahead of it, each time") {
-  StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'Z', "04", "15");
-  CheckParameters(scanner, 'z', ToHex(Bytes(257, 'M')), "06");
-  CheckParameters(scanner, 'Z', "04", "06");
-  CheckParameters(scanner, 'Z', "04", "15");
+  Play(SmallStandard(), "- Z 04 + z" + ToHex(Bytes(257, 'M')) + "+ Z 04 - Z 04");
 }
 
 TEST_CASE("simulator: level A has the gamma table M alone, other levels have R, G and B too") {
   for (const char selector : {'R', 'G', 'B', 'M'}) {
     const std::string table = ToHex(Bytes(257, static_cast<std::uint8_t>(selector)));
-    StandardScanner b(SmallStandard("B5"));
-    CheckParameters(b, 'z', table, "06");
-    StandardScanner a(SmallStandard("A5"));
-    CheckParameters(a, 'z', table, selector == 'M' ? "06" : "15");
+    Play(SmallStandard("B5"), "+ z" + table);
+    Play(SmallStandard("A5"), (selector == 'M' ? "+ z" : "- z") + table);
   }
 }
 
 TEST_CASE("simulator: both resolutions are alike, between the first and the last listed one") {
   StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'R', "32 00 32 00", "06");
-  CheckParameters(scanner, 'R', "64 00 64 00", "06");
-  CheckParameters(scanner, 'R', "4B 00 4B 00", "06");
-  CheckParameters(scanner, 'R', "64 00 65 00", "15");
-  CheckParameters(scanner, 'R', "31 00 31 00", "15");
-  CheckParameters(scanner, 'R', "65 00 65 00", "15");
+  Converse(scanner, "+ R 32 00 32 00 + R 64 00 64 00 + R 4B 00 4B 00");
+  Converse(scanner, "- R 64 00 65 00 - R 31 00 31 00 - R 65 00 65 00");
   CHECK(scanner.Refusals().back() == "ESC R: 101 dots per inch are out of range");
 }
 
 TEST_CASE("simulator: a scanner that lists half scans at twice the last resolution") {
   auto config = SmallStandard();
   config.identity.listsHalf = true;
-  StandardScanner scanner(config);
-  CheckParameters(scanner, 'R', "C8 00 C8 00", "06");
-  CheckParameters(scanner, 'H', "64 64", "06");
-  CheckParameters(scanner, 'A', ToHex(Area(0, 0, 400, 400).Area()), "06");
-  CheckParameters(scanner, 'A', ToHex(Area(0, 0, 400, 401).Area()), "15");
-  CheckParameters(scanner, 'R', "C9 00 C9 00", "15");
+  Play(config,
+       "+ R C8 00 C8 00 + H 64 64 + A 00 00 00 00 90 01 90 01"
+       "- A 00 00 00 00 90 01 91 01 - R C9 00 C9 00");
 }
 
 TEST_CASE("simulator: both zooms are alike, from 50 to 200 percent") {
-  StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'H', "32 32", "06");
-  CheckParameters(scanner, 'H', "C8 C8", "06");
-  CheckParameters(scanner, 'H', "64 65", "15");
-  CheckParameters(scanner, 'H', "31 31", "15");
-  CheckParameters(scanner, 'H', "C9 C9", "15");
+  Play(SmallStandard(), "+ H 32 32 + H C8 C8 - H 64 65 - H 31 31 - H C9 C9");
 }
 
 TEST_CASE("simulator: an area lies on the bed and has groups of 8 pixels") {
-  StandardScanner scanner(SmallStandard());
-  Upload(scanner, Area(0, 0, 200, 200));
-  CheckAreaRefused(SmallStandard(), Area(1, 0, 200, 10), "columns 1 + 200 of 200");
-  CheckAreaRefused(SmallStandard(), Area(0, 191, 16, 10), "lines 191 + 10 of 200");
-  CheckAreaRefused(SmallStandard(), Area(0xFFF8, 0, 16, 10), "columns 65528 + 16");
-  CheckAreaRefused(SmallStandard(), Area(0, 0, 0, 10), "columns 0 + 0");
-  CheckAreaRefused(SmallStandard(), Area(0, 0, 16, 0), "lines 0 + 0");
-  CheckAreaRefused(SmallStandard(), Area(0, 0, 17, 10), "17 pixels is no multiple of 8");
+  Play(SmallStandard(), Upload("A 00 00 00 00 C8 00 C8 00"));
+  struct Row {
+    std::string area;
+    std::string_view why;
+  };
+  for (const Row& row : {Row{"01 00 00 00 C8 00 0A 00", "columns 1 + 200 of 200"},
+                         Row{"00 00 BF 00 10 00 0A 00", "lines 191 + 10 of 200"},
+                         Row{"F8 FF 00 00 10 00 0A 00", "columns 65528 + 16"},
+                         Row{"00 00 00 00 00 00 0A 00", "columns 0 + 0"},
+                         Row{"00 00 00 00 10 00 00 00", "lines 0 + 0"},
+                         Row{"00 00 00 00 11 00 0A 00", "17 pixels is no multiple of 8"}}) {
+    CAPTURE(row.area);
+    StandardScanner scanner(SmallStandard());
+    Converse(scanner, Upload() + "- A" + row.area);
+    CheckRefusal(scanner, row.why);
+    CheckNoViolations(scanner);
+    CHECK_FALSE(scanner.Request());
+  }
 }
 
 TEST_CASE("simulator: an area is measured at resolution times zoom, its last pixel may be cut") {
   auto config = SmallStandard();
   config.identity.flatbed = {201, 201};
   StandardScanner scanner(config);
-  StandardScan scan = Area(0, 0, 56, 76);  // 75.375 lines
-  scan.resolution = 75;
-  scan.zoom = 50;
-  Upload(scanner, scan);
+  Converse(scanner, Upload("R 4B 00 4B 00, H 32 32, A 00 00 00 00 38 00 4C 00"));  // of 75.375
   CHECK(scanner.Request()->dotsPerInch == 38);
-  CheckParameters(scanner, 'A', ToHex(Area(0, 0, 56, 77).Area()), "15");
+  Converse(scanner, "- A 00 00 00 00 38 00 4D 00");
 }
 
 TEST_CASE("simulator: the option unit that is switched on bounds the area") {
-  StandardScanner scanner(SmallStandardFeeder(1));
-  Upload(scanner, {});
-  CheckParameters(scanner, 'e', "01", "06");
-  CheckParameters(scanner, 'A', ToHex(Area(0, 0, 96, 150).Area()), "06");
-  CheckParameters(scanner, 'A', ToHex(Area(0, 0, 104, 10).Area()), "15");
+  Play(SmallStandardFeeder(1),
+       Upload() + "+ e 01 + A 00 00 00 00 60 00 96 00 - A 00 00 00 00 68 00 0A 00");
   auto config = SmallStandard();
   config.optionUnit = OptionUnit::kTransparencyUnit;
-  StandardScanner transparency(config);
-  Upload(transparency, {});
-  CheckParameters(transparency, 'e', "01", "06");
-  CheckParameters(transparency, 'A', ToHex(Area(0, 0, 80, 61).Area()), "15");
+  Play(config, Upload() + "+ e 01 - A 00 00 00 00 50 00 3D 00");
 }
 
 TEST_CASE("simulator: the level bounds the width of a line") {
   struct Row {
-    const char* level;
-    std::uint16_t widest;
+    std::string_view level;
+    std::string widest;
+    std::string wider;
   };
-  for (const Row& row : {Row{"B3", 4096}, Row{"B4", 16128}, Row{"A5", 16128}, Row{"B7", 16128},
-                         Row{"B8", 32752}, Row{"B9", 16128}}) {
+  for (const Row& row :
+       {Row{"B3", "00 10", "08 10"}, Row{"B4", "00 3F", "08 3F"}, Row{"A5", "00 3F", "08 3F"},
+        Row{"B7", "00 3F", "08 3F"}, Row{"B8", "F0 7F", "F8 7F"}, Row{"B9", "00 3F", "08 3F"}}) {
+    CAPTURE(row.level);
     auto config = SmallStandard(row.level);
     config.identity.flatbed = {65535, 10};
-    StandardScanner scanner(config);
-    CheckParameters(scanner, 'R', "64 00 64 00", "06");
-    CheckParameters(scanner, 'H', "64 64", "06");
-    CheckParameters(scanner, 'A', ToHex(Area(0, 0, row.widest, 1).Area()), "06");
-    const auto wider = static_cast<std::uint16_t>(row.widest + 8);
-    CheckParameters(scanner, 'A', ToHex(Area(0, 0, wider, 1).Area()), "15");
-    CheckRefusal(scanner, "pixels are too many");
+    PlayRefused(config,
+                "+ R 64 00 64 00 + H 64 64 + A 00 00 00 00" + row.widest + "01 00 - A 00 00 00 00" +
+                    row.wider + "01 00",
+                "pixels are too many");
   }
 }
 
 TEST_CASE("simulator: an area needs an accepted resolution and zoom, and goes with them") {
   StandardScanner scanner(SmallStandard());
-  CheckParameters(scanner, 'A', ToHex(StandardScan{}.Area()), "15");
+  Converse(scanner, "- A 00 00 00 00 10 00 0A 00");
   CheckRefusal(scanner, "ESC A: no resolution and zoom were accepted");
-  for (const auto& [letter, parameters] :
-       {std::pair{'R', "32 00 32 00"}, std::pair{'H', "64 64"}, std::pair{'e', "00"}}) {
-    Upload(scanner, {});
+  for (const char* other : {"+ R 32 00 32 00", "+ H 64 64", "+ e 00"}) {
+    Converse(scanner, Upload());
     CHECK(scanner.Request());
-    CheckParameters(scanner, letter, parameters, "06");
+    Converse(scanner, other);
     CHECK_FALSE(scanner.Request());
   }
 }
 
 TEST_CASE("simulator: ESC G starts the scan that the parameters made") {
   StandardScanner scanner(SmallStandard());
-  StandardScan scan = Area(3, 5, 24, 7);
-  scan.colorMode = 0x13;
-  scan.zoom = 50;
-  Upload(scanner, scan);
-  CheckParameters(scanner, 'K', "01", "06");
+  Converse(scanner, Upload("C 13, H 32 32, A 03 00 05 00 18 00 07 00, K 01"));
   REQUIRE(scanner.Request());
   CHECK(scanner.Request()->dotsPerInch == 50);
   CHECK(scanner.Request()->left == 3);

@@ -33,24 +33,21 @@ TEST_CASE("simulator: standard ESC I tells level, resolutions and bed, without t
 TEST_CASE("simulator: standard ESC ? tells the product name behind eight bytes") {
   auto config = SmallStandard();
   config.identity.productName = "SCANNER RV-5000 ";
-  StandardScanner scanner(config);
-  Converse(scanner,
-           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
-           "53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20");
+  Play(config,
+       "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+       "53 43 41 4E 4E 45 52 20 52 56 2D 35 30 30 30 20");
 }
 
 TEST_CASE("simulator: a product name is cut to 16 characters or filled with zeros") {
   auto config = SmallStandard();
   config.identity.productName = "AB";
-  StandardScanner brief(config);
-  Converse(brief,
-           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
-           "41 42 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Play(config,
+       "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+       "41 42 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   config.identity.productName = "ABCDEFGHIJKLMNOPQRS";
-  StandardScanner lengthy(config);
-  Converse(lengthy,
-           "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
-           "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50");
+  Play(config,
+       "> 1B 3F < 02 00 18 00  42 38 00 00 00 00 00 00"
+       "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50");
 }
 
 TEST_CASE("simulator: standard ESC F is a header without data") {
@@ -58,27 +55,22 @@ TEST_CASE("simulator: standard ESC F is a header without data") {
 }
 
 TEST_CASE("simulator: standard ESC f of a healthy flatbed is eleven zeros") {
-  StandardScanner scanner(SmallStandard());
-  Converse(scanner, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+  Play(SmallStandard(), "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: standard ESC f tells the option unit that is fitted, with its area") {
   auto config = SmallStandardFeeder(1);
-  StandardScanner feeder(config);
-  Converse(feeder, "> 1B 66 < 02 00 0B 00  00 80 60 00 96 00 00 00 00 00 00");
+  Play(config, "> 1B 66 < 02 00 0B 00  00 80 60 00 96 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kTransparencyUnit;
-  StandardScanner transparency(config);
-  Converse(transparency, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 80 50 00 3C 00");
+  Play(config, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 80 50 00 3C 00");
 }
 
 TEST_CASE("simulator: feeder flags are bits 20 and 10 of the main status, with a feeder only") {
   auto config = SmallStandardFeeder(1);
   config.identity.feederFlags = 0x38;
-  StandardScanner feeder(config);
-  Converse(feeder, "> 1B 66 < 02 00 0B 00  30 80 60 00 96 00 00 00 00 00 00");
+  Play(config, "> 1B 66 < 02 00 0B 00  30 80 60 00 96 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kNone;
-  StandardScanner flatbed(config);
-  Converse(flatbed, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
+  Play(config, "> 1B 66 < 02 00 0B 00  00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: each level knows its commands") {
@@ -95,30 +87,25 @@ TEST_CASE("simulator: each level knows its commands") {
 }
 
 TEST_CASE("simulator: a command that the level does not know is a violation") {
-  StandardScanner scanner(SmallStandard("B3"));
-  Converse(scanner, "> 1B 66 < 15");
-  CheckViolation(scanner, "expected a command that the scanner knows, got ESC f");
+  PlayWrongly(SmallStandard("B3"), "> 1B 66 < 15",
+              "expected a command that the scanner knows, got ESC f");
 }
 
 TEST_CASE("simulator: the standard scanner knows no extended command") {
-  StandardScanner scanner(SmallStandard());
-  Converse(scanner, "> 1C 49 < 15");
-  CheckViolation(scanner, "got FS I");
+  PlayWrongly(SmallStandard(), "> 1C 49 < 15", "got FS I");
 }
 
 TEST_CASE("simulator: standard ESC @ is acknowledged and forgets what was set") {
   StandardScanner scanner(SmallStandardFeeder(1));
-  Upload(scanner, {});
-  CheckParameters(scanner, 'm', "01 02 03 04 05 06 07 08 09", "06");
-  CheckParameters(scanner, 'e', "01", "06");
-  CheckParameters(scanner, 'z', ToHex(Bytes(257, 'M')), "06");
+  Converse(scanner,
+           Upload() + "+ m 01 02 03 04 05 06 07 08 09 + e 01 + z" + ToHex(Bytes(257, 'M')));
   REQUIRE(scanner.ColorMatrix());
   Converse(scanner, "> 1B 40 < 06");
   CHECK_FALSE(scanner.Request());
   CHECK_FALSE(scanner.ColorMatrix());
   CHECK_FALSE(scanner.Parameters('d'));
   CHECK(scanner.OptionValue() == 0);
-  CheckParameters(scanner, 'Z', "04", "15");
+  Converse(scanner, "- Z 04");
   CheckNoViolations(scanner);
 }
 
@@ -126,7 +113,6 @@ TEST_CASE("simulator: the standard scanner focuses like the extended one") {
   auto config = SmallStandard();
   config.manners.focusFound = 0x39;
   StandardScanner scanner(config);
-  CheckParameters(scanner, 'p', "FF", "06");
+  Converse(scanner, "+ p FF > 1B 71 < 02 00 02 00 00 39");
   CHECK(scanner.FocusPosition() == 0xFF);
-  Converse(scanner, "> 1B 71 < 02 00 02 00 00 39");
 }

@@ -20,13 +20,12 @@ TEST_CASE("simulator: ESC I answers STX, the extended bit, the level and its res
 TEST_CASE("simulator: a scanner without extended commands clears the bit in its probe reply") {
   auto config = SmallFlatbed();
   config.manners.knowsExtendedCommands = false;
-  ExtendedScanner scanner(config);
-  Converse(scanner, "> 1B 49 < 02 00");
+  Play(config, "> 1B 49 < 02 00");
 }
 
 TEST_CASE("simulator: ESC @ is acknowledged and forgets what was set") {
   ExtendedScanner scanner(SmallFlatbed());
-  Converse(scanner, kSetUp + "> 1B 6D < 06 > 01 02 03 04 05 06 07 08 09 < 06 > 1B 40 < 06");
+  Converse(scanner, kSetUp + "+ m 01 02 03 04 05 06 07 08 09 > 1B 40 < 06");
   CHECK_FALSE(scanner.Request());
   CHECK_FALSE(scanner.ColorMatrix());
   CheckNoViolations(scanner);
@@ -49,50 +48,37 @@ TEST_CASE("simulator: FS F of a healthy flatbed is sixteen zeros") {
 
 TEST_CASE("simulator: FS F tells a fitted feeder in byte 1 and a transparency unit in byte 2") {
   auto config = SmallFeeder(1);
-  ExtendedScanner feeder(config);
-  Converse(feeder, "> 1C 46 < 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Play(config, "> 1C 46 < 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
   config.optionUnit = OptionUnit::kTransparencyUnit;
-  ExtendedScanner transparency(config);
-  Converse(transparency, "> 1C 46 < 00 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00");
+  Play(config, "> 1C 46 < 00 00 80 00 00 00 00 00 00 00 00 00 00 00 00 00");
 }
 
 TEST_CASE("simulator: ESC z takes 257 bytes with the selector R, G, B or M") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  Bytes table(257, 0x80);
-  for (const char selector : {'R', 'G', 'B', 'M'}) {
-    table[0] = static_cast<std::uint8_t>(selector);
-    talk.SendAcknowledged("1B 7A", table);
-  }
-  table[0] = 'X';
-  Converse(scanner, "> 1B 7A < 06");
-  talk.Send(table);
-  talk.Expect("15");
-  CheckRefusal(scanner, "selector 88");
-  CheckNoViolations(scanner);
+  const std::string table = ToHex(Bytes(256, 0x80));
+  PlayRefused(
+      SmallFlatbed(),
+      "+ z 52" + table + "+ z 47" + table + "+ z 42" + table + "+ z 4D" + table + "- z 58" + table,
+      "selector 88");
 }
 
 TEST_CASE("simulator: ESC m takes nine bytes and keeps them") {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation(scanner).SendAcknowledged("1B 6D", FromHex("20 00 00 00 20 00 00 00 20"));
+  Converse(scanner, "+ m 20 00 00 00 20 00 00 00 20");
   REQUIRE(scanner.ColorMatrix());
   CHECK(scanner.ColorMatrix()->at(4) == 0x20);
 }
 
 TEST_CASE("simulator: ESC p takes a focus position, ESC q tells the one that was found") {
   ExtendedScanner scanner(SmallFlatbed());
-  Conversation talk(scanner);
-  talk.SendAcknowledged("1B 70", FromHex("FF"));
+  Converse(scanner, "+ p FF > 1B 71 < 02 00 02 00 00 48");
   CHECK(scanner.FocusPosition() == 0xFF);
-  Converse(scanner, "> 1B 71 < 02 00 02 00 00 48");
   CheckNoViolations(scanner);
 }
 
 TEST_CASE("simulator: automatic focus that finds nothing sets bit 0 of the first data byte") {
   auto config = SmallFlatbed();
   config.manners.focusFails = true;
-  ExtendedScanner scanner(config);
-  Converse(scanner, "> 1B 71 < 02 00 02 00 01 48");
+  Play(config, "> 1B 71 < 02 00 02 00 01 48");
 }
 
 TEST_CASE("simulator: below level B8 there is no focus") {
@@ -102,19 +88,15 @@ TEST_CASE("simulator: below level B8 there is no focus") {
 }
 
 TEST_CASE("simulator: ESC e without an option unit takes 0 alone") {
-  ExtendedScanner scanner(SmallFlatbed());
-  Converse(scanner, "> 1B 65 < 06 > 00 < 06 > 1B 65 < 06 > 01 < 15");
-  CheckRefusal(scanner, "no option unit is fitted");
-  CheckNoViolations(scanner);
+  PlayRefused(SmallFlatbed(), "+ e 00 - e 01", "no option unit is fitted");
 }
 
 TEST_CASE("simulator: ESC e above 1 is for the feeder variant alone") {
   auto config = SmallFeeder(1);
-  ExtendedScanner plain(config);
-  Converse(plain, "> 1B 65 < 06 > 01 < 06 > 1B 65 02 < 06 15");
+  Play(config, "+ e 01 > 1B 65 02 < 06 15");
   config.identity.feederFlags = 0x20;
   ExtendedScanner variant(config);
-  Conversation(variant).SendAcknowledged("1B 65", FromHex("02"));
+  Converse(variant, "+ e 02");
   CHECK(variant.OptionValue() == 2);
 }
 

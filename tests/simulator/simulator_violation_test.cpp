@@ -81,8 +81,6 @@ TEST_CASE("simulator: FS G without an accepted parameter block is a violation an
 }
 
 TEST_CASE("simulator: the reserved bytes of the parameter block must be 0") {
-  Bytes block = ParameterBlock();
-  block[40] = 5;
-  PlayWrongly("> 1C 57 < 06 >" + ToHex(block) + "< 06",
+  PlayWrongly(SetUpWith("40: 05"),
               "expected 00 in the reserved byte 40 of the parameter block, got 05");
 }

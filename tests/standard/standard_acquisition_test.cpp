@@ -65,8 +65,7 @@ TEST_CASE_FIXTURE(OpenB4, "standard: bytes are counted without the alignment of 
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: line art counts the bytes of the raw line") {
-  settings.pixelType = 0;
-  settings.areaWidthPx = 17;
+  Set("pixelType=0 areaWidthPx=17");
   StartWithoutUpload(BlockHeader(0x20, 3, 4));
   device.Reply(Ramp(0, 12));
   const Band band = Acquire(16);
@@ -184,12 +183,9 @@ TEST_CASE("standard: the palette's planes lie one after another, half a byte a p
 
 TEST_CASE_FIXTURE(OpenB4,
                   "standard: the palette's planes are as wide as the line that was sent for") {
-  settings.pixelType = 4;
-  settings.areaWidthPx = 5;
-  settings.areaHeightPx = 1;
-  const std::string upload = Replaced(UploadOf("B4"), "C 00, D 08", "C 02, D 03");
-  StartScanOf(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 08 00 01 00"),
-              BlockHeader(0x20, 12, 1), 0x01, 2);
+  Set("pixelType=4 areaWidthPx=5 areaHeightPx=1");
+  StartScanOf(UploadOf("B4", "C 02, D 03, A 00 00 00 00 08 00 01 00"), BlockHeader(0x20, 12, 1),
+              0x01, 2);
   device.Reply(Fill(4, 0xFF) + Fill(4, 0x88) + Fill(4, 0x00));
   CHECK(Acquire(8).Hex() == "C6 C6 C6 C6 C6 A5 A5 A5");  // 36 * 5 + 6 * 3
 }
@@ -216,10 +212,8 @@ TEST_CASE("standard: deep grey is copied") {
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: pixels that are not sent repeat the last one") {
-  settings.areaLeftPx = 992;
-  settings.areaHeightPx = 1;
-  StartScanOf(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A E0 03 00 00 08 00 01 00"),
-              BlockHeader(0x20, 8, 1), 0x01, 1);
+  Set("areaLeftPx=992 areaHeightPx=1");
+  StartScanOf(UploadOf("B4", "A E0 03 00 00 08 00 01 00"), BlockHeader(0x20, 8, 1), 0x01, 1);
   device.Reply(Ramp(1, 8));
   CHECK(Acquire(16).image == Ramp(1, 8) + Fill(8, 8));
 }

@@ -26,10 +26,10 @@ void Apply(const Request& request, ScannerSettings& settings) {
 }
 
 std::string UploadWith(const Request& request, const std::string& area) {
-  std::string upload = Replaced(UploadOf(request.level), "A 00 00 00 00 10 00 04 00", area);
-  if (request.mirror && request.level[1] > '4') upload = Replaced(upload, "K 00", "K 01");
-  if (request.level == "B3") return upload;
-  return Replaced(upload, "g 00", "g " + Hex({request.paramG}));
+  std::string changes = area;
+  if (request.mirror && request.level[1] > '4') changes += ", K 01";
+  if (request.level != "B3") changes += ", g " + Hex({request.paramG});
+  return UploadOf(request.level, changes);
 }
 
 // The area that is sent for a request, on a flatbed of 1000 pixels.
@@ -47,9 +47,7 @@ std::uint32_t CodeOf(const Request& request, const std::string& area) {
   const Bytes identity = With(Identity(request.level), 9, {0xFF, 0xFF});
   REQUIRE(scanner.Open(identity) == 1);
   Apply(request, scanner.settings);
-  std::string upload = UploadWith(request, area);
-  if (area.empty()) upload = upload.substr(0, upload.size() - 2);
-  return scanner.FailingUpload(upload);
+  return scanner.FailingUpload(UploadWith(request, area));
 }
 
 TEST_CASE("standard: the width is rounded up to a multiple of 8") {
@@ -69,13 +67,13 @@ TEST_CASE("standard: a line whose rounding alone is beyond the area is cut too")
 }
 
 TEST_CASE("standard: a line that is left without pixels is refused with code 1, without ESC A") {
-  CHECK(CodeOf({"B4", 65530, 100}, "") == 1);  // less than 8 pixels up to the edge
-  CHECK(CodeOf({"B5", 0, 5, true}, "") == 1);
-  CHECK(CodeOf({"B8", 65530, 100}, "") == 1);
+  CHECK(CodeOf({"B4", 65530, 100}, "-A") == 1);  // less than 8 pixels up to the edge
+  CHECK(CodeOf({"B5", 0, 5, true}, "-A") == 1);
+  CHECK(CodeOf({"B8", 65530, 100}, "-A") == 1);
 }
 
 TEST_CASE("standard: mirrored at level B5 and above, the line keeps its right edge") {
-  for (const char* level : {"B5", "A5", "B6", "B8"}) {
+  for (const std::string_view level : {"B5", "A5", "B6", "B8"}) {
     CheckArea({level, 100, 201, true}, 93, 208);   // right edge 301
     CheckArea({level, 700, 301, true}, 696, 304);  // cut at 1000: 300 pixels
   }
@@ -120,22 +118,14 @@ TEST_CASE("standard: edges beyond the area wrap at 32 bits") {
 TEST_CASE_FIXTURE(
     OpenB4,
     "standard: the width of the area follows resolution and zoom up to a product of 80000") {
-  settings.resolution = 400;
-  settings.zoom = 200;
-  settings.areaWidthPx = 9000;
-  const std::string upload =
-      Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 90 01 90 01, H C8 C8");
-  Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 40 1F"));  // 8000
+  Set("resolution=400 zoom=200 areaWidthPx=9000");
+  Upload(UploadOf("B4", "R 90 01 90 01, H C8 C8, " + Area(0, 0, 8000, 4)));
 }
 
 TEST_CASE_FIXTURE(
     OpenB4, "standard: beyond that product it is a multiple of 8 at the effective resolution") {
-  settings.resolution = 401;
-  settings.zoom = 200;  // 802 dpi: 8020 pixels
-  settings.areaWidthPx = 9000;
-  const std::string upload =
-      Replaced(UploadOf("B4"), "R 64 00 64 00, H 64 64", "R 91 01 91 01, H C8 C8");
-  Upload(Replaced(upload, "A 00 00 00 00 10 00", "A 00 00 00 00 50 1F"));  // 8016
+  Set("resolution=401 zoom=200 areaWidthPx=9000");  // 802 dpi: 8020 pixels
+  Upload(UploadOf("B4", "R 91 01 91 01, H C8 C8, " + Area(0, 0, 8016, 4)));
 }
 
 TEST_CASE("standard: the limit of the product depends on the model's quirk") {
@@ -151,11 +141,9 @@ TEST_CASE("standard: the area of the selected source limits the line") {
        {std::pair{0, 1000u}, std::pair{1, 800u}, std::pair{2, 800u}, std::pair{3, 1000u}}) {
     StandardScanner scanner("B4", Status(0, 0x80));
     scanner.settings.scanSource = static_cast<std::uint8_t>(source);
-    scanner.settings.areaWidthPx = 1200;
-    scanner.settings.docFeedOption = 2;
-    const std::string area = Area(0, 0, width, 4);
+    scanner.Set("areaWidthPx=1200 docFeedOption=2");
     const std::string select = "e " + Hex({scanner.settings.scanSource}) + ", ";
-    scanner.Upload(select + Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", area));
+    scanner.Upload(select + UploadOf("B4", Area(0, 0, width, 4)));
   }
 }
 
@@ -163,7 +151,7 @@ TEST_CASE_FIXTURE(StandardScanner,
                   "standard: a doubled resolution is what the limit is computed from") {
   REQUIRE(Open(Identity(), Status(), Product("SCANNER QM-2700 ")) == 1);
   settings.areaWidthPx = 1200;  // 2000 pixels at 200 dpi are 1000 at 100
-  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 E8 03"));
+  Upload(UploadOf("B4", Area(0, 0, 1000, 4)));
 }
 
 TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
@@ -176,11 +164,11 @@ TEST_CASE("standard: level B3 sends at most 4096 pixels and reports code 16") {
 TEST_CASE_FIXTURE(StandardScanner, "standard: level B4 sends 5000 pixels as they are") {
   REQUIRE(Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
   settings.areaWidthPx = 5000;
-  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 88 13"));
+  Upload(UploadOf("B4", Area(0, 0, 5000, 4)));
 }
 
 TEST_CASE("standard: below level B8 at most 16128 pixels are sent, with code 16 for more") {
-  for (const char* level : {"B4", "B5", "A5", "B6", "B7"}) {
+  for (const std::string_view level : {"B4", "B5", "A5", "B6", "B7"}) {
     CAPTURE(level);
     CHECK(CodeOf({level, 0, 16129}, Area(0, 0, 16128, 4)) == 16);
   }
@@ -203,27 +191,22 @@ TEST_CASE("standard: more than 256000 bits in a line report code 16 and change n
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: the area is sent before code 16 ends the scan") {
   REQUIRE(Open(With(Identity(), 9, {0xFF, 0xFF})) == 1);
-  settings.pixelType = 8;
-  settings.areaWidthPx = 16008;
-  const std::string upload = Replaced(UploadOf("B4"), "D 08", "D 0C");
-  const std::string area = Area(0, 0, 16008, 4);
-  CHECK(FailingUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area)) == 16);
+  Set("pixelType=8 areaWidthPx=16008");
+  CHECK(FailingUpload(UploadOf("B4", "D 0C, " + Area(0, 0, 16008, 4))) == 16);
 }
 
 TEST_CASE("standard: level B8 refuses an origin beyond 65535 with code 34, without ESC A") {
-  CHECK(CodeOf({"B8", 65536, 16}, "") == 34);
+  CHECK(CodeOf({"B8", 65536, 16}, "-A") == 34);
   StandardScanner scanner("B8");
   scanner.settings.areaTopPx = 65536;
-  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
-  CHECK(scanner.FailingUpload(upload) == 34);
+  CHECK(scanner.FailingUpload(UploadOf("B8", "-A")) == 34);
 }
 
 TEST_CASE("standard: level B8 refuses more than 32752 pixels or 65535 lines with code 35") {
-  CHECK(CodeOf({"B8", 0, 32753}, "") == 35);
+  CHECK(CodeOf({"B8", 0, 32753}, "-A") == 35);
   StandardScanner scanner("B8");
   scanner.settings.areaHeightPx = 65536;
-  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
-  CHECK(scanner.FailingUpload(upload) == 35);
+  CHECK(scanner.FailingUpload(UploadOf("B8", "-A")) == 35);
 }
 
 TEST_CASE("standard: the greatest area of level B8 is sent") {
@@ -241,50 +224,41 @@ TEST_CASE("standard: no level but B8 refuses an area for its size, and all refus
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: below level B8 edges are sent with their low 16 bits") {
-  settings.areaTopPx = 0x12345;
-  settings.areaHeightPx = 0x23456;
-  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 45 23 10 00 56 34"));
+  Set("areaTopPx=0x12345 areaHeightPx=0x23456");
+  Upload(UploadOf("B4", "A 00 00 45 23 10 00 56 34"));
 }
 
 // A scan of the whole length of a feeder at its first resolution, 50 dpi: 650 lines of 1300/100
-// inch.
-void CheckCentring(std::uint32_t width, std::uint32_t left, std::uint32_t sent,
-                   const std::function<void(ScannerSettings&)>& change) {
+// inch; but for these members of the settings.
+void CheckCentring(const std::string& members, std::uint32_t left, std::uint32_t width) {
+  CAPTURE(members);
   StandardScanner scanner("B4", Status(0, 0x80));
-  scanner.settings.scanSource = 1;
-  scanner.settings.resolution = 50;
-  scanner.settings.areaLeftPx = 7;
-  scanner.settings.areaWidthPx = width;
-  scanner.settings.areaHeightPx = 650;
-  change(scanner.settings);
-  std::string upload = "e " + Hex({scanner.settings.scanSource}) + ", " + UploadOf("B4");
-  const std::uint32_t dpi = scanner.settings.resolution;
-  upload = Replaced(upload, "R 64 00 64 00", "R " + Hex(Short(dpi) + Short(dpi)));
-  const std::string area = Area(left, 0, sent, scanner.settings.areaHeightPx);
-  scanner.Upload(Replaced(upload, "A 00 00 00 00 10 00 04 00", area));
+  scanner.Set("scanSource=1 resolution=50 areaLeftPx=7 areaHeightPx=650");
+  scanner.Set(members);
+  const ScannerSettings& settings = scanner.settings;
+  const Bytes resolution = Short(settings.resolution);
+  scanner.Upload("e " + Hex({settings.scanSource}) + ", " +
+                 UploadOf("B4", "R " + Hex(resolution + resolution) + ", " +
+                                    Area(left, 0, width, settings.areaHeightPx)));
 }
 
 TEST_CASE("standard: a whole page on the feeder at the first resolution is centred") {
-  CheckCentring(1000, 304, 392, [](ScannerSettings&) {});
+  CheckCentring("areaWidthPx=1000", 304, 392);
 }
 
 TEST_CASE("standard: centring halves an unsigned difference") {
-  CheckCentring(201, 0xFFFC, 208, [](ScannerSettings&) {});  // (201 - 208) / 2
+  CheckCentring("areaWidthPx=201", 0xFFFC, 208);  // (201 - 208) / 2
 }
 
 TEST_CASE("standard: without any one of its conditions nothing is centred") {
-  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.docFeedOption = 1; });
-  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.resolution = 100; });
-  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.areaHeightPx = 649; });
-  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.optionHeight = 1304; });
-  CheckCentring(16, 7, 16, [](ScannerSettings& settings) { settings.scanSource = 0; });
+  for (const char* missing : {"docFeedOption=1", "resolution=100", "areaHeightPx=649",
+                              "optionHeight=1304", "scanSource=0"}) {
+    CheckCentring(missing, 7, 16);
+  }
 }
 
 TEST_CASE("standard: on the flatbed the length of the bed is what centring compares with") {
-  CheckCentring(16, 0, 16, [](ScannerSettings& settings) {
-    settings.scanSource = 0;
-    settings.bedHeight = 1301;  // 650.5 lines
-  });
+  CheckCentring("scanSource=0 bedHeight=1301", 0, 16);  // 650.5 lines
 }
 
 TEST_CASE("standard: the lines of an area are computed in signed 32-bit numbers") {

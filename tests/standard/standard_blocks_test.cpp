@@ -75,17 +75,12 @@ TEST_CASE_FIXTURE(OpenB4,
 }
 
 TEST_CASE("standard: a failing transfer of a block ends the call with result 2") {
-  const std::vector<std::function<void(StandardScanner&)>> scripts{
-      [](StandardScanner& scanner) { scanner.device.FailNextRead(); },
-      [](StandardScanner& scanner) { scanner.device.Reply(Rows({1})).FailNextWrite(); },
-      [](StandardScanner& scanner) {
-        scanner.SendLines(Rows({1}));
-        scanner.device.FailNextRead();
-      }};
-  for (const auto& script : scripts) {
+  const std::string line = "<" + Hex(Rows({1}));
+  for (const std::string& block : {std::string("<!"), line + ">!", line + "> 06 <!"}) {
+    CAPTURE(block);
     StandardScanner scanner("B4");
     scanner.StartScan(BlockHeader(0x00, 16, 1));
-    script(scanner);
+    scanner.device.Converse(block);
     scanner.CheckAcquireFails(64, 0);
   }
 }

@@ -7,6 +7,16 @@ namespace {
 
 constexpr std::uint8_t kEsc = 0x1B;
 
+std::vector<std::string> Split(std::string_view commands) {
+  std::vector<std::string> parts;
+  while (!commands.empty()) {
+    const std::string_view part = commands.substr(0, commands.find(", "));
+    if (!part.empty()) parts.emplace_back(part);
+    commands.remove_prefix(std::min(part.size() + 2, commands.size()));
+  }
+  return parts;
+}
+
 Bytes Esc(char letter) {
   return {kEsc, static_cast<std::uint8_t>(letter)};
 }
@@ -44,13 +54,30 @@ Bytes Status(std::uint8_t main, std::uint8_t feeder, std::uint8_t transparencyUn
          FromHex("90 01 F4 01");
 }
 
-std::string UploadOf(std::string_view level) {
+namespace {
+
+std::string PlainUpload(std::string_view level) {
   const std::string area = ", R 64 00 64 00, H 64 64, A 00 00 00 00 10 00 04 00";
   if (level == "B3") return "C 00, D 08, B 01, Z 02, L 00, M 00" + area;
   if (level == "B4") return "C 00, D 08, B 01, Z 02, L 00, M 00, Q 00, g 00" + area;
   if (level == "B5") return "C 00, D 08, B 01, Z 02, L 00, M 00, K 00, Q 00, g 00" + area;
   if (level == "A5") return "C 00, D 08, B 01, s 00, Z 02, L 00, K 00, Q 00, g 00" + area;
   return "C 00, D 08, B 01, s 00, Z 02, L 00, M 00, K 00, Q 00, g 00" + area;
+}
+
+}  // namespace
+
+std::string UploadOf(std::string_view level, std::string_view changes) {
+  std::string upload = ", " + PlainUpload(level);
+  for (const std::string& change : Split(changes)) {
+    CAPTURE(change);
+    const bool leavesOut = change[0] == '-';
+    const std::size_t place = upload.find(", " + change.substr(leavesOut ? 1 : 0, 1));
+    REQUIRE(place != std::string::npos);
+    const std::size_t end = std::min(upload.find(',', place + 1), upload.size());
+    upload.replace(place, end - place, leavesOut ? "" : ", " + change);
+  }
+  return upload.substr(2);
 }
 
 StandardScanner::StandardScanner(std::string_view openLevel, const Bytes& status) {
@@ -81,10 +108,8 @@ void StandardScanner::AnswerStatus(const Bytes& status) {
 
 void StandardScanner::AcceptUpload(std::string_view commands) {
   device.Expect(Esc('F')).Reply({0x02, 0x00, 0x00, 0x00});
-  while (!commands.empty()) {
-    const std::string_view command = commands.substr(0, commands.find(','));
+  for (const std::string& command : Split(commands)) {
     device.ExpectBlock(kEsc, command[0], FromHex(command.substr(1)));
-    commands.remove_prefix(std::min(command.size() + 2, commands.size()));
   }
 }
 

@@ -23,8 +23,9 @@ Bytes Product(std::string_view name = "SCANNER QM-8700 ");
 // Data of the reply to ESC "f". Feeder 800 x 1300 pixels, transparency unit 400 x 500.
 Bytes Status(std::uint8_t main = 0, std::uint8_t feeder = 0, std::uint8_t transparencyUnit = 0);
 
-// The upload of the fixture's settings at a level, as "letter parameters, letter parameters ...".
-std::string UploadOf(std::string_view level);
+// The upload of the fixture's settings at a level, as "letter parameters, letter parameters ...",
+// with these commands in place of their namesakes; "-A" leaves the area out.
+std::string UploadOf(std::string_view level, std::string_view changes = "");
 
 class StandardScanner : public ScriptedScanner {
  public:

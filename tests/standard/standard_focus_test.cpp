@@ -49,8 +49,7 @@ TEST_CASE_FIXTURE(OpenB8,
 TEST_CASE_FIXTURE(OpenB8,
                   "standard: automatic focus sends the settings, waits 20 seconds and asks") {
   AcceptUpload(UploadOf("B8"));
-  device.Expect({0x1B, 0x70}).Reply({0x06}).Expect({0xFF}).Reply({0x06});
-  device.Expect({0x1B, 0x71}).Reply({0x02, 0x00, 0x02, 0x00}).Reply({0x00, 0x45});
+  device.Converse("> 1B 70 < 06 > FF < 06 > 1B 71 < 02 00 02 00 < 00 45");
   CHECK(PMSetFocus(7, 0) == 5);
   CHECK(system.sleptMilliseconds == 20000);
 }
@@ -73,28 +72,21 @@ TEST_CASE("standard: a focus reply that is too short or too long tells no positi
 
 TEST_CASE_FIXTURE(OpenB8,
                   "standard: automatic focus goes on and waits although nothing is answered") {
-  device.Expect({0x1B, 0x46}).FailNextRead();
-  device.Expect({0x1B, 0x70}).Reply({kNak});
-  device.Expect({0x1B, 0x71}).Reply({0x15, 0x00, 0x02, 0x00});
+  device.Converse("> 1B 46 <! > 1B 70 < 15 > 1B 71 < 15 00 02 00");
   CHECK(PMSetFocus(1, 0) == 156);
   CHECK(system.sleptMilliseconds == 20000);
 }
 
 TEST_CASE_FIXTURE(OpenB8, "standard: automatic focus takes area and pixel type from the settings") {
-  settings.pixelType = 5;
-  settings.areaLeftPx = 1;
-  settings.areaTopPx = 2;
-  settings.areaWidthPx = 24;
-  settings.areaHeightPx = 9;
-  const std::string upload = Replaced(UploadOf("B8"), "C 00", "C 13");
-  AcceptUpload(Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 01 00 02 00 18 00 09 00"));
+  Set("pixelType=5 areaLeftPx=1 areaTopPx=2 areaWidthPx=24 areaHeightPx=9");
+  AcceptUpload(UploadOf("B8", "C 13, A 01 00 02 00 18 00 09 00"));
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   CHECK(PMSetFocus(1, 0) == 156);
 }
 
 TEST_CASE_FIXTURE(OpenB8, "standard: an area that the upload refuses leaves its code") {
   settings.areaLeftPx = 65536;
-  AcceptUpload(Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", ""));
+  AcceptUpload(UploadOf("B8", "-A"));
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);
   CHECK(PMGetScanError() == 34);

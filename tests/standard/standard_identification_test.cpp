@@ -27,31 +27,37 @@ Bytes IdentifiedRecord(const ScannerSettings& model) {
   return With(std::move(record), 1860, FromHex("64 00 32 00 19 00"));
 }
 
-// A scanner of that identity, which is not good enough for an open.
+// A scanner in the middle of an open, behind its name. What it answers from there on ends the open.
+struct NamedScanner : StandardScanner {
+  explicit NamedScanner(const Bytes& product = Product()) {
+    AnswerProbe();
+    AnswerReset();
+    Answer('?', {product});
+  }
+
+  void CheckOpenFails() {
+    CHECK(PMOpenScanner(&settings) == 0);
+    CHECK(PMGetScanError() == 1);
+    CHECK(currentChannel->opened == 1);
+  }
+};
+
+// An identity that is not good enough for an open.
 void CheckIdentityRefused(const Reply& identity, bool dataRead) {
-  StandardScanner scanner;
-  scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
+  NamedScanner scanner;
   scanner.device.Expect({0x1B, 0x49}).Reply(identity.Header());
   if (dataRead) scanner.device.Reply(identity.data);
-  CHECK(PMOpenScanner(&scanner.settings) == 0);
-  CHECK(PMGetScanError() == 1);
+  scanner.CheckOpenFails();
   CHECK(scanner.settings.scanInfoVariant == 0);
-  CHECK(currentChannel->opened == 1);
 }
 
 // A level that ends the identification behind the identity.
 void CheckLevelRefused(std::string_view level, std::uint32_t storedLevel) {
   CAPTURE(level);
-  StandardScanner scanner;
+  NamedScanner scanner;
   scanner.settings.commandLevel = 99;
-  scanner.AnswerProbe();
-  scanner.AnswerReset();
-  scanner.Answer('?', {Product()});
   scanner.Answer('I', {Identity(level)});
-  CHECK(PMOpenScanner(&scanner.settings) == 0);
-  CHECK(PMGetScanError() == 1);
+  scanner.CheckOpenFails();
   CHECK(scanner.settings.commandLevel == storedLevel);
   CHECK(std::string(scanner.settings.commandLevelText) == level);
   CHECK(scanner.settings.rangeMax == 0);
@@ -98,14 +104,12 @@ TEST_CASE_FIXTURE(StandardScanner,
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a feeder comes before a transparency unit") {
   CHECK(Open(Identity(), Status(0, 0x80, 0x80)) == 1);
-  CHECK(settings.docFeedOption == 0);
-  CHECK(settings.optionWidth == 800);
+  CheckSettings("docFeedOption=0 optionWidth=800");
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: only bit 7 says that a unit is installed") {
   CHECK(Open(Identity(), Status(0x3D, 0x7F, 0x7F)) == 1);
-  CHECK(settings.docFeedOption == 2);
-  CHECK(settings.areaCount == 1);
+  CheckSettings("docFeedOption=2 areaCount=1");
 }
 
 TEST_CASE("standard: the second feeder flag counts only with the first") {
@@ -139,22 +143,22 @@ TEST_CASE("standard: each command level has its code, its group and its halftone
 }
 
 TEST_CASE("standard: a level that is not supported fails the open with code 1") {
-  for (const char* level : {"A3", "A4", "A6", "C8", "b8", "8B"}) CheckLevelRefused(level, 0);
+  for (const std::string_view level : {"A3", "A4", "A6", "C8", "b8", "8B"})
+    CheckLevelRefused(level, 0);
 }
 
 TEST_CASE("standard: a level digit up to 2, or beyond ASCII, ends before the level is stored") {
-  for (const char* level : {"B2", "B1", "A0", "B ", "B\x80"}) CheckLevelRefused(level, 99);
+  for (const std::string_view level : {"B2", "B1", "A0", "B ", "B\x80"})
+    CheckLevelRefused(level, 99);
 }
 
 TEST_CASE_FIXTURE(
     StandardScanner,
     "standard: the numbers of the resolution list are stored as they are placed in it") {
   CHECK(Open(IdentityOf("B4", {1, 75, 300})) == 1);
-  CHECK(settings.minResolution == 1);
-  CHECK(settings.minResolutionCopy == 1);
-  CHECK(settings.baseResolution == 300);
-  CHECK(settings.maxResolutionCopy == 300);
-  CHECK(settings.baseResolutionCopy == 75);
+  CheckSettings(
+      "minResolution=1 minResolutionCopy=1 baseResolution=300 maxResolutionCopy=300 "
+      "baseResolutionCopy=75");
   CHECK(settings.bedWidth == 333);  // 1000 * 100 / 300
 }
 
@@ -168,8 +172,7 @@ TEST_CASE_FIXTURE(StandardScanner,
 TEST_CASE_FIXTURE(StandardScanner,
                   "standard: bytes behind a whole number of resolutions belong to none") {
   CHECK(Open(Identity() + Bytes{0x11, 0x22}) == 1);
-  CHECK(settings.baseResolution == 100);
-  CHECK(settings.bedWidth == 1000);
+  CheckSettings("baseResolution=100 bedWidth=1000");
 }
 
 TEST_CASE("standard: 47 resolutions fill the reply buffer") {
@@ -195,14 +198,10 @@ TEST_CASE("standard: an identity whose last resolution is 0 is refused") {
   CheckIdentityRefused({IdentityOf("B4", {100, 0})}, true);
 }
 
-TEST_CASE_FIXTURE(StandardScanner,
-                  "standard: a doubled resolution beyond 16 bits is refused like 0") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product("SCANNER QM-2700 ")});
-  Answer('I', {IdentityOf("B4", {100, 0x8000})});
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
+TEST_CASE("standard: a doubled resolution beyond 16 bits is refused like 0") {
+  NamedScanner scanner(Product("SCANNER QM-2700 "));
+  scanner.Answer('I', {IdentityOf("B4", {100, 0x8000})});
+  scanner.CheckOpenFails();
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a refused reset fails the open with code 1") {
@@ -212,40 +211,21 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a refused reset fails the open wit
   CHECK(PMGetScanError() == 1);
 }
 
-TEST_CASE_FIXTURE(StandardScanner, "standard: an identity without STX fails the open with code 1") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product()});
-  device.Expect({0x1B, 0x49}).Reply({0x15, 0x00, 0x0D, 0x00});
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
-}
-
-TEST_CASE("standard: an open fails with code 1 at each failing transfer of the identity") {
-  for (int failing = 0; failing < 3; ++failing) {
-    StandardScanner scanner;
-    scanner.AnswerProbe();
-    scanner.AnswerReset();
-    scanner.Answer('?', {Product()});
-    if (failing == 0) scanner.device.FailNextWrite();
-    if (failing >= 1) scanner.device.Expect({0x1B, 0x49});
-    if (failing == 2) scanner.device.Reply({0x02, 0x00, 0x0D, 0x00});
-    if (failing >= 1) scanner.device.FailNextRead();
-    CHECK(PMOpenScanner(&scanner.settings) == 0);
-    CHECK(PMGetScanError() == 1);
+TEST_CASE("standard: an open fails with code 1 where the identity fails, or has no STX") {
+  for (const std::string_view identity :
+       {">!", "> 1B 49 <!", "> 1B 49 < 02 00 0D 00 <!", "> 1B 49 < 15 00 0D 00"}) {
+    CAPTURE(identity);
+    NamedScanner scanner;
+    scanner.device.Converse(identity);
+    scanner.CheckOpenFails();
   }
 }
 
-TEST_CASE_FIXTURE(StandardScanner, "standard: an unreadable status fails the open with code 1") {
-  AnswerProbe();
-  AnswerReset();
-  Answer('?', {Product()});
+TEST_CASE_FIXTURE(NamedScanner, "standard: an unreadable status fails the open with code 1") {
   Answer('I', {Identity()});
-  device.Expect({0x1B, 0x66}).Reply({0x02, 0x00, 0x93, 0x00});  // 147 + 4 bytes: one too many
-  CHECK(PMOpenScanner(&settings) == 0);
-  CHECK(PMGetScanError() == 1);
-  CHECK(settings.commandLevel == 2);
-  CHECK(settings.scanInfoVariant == 2);
+  device.Converse("> 1B 66 < 02 00 93 00");  // 147 + 4 bytes: one too many
+  CheckOpenFails();
+  CheckSettings("commandLevel=2 scanInfoVariant=2");
 }
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a status as long as the reply buffer is taken") {
@@ -255,9 +235,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a status as long as the reply buff
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: what a short status does not hold counts as 0") {
   CHECK(Open(Identity(), {0x20, 0x80}) == 1);
-  CHECK(settings.docFeedOption == 0);
-  CHECK(settings.mainStatusBit5 == 1);
-  CHECK(settings.optionWidth == 0);
+  CheckSettings("docFeedOption=0 mainStatusBit5=1 optionWidth=0");
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: a second open of an open set does nothing") {
@@ -278,10 +256,7 @@ TEST_CASE("standard: every allocation of an open may fail, and the next open suc
   { StandardScanner scanner("B4"); }
   const std::size_t count = AllocationCount() - before;
   for (std::size_t left = count - 2; left < count; ++left) {  // the last two: lists of the set
-    StandardScanner scanner;
-    scanner.AnswerProbe();
-    scanner.AnswerReset();
-    scanner.Answer('?', {Product()});
+    NamedScanner scanner;
     scanner.Answer('I', {Identity()});
     {
       const AllocationLimit limit(left);

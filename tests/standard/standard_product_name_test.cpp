@@ -118,20 +118,24 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a product reply beyond the buffer 
 
 TEST_CASE_FIXTURE(StandardScanner, "standard: a quirk found by the second query doubles nothing") {
   OpenWithFailingQuery(*this, [this] { device.Expect({0x1B, 0x3F}).FailNextRead(); });
-  CHECK(settings.baseResolution == 100);
-  CHECK(settings.bedWidth == 1000);
+  CheckSettings("baseResolution=100 bedWidth=1000");
 }
 
 TEST_CASE("standard: a quirk doubles the highest resolution and the areas, not the inches") {
   for (const char* name : {"SCANNER QM-2700 ", "Prospectra3100  "}) {
     StandardScanner scanner;
     REQUIRE(scanner.Open(Identity(), Status(0, 0x80), Product(name)) == 1);
-    CHECK(scanner.settings.baseResolution == 200);
-    CHECK(scanner.settings.maxResolutionCopy == 100);
-    CHECK(scanner.settings.baseResolutionCopy == 25);
-    CHECK(scanner.settings.bedWidth == 1000);
-    CHECK(scanner.settings.bedHeight == 1400);
-    CHECK(scanner.settings.optionWidth == 800);
+    scanner.CheckSettings(
+        "baseResolution=200 maxResolutionCopy=100 baseResolutionCopy=25 bedWidth=1000 "
+        "bedHeight=1400 optionWidth=800");
+  }
+}
+
+TEST_CASE("standard: products without a quirk keep their highest resolution") {
+  for (const char* name : {"SCANNER RV-3000 ", "SCANNER QM-43000", "Prospectra936XL "}) {
+    StandardScanner scanner;
+    REQUIRE(scanner.Open(Identity(), Status(), Product(name)) == 1);
+    CHECK(scanner.settings.baseResolution == 100);
   }
 }
 

@@ -112,14 +112,9 @@ TEST_CASE("standard: blocks of the palette and of previewed deep types may be lo
 TEST_CASE("standard: mirrored line art of 217 pixels below level 3 stays in its row") {
   for (const char* level : {"B3", "B4"}) {
     StandardScanner scanner(level);
-    scanner.settings.pixelType = 0;
-    scanner.settings.areaWidthPx = 217;
-    scanner.settings.areaHeightPx = 1;
-    scanner.settings.mirrorImage = 1;
+    scanner.Set("pixelType=0 areaWidthPx=217 areaHeightPx=1 mirrorImage=1");
     scanner.InitAcquire(1);
-    const std::string upload = Replaced(UploadOf(level), "D 08", "D 01");
-    scanner.AcceptUpload(
-        Replaced(upload, "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 E0 00 01 00"));
+    scanner.AcceptUpload(UploadOf(level, "D 01, A 00 00 00 00 E0 00 01 00"));
     const bool blocks = scanner.level == "B4";
     if (blocks) scanner.device.ExpectBlock(0x1B, 'd', {0x01});
     scanner.AnswerStart(BlockHeader(0x20, 28, 1));
@@ -131,11 +126,8 @@ TEST_CASE("standard: mirrored line art of 217 pixels below level 3 stays in its 
 
 TEST_CASE_FIXTURE(OpenB4,
                   "standard: a mirrored grey line trimmed by its pads is white where it ends") {
-  settings.areaWidthPx = 13;
-  settings.areaHeightPx = 1;
-  settings.mirrorImage = 1;  // 16 pixels are sent, 3 of them are pads
-  StartScanOf(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", "A 00 00 00 00 10 00 01 00"),
-              BlockHeader(0x20, 14, 1), 0x01, 1);
+  Set("areaWidthPx=13 areaHeightPx=1 mirrorImage=1");  // 16 pixels are sent, 3 of them are pads
+  StartScanOf(UploadOf("B4", "A 00 00 00 00 10 00 01 00"), BlockHeader(0x20, 14, 1), 0x01, 1);
   device.Reply(Ramp(0, 14));
   CHECK(Acquire(16).image == Ramp(3, 11) + Fill(5, 0xFF));
 }
@@ -208,8 +200,7 @@ TEST_CASE_FIXTURE(OpenA5,
 TEST_CASE_FIXTURE(OpenB4, "standard: a set-up in the progress routine ends the call with 9") {
   StartScan(BlockHeader(0x20, 16, 4));
   duringProgress = [this] {
-    settings.areaWidthPx = 1000;
-    settings.areaHeightPx = 0;
+    Set("areaWidthPx=1000 areaHeightPx=0");
     InitAcquire(1);
   };
   const Band band = Acquire(64);
@@ -234,7 +225,7 @@ TEST_CASE_FIXTURE(OpenB8, "standard: wider lines after a focus call stay in the 
   SendLines(Fill(32, 1));
   CHECK(Acquire(32).image == Fill(32, 1));
   settings.areaWidthPx = 64;
-  AcceptUpload(Replaced(UploadOf("B8"), "10 00 04 00", "40 00 04 00"));
+  AcceptUpload(UploadOf("B8", "A 00 00 00 00 40 00 04 00"));
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);
   SendLastBlock(BlockHeader(0x20, 16, 2), Fill(32, 2));
@@ -245,7 +236,7 @@ TEST_CASE_FIXTURE(OpenB8,
                   "standard: a width of 0 after a focus call is code 1, before the area is sent") {
   InitAcquire();
   settings.areaWidthPx = 0;
-  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
+  const std::string upload = UploadOf("B8", "-A");
   AcceptUpload(upload);
   device.ExpectBlock(0x1B, 'p', {0xFF}).FailNextWrite();
   PMSetFocus(1, 0);

@@ -34,7 +34,7 @@ void CheckLinesPerBlock(std::uint32_t width, std::uint32_t bufferBytes, std::uin
   scanner.settings.areaWidthPx = width;
   scanner.InitAcquire();
   const std::string area = "A 00 00 00 00 " + Hex(Short((width + 7) / 8 * 8)) + " 04 00";
-  scanner.AcceptUpload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00 04 00", area));
+  scanner.AcceptUpload(UploadOf("B4", area));
   scanner.device.ExpectBlock(0x1B, 'd', {lines}).FailNextWrite();
   scanner.Acquire(bufferBytes, request);
 }
@@ -115,7 +115,7 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a line beyond the receive buffer i
   level = "B8";
   settings.areaWidthPx = 65272;
   InitAcquire();
-  const std::string upload = Replaced(UploadOf("B8"), ", A 00 00 00 00 10 00 04 00", "");
+  const std::string upload = UploadOf("B8", "-A");
   AcceptUpload(upload);  // code 35
   CheckAcquireFails(65280, 35);
   device.Expect({0x1B, 0x46}).FailNextRead();  // without an upload the lines are counted
@@ -224,6 +224,25 @@ TEST_CASE("standard: no model waits before its first block") {
       scanner.ScanPage();
     }
     CHECK(scanner.system.sleptMilliseconds == 0);
+  }
+}
+
+TEST_CASE("standard: no model waits at a high resolution either, from flatbed or unit") {
+  for (const char* model : {"QM43000", "QM41000", "QM8700\0"}) {
+    for (const std::uint8_t source : Bytes{0, 1}) {
+      StandardScanner scanner("B4", Status(0, 0, 0x80));
+      std::copy_n(model, 8, scanner.settings.modelName);
+      scanner.settings.resolution = 900;
+      scanner.settings.scanSource = source;
+      scanner.InitAcquire(1);
+      scanner.device.Expect({0x1B, 0x46}).FailNextRead();  // no upload: not what is tested here
+      if (source != 0) scanner.AnswerStatus();
+      scanner.device.FailNextWrite();  // ESC d likewise
+      scanner.AnswerStart(BlockHeader(0x20, 16, 4));
+      scanner.device.Reply(Ramp(0, 64));
+      CHECK(scanner.Acquire(64).record.status == kGoOn);
+      CHECK(scanner.system.sleptMilliseconds == 0);
+    }
   }
 }
 

@@ -87,28 +87,13 @@ TEST_CASE_FIXTURE(OpenB3, "standard: level B3 sends no status query and is alway
 }
 
 TEST_CASE("standard: an unreadable status is code 7 to both queries") {
-  const std::vector<std::function<void(ScriptedDevice&)>> scripts{
-      [](ScriptedDevice& device) { device.FailNextWrite(); },
-      [](ScriptedDevice& device) {
-        device.Expect({0x1B, 0x66}).FailNextRead();
-      },
-      [](ScriptedDevice& device) {
-        device.Expect({0x1B, 0x66}).Reply({0x15, 0, 0x0B, 0});
-      },
-      [](ScriptedDevice& device) {
-        device.Expect({0x1B, 0x66}).Reply({0x02, 0, 0x93, 0});
-      },
-      [](ScriptedDevice& device) {
-        device.Expect({0x1B, 0x66}).Reply({0x02, 0, 0xFF, 0xFF});
-      },
-      [](ScriptedDevice& device) {
-        device.Expect({0x1B, 0x66}).Reply({0x02, 0, 0x0B, 0}).FailNextRead();
-      }};
-  for (const auto& script : scripts) {
+  for (const std::string_view answer :
+       {">!", "> 1B 66 <!", "> 1B 66 < 15 00 0B 00", "> 1B 66 < 02 00 93 00",
+        "> 1B 66 < 02 00 FF FF", "> 1B 66 < 02 00 0B 00 <!"}) {
+    CAPTURE(answer);
     StandardScanner scanner("B4");
-    script(scanner.device);
+    scanner.device.Converse(answer).Converse(answer);
     CHECK(PMGetOptionStatus(kFlatbed) == 7);
-    script(scanner.device);
     Size size;
     CHECK(PMGetScanPaperSize(kFlatbed, &size.width, &size.height) == 7);
     CHECK(size == Size{});
@@ -122,9 +107,8 @@ TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is what the status says o
 TEST_CASE_FIXTURE(OpenB4, "standard: the feeder's page is the option area from then on") {
   PaperSize(*this, kFeeder, Status(0, 0x40));
   CHECK(PaperSize(*this, 3, Status()) == Size{800, 1300});
-  settings.scanSource = 2;
-  settings.areaWidthPx = 1000;
-  Upload(Replaced(UploadOf("B4"), "A 00 00 00 00 10 00", "A 00 00 00 00 20 03"));
+  Set("scanSource=2 areaWidthPx=1000");
+  Upload(UploadOf("B4", "A 00 00 00 00 20 03 04 00"));
 }
 
 TEST_CASE_FIXTURE(
@@ -180,9 +164,8 @@ TEST_CASE_FIXTURE(
 }
 
 TEST_CASE_FIXTURE(OpenB4, "standard: switching an option fails without either acknowledge") {
-  device.Expect({0x1B, 0x65}).Reply({kNak});
+  device.Converse("> 1B 65 < 15 > 1B 65 < 06 > 01 < 15");
   CHECK(PMEnableOption(1) == 0);
-  device.Expect({0x1B, 0x65}).Reply({0x06}).Expect({0x01}).Reply({kNak});
   CHECK(PMEnableOption(1) == 0);
 }
 

@@ -41,10 +41,7 @@ TEST_CASE_FIXTURE(TracedScanner, "standard: the trace of an open and a close") {
 TEST_CASE_FIXTURE(TracedScanner, "standard: the trace of a scan") {
   REQUIRE(Open() == 1);
   system.logLines.clear();
-  settings.zoom = 200;
-  settings.resolution = 401;
-  settings.customGamma = 1;
-  settings.monoScan = 1;
+  Set("zoom=200 resolution=401 customGamma=1 monoScan=1");
   InitAcquire(1);
   device.Expect({0x1B, 0x46}).Reply({0x02, 0x00, 0x00, 0x00});
   for (int sender = 0; sender < 10; ++sender) device.FailNextWrite();  // all but ESC d

@@ -46,13 +46,11 @@ struct CommandSetFixture : ModuleFixture {
 
 TEST_CASE_FIXTURE(CommandSetFixture, "at first a page can be fed and none ejected") {
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "behind a feed neither feed nor eject sends anything") {
   Feed();
   CheckFed();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "behind ESC G the page can be ejected, once") {
@@ -60,7 +58,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "behind ESC G the page can be ejected, once
   Eject();
   CHECK(set.EjectPage(CallNow()) == 0);
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture,
@@ -68,7 +65,6 @@ TEST_CASE_FIXTURE(CommandSetFixture,
   StartScan();
   Feed();
   CheckFed();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a fed page that was scanned can be ejected") {
@@ -76,7 +72,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a fed page that was scanned can be ejected
   StartScan();
   StartScan();
   CheckScanned();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "only the letter G moves the state of the page") {
@@ -86,21 +81,18 @@ TEST_CASE_FIXTURE(CommandSetFixture, "only the letter G moves the state of the p
     CHECK(set.SendEscCode(CallNow(), static_cast<std::uint8_t>(letter)) == 1);
   }
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "an ESC G that cannot be sent moves the state all the same") {
   device.FailNextWrite();
   CHECK(set.SendEscCode(CallNow(), 'G') == 0);
   CheckScanned();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "the start of an extended scan moves the state like ESC G") {
   Feed();
   set.NoteScanStarted();
   CheckScanned();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a failed feed leaves the state as it was") {
@@ -113,7 +105,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a failed feed leaves the state as it was")
   device.Expect({0x19}).Reply({0x15});
   CHECK(set.FeedPaper(CallNow()) == 0);
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a failed eject leaves the state as it was") {
@@ -123,7 +114,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a failed eject leaves the state as it was"
   device.Expect({0x0C}).FailNextRead();
   CHECK(set.EjectPage(CallNow()) == 0);
   CheckScanned();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a reset is ESC @ and an acknowledge; no page is known then") {
@@ -133,7 +123,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a reset is ESC @ and an acknowledge; no pa
   StartScan();
   Reset();
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a reset forgets the page even when the scanner is silent") {
@@ -145,14 +134,12 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a reset forgets the page even when the sca
   device.Expect({kEscape, 0x40}).FailNextRead();
   CHECK(set.ResetScanner(CallNow()) == 0);
   CheckNoPage();
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a reset that is not acknowledged fails") {
   device.Expect({kEscape, 0x40}).Reply({0x15}).Expect({kEscape, 0x40}).Reply({0x00});
   CHECK(set.ResetScanner(CallNow()) == 0);
   CHECK(set.ResetScanner(CallNow()) == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "acknowledges go through the transport") {
@@ -161,7 +148,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "acknowledges go through the transport") {
   CHECK(set.SendAck(CallNow(), 0x18) == 1);
   CHECK(set.CheckAck(CallNow()) == 1);
   CHECK(set.CheckAck(CallNow()) == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block needs both acknowledges") {
@@ -171,19 +157,15 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block needs both acknowle
   CHECK(SendEscBlock(set, CallNow(), 'm', Bytes{1}) == 0);
   device.Expect({kEscape, 'm'}).Reply({0x15});
   CHECK(SendEscBlock(set, CallNow(), 'm', Bytes{1}) == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a command with a block stops at the transfer that fails") {
-  device.FailNextWrite();
-  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
-  device.Expect({kEscape, 'z'}).FailNextRead();
-  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
-  device.Expect({kEscape, 'z'}).Reply({0x06}).FailNextWrite();
-  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
-  device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({1}).FailNextRead();
-  CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
-  CHECK(device.Verdict() == "as scripted");
+  for (const std::string_view conversation :
+       {">!", "> 1B 7A <!", "> 1B 7A < 06 >!", "> 1B 7A < 06 > 01 <!"}) {
+    CAPTURE(conversation);
+    device.Converse(conversation);
+    CHECK(SendEscBlock(set, CallNow(), 'z', Bytes{1}) == 0);
+  }
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "a table is sent behind its prefix byte, in one transfer") {
@@ -191,13 +173,11 @@ TEST_CASE_FIXTURE(CommandSetFixture, "a table is sent behind its prefix byte, in
   CHECK(SendEscTable(set, CallNow(), 'z', 'R', Fill(256, 0xA7)) == 1);
   device.Expect({kEscape, 'z'}).Reply({0x06}).Expect({'M', 1, 2}).Reply({0x15});
   CHECK(SendEscTable(set, CallNow(), 'z', 'M', Bytes{1, 2}) == 0);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "the prefix 0xFF stands for none") {
   device.ExpectBlock(kEscape, 'm', Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9});
   CHECK(SendEscTable(set, CallNow(), 'm', 0xFF, Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9}) == 1);
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "gamma codes: five listed ones, 0x02 for all others") {
@@ -211,7 +191,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "gamma codes: five listed ones, 0x02 for al
     CAPTURE(row.gamma);
     CHECK(set.SetGamma(row.gamma) == row.code);
   }
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "halftone rows that each level digit supports") {
@@ -227,7 +206,6 @@ TEST_CASE_FIXTURE(CommandSetFixture, "halftone rows that each level digit suppor
     settings.commandLevelText[1] = row.digit;
     CHECK(set.GetHalfTones(settings) == row.count);
   }
-  CHECK(device.Verdict() == "as scripted");
 }
 
 TEST_CASE_FIXTURE(CommandSetFixture, "the work area of a set that needs none is there at once") {

@@ -1,5 +1,7 @@
 #include "tests/transport/scripted_device.h"
 
+#include <doctest/doctest.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -18,6 +20,21 @@ Bytes Text(std::string_view text) {
 
 Bytes Fill(std::size_t count, std::uint8_t value) {
   return Bytes(count, value);
+}
+
+Bytes FromHex(std::string_view hex) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  Bytes bytes;
+  bool isHigh = true;
+  for (const char c : hex) {
+    if (c == ' ') continue;
+    const std::size_t digit = kDigits.find(c);
+    REQUIRE(digit != std::string_view::npos);
+    if (isHigh) bytes.push_back(0);
+    bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16 + digit);
+    isHigh = !isHigh;
+  }
+  return bytes;
 }
 
 Bytes operator+(Bytes left, const Bytes& right) {
@@ -55,8 +72,9 @@ ScriptedDevice& ScriptedDevice::ShortReply(std::uint32_t requested, Bytes bytes)
   return Add(Kind::kRead, requested, std::move(bytes));
 }
 
-ScriptedDevice& ScriptedDevice::FailNextRead() {
-  return Add(Kind::kFailingRead, 0, {});
+ScriptedDevice& ScriptedDevice::FailNextRead(Bytes filled) {
+  const std::size_t length = filled.size();
+  return Add(Kind::kFailingRead, length, std::move(filled));
 }
 
 ScriptedDevice& ScriptedDevice::FailNextWrite() {
@@ -65,6 +83,21 @@ ScriptedDevice& ScriptedDevice::FailNextWrite() {
 
 ScriptedDevice& ScriptedDevice::Unplug() {
   return Add(Kind::kUnplugged, 0, {});
+}
+
+ScriptedDevice& ScriptedDevice::Converse(std::string_view conversation) {
+  while (!conversation.empty()) {
+    const bool writes = conversation.front() == '>';
+    const std::size_t end = std::min(conversation.find_first_of("<>", 1), conversation.size());
+    const std::string_view bytes = conversation.substr(1, end - 1);
+    if (bytes.starts_with('!')) {
+      writes ? FailNextWrite() : FailNextRead();
+    } else {
+      writes ? Expect(FromHex(bytes)) : Reply(FromHex(bytes));
+    }
+    conversation.remove_prefix(end);
+  }
+  return *this;
 }
 
 ScriptedDevice& ScriptedDevice::ExpectBlock(std::uint8_t prefix, char letter, Bytes block) {
@@ -84,14 +117,12 @@ std::int32_t ScriptedDevice::RawReadData(void* buffer, std::uint32_t* byteCount,
   if (next_ == steps_.size()) return Complain(came);
   if (IsUnplugged()) return kFailure;
   const Step& step = steps_[next_];
-  if (step.kind == Kind::kFailingRead) {
-    ++next_;
-    return kFailure;
-  }
-  if (step.kind != Kind::kRead || step.length != *byteCount) return Complain(came);
+  const bool fails = step.kind == Kind::kFailingRead && step.length <= *byteCount;
+  if (!fails && (step.kind != Kind::kRead || step.length != *byteCount)) return Complain(came);
   ++next_;
   const std::size_t delivered = step.bytes.size();
   std::copy(step.bytes.begin(), step.bytes.end(), static_cast<std::uint8_t*>(buffer));
+  if (fails) return kFailure;
   if (step.length == duringReadOf && duringRead != nullptr) std::exchange(duringRead, nullptr)();
   *byteCount = static_cast<std::uint32_t>(delivered);
   return success;

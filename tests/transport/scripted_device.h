@@ -16,7 +16,8 @@ using Bytes = std::vector<std::uint8_t>;
 Bytes Text(std::string_view text);
 Bytes Fill(std::size_t count, std::uint8_t value);
 Bytes operator+(Bytes left, const Bytes& right);
-// "1C 49"
+// The bytes of "1C 49", white space is free, and that text of them.
+Bytes FromHex(std::string_view hex);
 std::string Hex(const Bytes& bytes);
 
 // A device that knows in advance what the driver must send and read, transfer by transfer. A
@@ -35,11 +36,16 @@ class ScriptedDevice final : public RawDevice {
   ScriptedDevice& Reply(Bytes bytes);
   // The driver reads `requested` bytes and gets fewer, with success.
   ScriptedDevice& ShortReply(std::uint32_t requested, Bytes bytes);
-  // The next transfer is a read, or a write, of any length, and fails.
-  ScriptedDevice& FailNextRead();
+  // The next transfer is a read, or a write, of any length, and fails. The read may have filled its
+  // buffer before that.
+  ScriptedDevice& FailNextRead(Bytes filled = {});
   ScriptedDevice& FailNextWrite();
   // The end of the script: from here on every transfer fails, as often as one is tried.
   ScriptedDevice& Unplug();
+
+  // Transfers in hexadecimal bytes: "> 1B 65 < 06 > 01 <!" is a write, a read of one byte, another
+  // write, and a read that fails; ">!" is a write that fails.
+  ScriptedDevice& Converse(std::string_view conversation);
 
   // An acknowledged command with a parameter block: letter, ACK, block, ACK.
   ScriptedDevice& ExpectBlock(std::uint8_t prefix, char letter, Bytes block);

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "capture/file/pcapng_writer.h"
+#include "capture/pcapng/pcapng_writer.h"
 
 namespace pmddb832::tests {
 namespace {
