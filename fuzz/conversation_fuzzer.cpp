@@ -1,11 +1,12 @@
-// Conversations with a scanner of the standard family, as fuzz/conversation.h spells them.
+// Conversations with a scanner of one family, which the build names, as fuzz/conversation.h spells
+// them.
 
 #include "fuzz/conversation_mutator.h"
 #include "fuzz/fuzz_host.h"
 
 namespace {
 
-constexpr auto kFamily = pmddb832::fuzz::Family::kStandard;
+constexpr auto kFamily = pmddb832::fuzz::Family::PMDDB832_FUZZ_FAMILY;
 
 }  // namespace
 
