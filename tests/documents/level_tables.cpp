@@ -40,7 +40,7 @@ std::string Mark(bool has) {
 constexpr std::array kTraitRows{
     TraitRow{"code, `commandLevel`", [](const LevelTraits& level) { return Number(level.code); }},
     TraitRow{"group, `levelGroup`", [](const LevelTraits& level) { return Number(level.group); }},
-    TraitRow{"widest line, pixels",
+    TraitRow{"a line is clipped to, pixels",
              [](const LevelTraits& level) {
                return level.widestLine == kUnclipped ? std::string("–") : Number(level.widestLine);
              }},
@@ -110,7 +110,7 @@ Row PixelCells(std::uint32_t type, bool isPreview) {
 }
 
 Table PixelTypes() {
-  Table table{"pixel-types", {"Type", "Bits sent", "Mode", "Pixels a unit", "Bytes a unit"}, {}};
+  Table table{"pixel-types", {"Type", "Bits", "Mode", "Pixels a unit", "Bytes a unit"}, {}};
   for (std::uint32_t type = 0; FindPixelFormat(type, false) != nullptr; ++type) {
     table.rows.push_back(PixelCells(type, false));
     if (IsDeep(type)) table.rows.push_back(PixelCells(type, true));

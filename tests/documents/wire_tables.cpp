@@ -92,37 +92,41 @@ Table ExtendedCommands() {
   return table;
 }
 
-// Levels that are sent the command; all for a letter that is not listed.
-struct LetterOfLevels {
-  std::uint8_t letter;
-  bool (*isSent)(const LevelTraits& level);
-};
-
-constexpr std::array kLettersOfLevels{
-    LetterOfLevels{esc::kStatus, [](const LevelTraits& level) { return level.status; }},
-    LetterOfLevels{esc::kSharpness, [](const LevelTraits& level) { return level.status; }},
-    LetterOfLevels{esc::kParamG, [](const LevelTraits& level) { return level.status; }},
-    LetterOfLevels{esc::kGammaTable,
-                   [](const LevelTraits& level) { return level.gammaTables != 0; }},
-    LetterOfLevels{esc::kColorCorrection,
-                   [](const LevelTraits& level) { return level.colorCorrection; }},
-    LetterOfLevels{esc::kColorMatrix, [](const LevelTraits& level) { return level.colorMatrix; }},
-    LetterOfLevels{esc::kEnhancement, [](const LevelTraits& level) { return level.enhancement; }},
-    LetterOfLevels{esc::kMirror, [](const LevelTraits& level) { return level.mirror; }},
-    LetterOfLevels{esc::kThreshold, [](const LevelTraits& level) { return level.threshold; }},
-    LetterOfLevels{esc::kFocusPosition, [](const LevelTraits& level) { return level.focus; }},
-    LetterOfLevels{esc::kFocusFound, [](const LevelTraits& level) { return level.focus; }},
-};
-
 struct NamedLevel {
   std::string_view name;
   char letter;
   char digit;
+
+  const LevelTraits& Traits() const { return TraitsOf(StandardLevelCode(letter, digit)); }
 };
 constexpr std::array kNamedLevels{NamedLevel{"B3", 'B', '3'}, NamedLevel{"B4", 'B', '4'},
                                   NamedLevel{"B5", 'B', '5'}, NamedLevel{"A5", 'A', '5'},
                                   NamedLevel{"B6", 'B', '6'}, NamedLevel{"B7", 'B', '7'},
                                   NamedLevel{"B8", 'B', '8'}};
+
+// Levels that are sent the command; all for a letter that is not listed.
+struct LetterOfLevels {
+  std::uint8_t letter;
+  bool (*isSent)(const NamedLevel& level);
+};
+
+using Level = const NamedLevel&;
+constexpr std::array kLettersOfLevels{
+    LetterOfLevels{esc::kLinesPerBlock,
+                   [](Level level) { return SendsLinesInBlocks(level.digit); }},
+    LetterOfLevels{esc::kStatus, [](Level level) { return level.Traits().status; }},
+    LetterOfLevels{esc::kSharpness, [](Level level) { return level.Traits().status; }},
+    LetterOfLevels{esc::kParamG, [](Level level) { return level.Traits().status; }},
+    LetterOfLevels{esc::kGammaTable, [](Level level) { return level.Traits().gammaTables != 0; }},
+    LetterOfLevels{esc::kColorCorrection,
+                   [](Level level) { return level.Traits().colorCorrection; }},
+    LetterOfLevels{esc::kColorMatrix, [](Level level) { return level.Traits().colorMatrix; }},
+    LetterOfLevels{esc::kEnhancement, [](Level level) { return level.Traits().enhancement; }},
+    LetterOfLevels{esc::kMirror, [](Level level) { return level.Traits().mirror; }},
+    LetterOfLevels{esc::kThreshold, [](Level level) { return level.Traits().threshold; }},
+    LetterOfLevels{esc::kFocusPosition, [](Level level) { return level.Traits().focus; }},
+    LetterOfLevels{esc::kFocusFound, [](Level level) { return level.Traits().focus; }},
+};
 
 std::string LevelsOf(const CommandShape& command) {
   for (const LetterOfLevels& row : kLettersOfLevels) {
@@ -130,8 +134,7 @@ std::string LevelsOf(const CommandShape& command) {
     std::vector<std::string> with;
     std::vector<std::string> without;
     for (const NamedLevel& level : kNamedLevels) {
-      const LevelTraits& traits = TraitsOf(StandardLevelCode(level.letter, level.digit));
-      (row.isSent(traits) ? with : without).emplace_back(level.name);
+      (row.isSent(level) ? with : without).emplace_back(level.name);
     }
     return with.size() > without.size() ? "all but " + Join(without, " ") : Join(with, " ");
   }
