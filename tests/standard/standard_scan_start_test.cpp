@@ -189,6 +189,16 @@ TEST_CASE_FIXTURE(OpenB4,
   CHECK(system.repaintedWindows.size() == 2);
 }
 
+// The scanner answers 02 20 10 00 55 66, and the line 01 02 ... behind it.
+TEST_CASE_FIXTURE(OpenB3,
+                  "standard: in line mode the answer to a second start is the first line's header "
+                  "and two bytes of that line") {
+  StartScan(BlockHeader(0x80, 99, 99), 0);
+  device.Expect({0x1B, 0x47});
+  SendLastBlock({0x02, 0x20, 0x10, 0x00}, Bytes{0x55, 0x66} + Ramp(1, 14));
+  CHECK(Acquire(16).image == Bytes{0x55, 0x66} + Ramp(1, 14));
+}
+
 TEST_CASE_FIXTURE(OpenB4, "standard: the second start needs a ready scanner too") {
   StartScan(BlockHeader(0x80, 0, 0));
   AnswerStatus(Status(0x02));
