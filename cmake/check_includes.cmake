@@ -20,10 +20,12 @@ set(capture_knows ${device_headers} wire interface/scanner_settings.h
   transport/acquisition_records.h)
 set(pmscan_knows ${device_headers} capture simulator wire interface/exports.h
   interface/scanner_settings.h transport/acquisition_records.h)
+set(pmsim_knows ${device_headers} capture simulator pmscan/pictures/imaging_component.h
+  pmscan/pictures/picture_reader.h)
 # The scanner's side keeps words of its own; what happens on the cable is told as captures tell it.
 set(simulator_faults_knows wire capture/conversation/conversation.h)
 set(module_rooms platform wire transport imaging extended standard interface)
-set(rooms ${module_rooms} capture simulator pmscan)
+set(rooms ${module_rooms} capture simulator pmscan pmsim)
 
 # May be read from every floor of the module.
 set(settings_record interface/scanner_settings.h)
@@ -56,7 +58,7 @@ endfunction()
 
 # Of the system's headers those of Windows are for one room of the module alone.
 function(check_system_include room file included)
-  if(included STREQUAL "windows.h" AND NOT room MATCHES "^(platform|pmscan)$")
+  if(included STREQUAL "windows.h" AND NOT room MATCHES "^(platform|pmscan|pmsim)$")
     set(wrong "${wrong}  ${file} includes ${included}\n" PARENT_SCOPE)
   endif()
 endfunction()

@@ -46,6 +46,16 @@ function(add_module_room name)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
+# A DLL for hosts, NAME.dll, with its version resource; hosts link with NAME.lib.
+function(add_host_library name description definition)
+  set(resource "${CMAKE_CURRENT_BINARY_DIR}/${name}.rc")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
+  add_library(${name} SHARED ${ARGN} "${definition}" "${resource}")
+  set_target_properties(${name} PROPERTIES
+    PREFIX "" LINKER_LANGUAGE CXX IMPORT_PREFIX "" IMPORT_SUFFIX ".lib"
+    ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+endfunction()
+
 # What is handed out holds no symbols: those of `target` lie in a file beside it. With a second
 # argument, the build fails when the target has more bytes than that.
 function(split_symbols target)

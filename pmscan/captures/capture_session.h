@@ -1,13 +1,10 @@
 #pragma once
 
-#include <chrono>
-#include <fstream>
 #include <optional>
 #include <string>
 
-#include "capture/file/capture_writer.h"
-#include "capture/record/recorder.h"
 #include "capture/record/recording_device.h"
+#include "capture/record/recording_file.h"
 #include "interface/scanner_settings.h"
 #include "pmscan/captures/capture_choice.h"
 #include "pmscan/captures/recording_module.h"
@@ -30,13 +27,8 @@ class CaptureSession {
   void Finish() const;
 
  private:
-  std::uint64_t Microseconds() const;
-
   const std::string name_;
-  const std::chrono::steady_clock::time_point start_;
-  std::ofstream stream_;
-  std::optional<capture::CaptureWriter> writer_;
-  capture::Recorder recorder_;
+  std::optional<capture::RecordingFile> file_;
   std::optional<capture::RecordingDevice> device_;
   std::optional<RecordingModule> calls_;
 };

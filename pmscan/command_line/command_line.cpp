@@ -11,11 +11,10 @@
 #include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
+#include "simulator/catalog/simulation.h"
 
 namespace pmscan {
 namespace {
-
-constexpr std::string_view kSimulatorPrefix = "sim:";
 
 // The parser and what it fills.
 struct Program {
@@ -201,11 +200,11 @@ Options ParseCommandLine(const std::vector<std::string>& arguments,
 }
 
 bool IsSimulatorName(const std::string& device) {
-  return device.starts_with(kSimulatorPrefix);
+  return device.starts_with(simulator::kDevicePrefix);
 }
 
 std::string SimulatorName(const std::string& device) {
-  if (IsSimulatorName(device)) return device.substr(kSimulatorPrefix.size());
+  if (IsSimulatorName(device)) return device.substr(simulator::kDevicePrefix.size());
   throw Failure(kUsage, "There is no device \"" + device +
                             "\": --device names a simulated scanner, as in sim:extended, or a "
                             "still-image device, as in sti:NAME; pmscan devices lists both.");

@@ -4,12 +4,13 @@
 
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/devices/scanner_files.h"
+#include "pmscan/devices/simulated_connection.h"
 #include "pmscan/devices/still_image_service.h"
 #include "simulator/catalog/catalog.h"
 #include "simulator/catalog/models.h"
 #include "simulator/catalog/profile.h"
 #include "simulator/catalog/profile_error.h"
+#include "simulator/catalog/scanner_files.h"
 #include "wire/deep_samples.h"
 
 namespace pmscan {
@@ -34,7 +35,8 @@ SimulatedEntry EntryOf(const std::string& name) {
 
 std::string DescriptionOf(const std::string& file) {
   try {
-    return simulator::ReadProfile(ScannerFile(file)).description;
+    return simulator::ReadProfile(simulator::FindScannerFile(file, ScannerFileFolder()))
+        .description;
   } catch (const simulator::ProfileError& error) {
     return error.what();
   }
@@ -47,7 +49,7 @@ DeviceList FindDevices() {
   for (const std::string& name : simulator::ScannerNames()) {
     list.simulated.push_back(EntryOf(name));
   }
-  for (const std::string& name : ScannerFileNames()) {
+  for (const std::string& name : simulator::ScannerFileNames(ScannerFileFolder())) {
     list.scannerFiles.push_back({"sim:" + name, DescriptionOf(name)});
   }
   try {

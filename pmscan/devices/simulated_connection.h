@@ -1,14 +1,16 @@
 #pragma once
 
-#include <memory>
+#include <filesystem>
 #include <string>
-#include <vector>
 
 #include "pmscan/devices/device_connection.h"
-#include "simulator/device/scanner.h"
+#include "simulator/catalog/simulation.h"
 #include "simulator/faults/fault_injector.h"
 
 namespace pmscan {
+
+// Where the scanner files are that --device finds by their names: beside this program.
+std::filesystem::path ScannerFileFolder();
 
 // A simulated scanner of this process, of the catalog or by a profile, with the picture that the
 // options name on its bed, and with faults on its cable.
@@ -22,14 +24,8 @@ class SimulatedConnection : public DeviceConnection {
   // What the module did wrong weighs more than what went wrong.
   int Judge(int exitCode) const override;
 
-  struct Simulation {
-    std::string modelId;
-    std::unique_ptr<simulator::Scanner> scanner;
-    std::vector<simulator::Fault> faults;
-  };
-
  private:
-  const Simulation simulation_;
+  const simulator::Simulation simulation_;
   simulator::FaultInjector cable_;
 };
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include "capture/file/capture_writer.h"
+#include "capture/record/recorder.h"
+
+namespace capture {
+
+// A capture that becomes a file while the conversation goes on; its clock starts with it.
+class RecordingFile {
+ public:
+  // `remarks` stand as comments at the file's beginning; of image data the bytes are kept when
+  // asked. Replaces a file that is there. Throws std::system_error when it does not open.
+  RecordingFile(const std::filesystem::path& path, const std::string& remarks, bool keepsImageData);
+  RecordingFile(const RecordingFile&) = delete;
+  RecordingFile& operator=(const RecordingFile&) = delete;
+
+  Recorder& Entries() { return recorder_; }
+
+  // False once the file did not take something.
+  bool IsWhole() const { return writer_->IsGood(); }
+
+ private:
+  std::uint64_t Microseconds() const;
+
+  const std::chrono::steady_clock::time_point start_;
+  std::ofstream stream_;
+  std::optional<CaptureWriter> writer_;
+  Recorder recorder_;
+};
+
+}  // namespace capture

@@ -1,0 +1,57 @@
+#include "pmsim/captured_source.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include "capture/file/capture_reader.h"
+#include "simulator/catalog/file_names.h"
+
+namespace pmsim {
+namespace {
+
+void RequireNothingSimulated(const DeviceRequest& request) {
+  const bool hasFaults = !request.faultScript.empty();
+  if (!hasFaults && request.original.empty()) return;
+  throw RequestError(request.device + " is captured, and " +
+                     (hasFaults ? "faults are" : "an original is") +
+                     " for simulated scanners: expected sim:NAME, or none of it");
+}
+
+bool HasTransfers(const capture::Capture& capture) {
+  return std::any_of(capture.entries.begin(), capture.entries.end(), [](const auto& entry) {
+    return std::holds_alternative<capture::Transfer>(entry);
+  });
+}
+
+capture::Capture Read(const DeviceRequest& request) {
+  RequireNothingSimulated(request);
+  const std::string file = request.device.substr(kCapturePrefix.size());
+  std::ifstream stream(simulator::PathOf(file), std::ios::binary);
+  if (!stream) throw RequestError(file + " does not open for reading: expected a capture");
+  try {
+    capture::Capture capture = capture::ReadCapture(stream, file);
+    if (!HasTransfers(capture)) throw RequestError(file + ": expected transfers, there are none");
+    return capture;
+  } catch (const capture::FormatError& error) {
+    throw RequestError(error.what());
+  }
+}
+
+}  // namespace
+
+CapturedSource::CapturedSource(const DeviceRequest& request)
+    : name_(request.device.substr(kCapturePrefix.size())),
+      capture_(Read(request)),
+      differences_(request.isTolerant),
+      device_(capture_, differences_) {
+  device_.BeginCall({}, 0, capture_.entries.size());
+}
+
+std::string CapturedSource::Complaint() const {
+  if (differences_.All().empty()) return {};
+  const capture::Difference& first = differences_.All().front();
+  return name_ + ", line " + std::to_string(first.line) + ": expected " + first.expected +
+         ", came " + first.came;
+}
+
+}  // namespace pmsim
