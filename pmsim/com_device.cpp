@@ -1,7 +1,6 @@
 // The identifiers of the interfaces become part of this object.
+#define INITGUID
 #include "pmsim/com_device.h"
-
-#include <initguid.h>
 
 #include <chrono>
 #include <new>

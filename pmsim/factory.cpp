@@ -28,7 +28,7 @@ std::filesystem::path FolderOf(HMODULE library) {
 }
 
 std::string TextOf(const wchar_t* text, const char* what) {
-  return TextOf(text, PMSIM_TEXT_LIMIT, what);
+  return Utf8Of(text, PMSIM_TEXT_LIMIT, what);
 }
 
 DeviceRequest Understand(const PmsimRequest& request) {

@@ -10,7 +10,7 @@
 
 namespace pmsim {
 
-std::string TextOf(const wchar_t* text, std::size_t limit, const char* what) {
+std::string Utf8Of(const wchar_t* text, std::size_t limit, const char* what) {
   if (text == nullptr) return {};
   const std::size_t length = wcsnlen(text, limit);
   if (length == limit) {

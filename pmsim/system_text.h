@@ -7,7 +7,7 @@ namespace pmsim {
 
 // A text of a host in UTF-8; a null pointer is an empty one. Throws RequestError, which names what
 // the text is, when there is no end within `limit` characters, or when it is no UTF-16.
-std::string TextOf(const wchar_t* text, std::size_t limit, const char* what);
+std::string Utf8Of(const wchar_t* text, std::size_t limit, const char* what);
 
 // Stores a text as UTF-16 in `limit` characters, the zero at its end counted; what is too long is
 // cut between two letters.

@@ -126,7 +126,7 @@ TEST_CASE("pmsim: a recording has each transfer at once, and is a captured scann
     Host host({.device = "sim:extended", .recording = folder.Name("new.capture")});
     host.Write(kReset);
     host.Read(1);
-    CHECK(folder.Text("new.capture").find("read 1 : 06  @") != std::string::npos);
+    CHECK(folder.Text("new.capture").find("read 1 : 06 ") != std::string::npos);
     host.Write(kIdentity);
     identity = host.Read(80);
   }
