@@ -3,18 +3,26 @@
 #   cmake --workflow --preset package
 
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
-install(TARGETS Pmddb832 RUNTIME DESTINATION . ARCHIVE DESTINATION lib)
+include(package_documents)
+install_documents()
+set(terms /usr/share/doc)
+install_licences(
+  cli11 ${terms}/libcli11-dev/copyright
+  gcc-runtime ${terms}/gcc-mingw-w64-x86-64-posix-runtime/copyright
+  gpl-3 /usr/share/common-licenses/GPL-3
+  mingw-w64 ${terms}/mingw-w64-x86-64-dev/copyright
+  nlohmann-json ${terms}/nlohmann-json3-dev/copyright
+  zlib ${terms}/libz-mingw-w64-dev/copyright)
+install(TARGETS Pmddb832 Pmsim RUNTIME DESTINATION . ARCHIVE DESTINATION lib)
 install(TARGETS pmscan RUNTIME DESTINATION .)
-install(FILES interface/pmddb832.def DESTINATION lib)
-install(FILES interface/pmddb832.h DESTINATION include)
-install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.debug" "${CMAKE_BINARY_DIR}/pmscan.debug"
+install(FILES interface/pmddb832.def pmsim/pmsim.def DESTINATION lib)
+install(FILES interface/pmddb832.h pmsim/pmsim.h DESTINATION include)
+install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.debug" "${CMAKE_BINARY_DIR}/Pmsim.debug"
+    "${CMAKE_BINARY_DIR}/pmscan.debug"
   DESTINATION symbols)
-install(DIRECTORY simulator/profiles DESTINATION .)
-install(DIRECTORY docs/wireshark DESTINATION .)
-install(DIRECTORY docs/ DESTINATION docs PATTERN wireshark EXCLUDE)
 
 add_custom_target(package_archive
   COMMAND "${CMAKE_COMMAND}" "-DBUILD=${CMAKE_BINARY_DIR}" "-DNAME=pmddb832-${PROJECT_VERSION}"
     -P "${PROJECT_SOURCE_DIR}/cmake/pack.cmake"
   VERBATIM)
-add_dependencies(package_archive Pmddb832 host_header pmscan)
+add_dependencies(package_archive Pmddb832 Pmsim host_header pmscan)
