@@ -1,10 +1,11 @@
+#include <pmsim.h>
+
 #include <algorithm>
 #include <new>
 
 #include "pmscan/pictures/imaging_component.h"
 #include "pmscan/pictures/picture_reader.h"
 #include "pmsim/com_device.h"
-#include "pmsim/pmsim.h"
 #include "pmsim/system_text.h"
 
 namespace pmsim {
