@@ -20,8 +20,7 @@ set(capture_knows ${device_headers} wire interface/scanner_settings.h
   transport/acquisition_records.h)
 set(pmscan_knows ${device_headers} capture simulator wire interface/exports.h
   interface/scanner_settings.h transport/acquisition_records.h)
-set(pmsim_knows ${device_headers} capture simulator pmscan/pictures/imaging_component.h
-  pmscan/pictures/picture_reader.h)
+set(pmsim_knows ${device_headers} capture simulator pmscan/pictures/picture_reader.h)
 # The scanner's side keeps words of its own; what happens on the cable is told as captures tell it.
 set(simulator_faults_knows wire capture/conversation/conversation.h)
 set(module_rooms platform wire transport imaging extended standard interface)

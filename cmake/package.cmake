@@ -4,7 +4,7 @@
 
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 include(package_documents)
-install_documents()
+install_documents(cmake/package/README.md)
 set(terms /usr/share/doc)
 install_licences(
   cli11 ${terms}/libcli11-dev/copyright

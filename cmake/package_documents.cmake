@@ -1,15 +1,11 @@
 # What packages hold on every system besides programs.
 
-# README, licence, documents and scanner files. In the documents the paths of the sources become
-# those of the package; documents for whoever changes the sources stay with these.
-function(install_documents)
-  install(FILES "${PROJECT_SOURCE_DIR}/cmake/package/README.md" "${PROJECT_SOURCE_DIR}/LICENCE"
-    DESTINATION .)
+# README.md, of which each package has its own, licence, documents and scanner files. In the
+# documents the paths of the sources become those of the package.
+function(install_documents readme)
+  install(FILES "${readme}" "${PROJECT_SOURCE_DIR}/LICENCE" DESTINATION .)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/simulator/profiles" DESTINATION .)
-  install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION .
-    PATTERN architecture.md EXCLUDE
-    PATTERN building.md EXCLUDE
-    PATTERN performance.md EXCLUDE)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION .)
   install(SCRIPT "${PROJECT_SOURCE_DIR}/cmake/package/move_paths.cmake")
 endfunction()
 

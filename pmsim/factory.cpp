@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <new>
 
-#include "pmscan/pictures/imaging_component.h"
 #include "pmscan/pictures/picture_reader.h"
+#include "pmsim/com_apartment.h"
 #include "pmsim/com_device.h"
 #include "pmsim/system_text.h"
 
@@ -47,7 +47,7 @@ DeviceRequest Understand(const PmsimRequest& request) {
 
 IStiDevice* MakeDevice(PmsimRequest& request) {
   const DeviceRequest wanted = Understand(request);
-  const pmscan::ComApartment apartment;
+  const ComApartment apartment;
   auto* const device =
       new ComDevice(wanted, {FolderOf(StayLoaded()) / "profiles", &pmscan::ReadPicture});
   const std::string modelId = device->ModelId();

@@ -35,18 +35,13 @@ class ComPointer {
   Interface* object_ = nullptr;
 };
 
-// Initialises COM for this thread as long as it lives; a thread that has COM in another way keeps it.
+// Initialises COM for this thread as long as it lives.
 class ComApartment {
  public:
-  ComApartment() : isOurs_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
-  ~ComApartment() {
-    if (isOurs_) CoUninitialize();
-  }
+  ComApartment() { CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
+  ~ComApartment() { CoUninitialize(); }
   ComApartment(const ComApartment&) = delete;
   ComApartment& operator=(const ComApartment&) = delete;
-
- private:
-  const bool isOurs_;
 };
 
 // Throws Failure(`failureCode`) that says which step failed on which file.
