@@ -1,6 +1,5 @@
 #include "pmsim/captured_source.h"
 
-#include <algorithm>
 #include <fstream>
 
 #include "capture/file/capture_reader.h"
@@ -17,21 +16,15 @@ void RequireNothingSimulated(const DeviceRequest& request) {
                      " for simulated scanners: expected sim:NAME, or none of it");
 }
 
-bool HasTransfers(const capture::Capture& capture) {
-  return std::any_of(capture.entries.begin(), capture.entries.end(), [](const auto& entry) {
-    return std::holds_alternative<capture::Transfer>(entry);
-  });
-}
-
-capture::Capture Read(const DeviceRequest& request) {
+capture::CapturedScanner Read(const DeviceRequest& request) {
   RequireNothingSimulated(request);
   const std::string file = request.device.substr(kCapturePrefix.size());
   std::ifstream stream(simulator::PathOf(file), std::ios::binary);
   if (!stream) throw RequestError(file + " does not open for reading: expected a capture");
   try {
-    capture::Capture capture = capture::ReadCapture(stream, file);
-    if (!HasTransfers(capture)) throw RequestError(file + ": expected transfers, there are none");
-    return capture;
+    capture::CapturedScanner scanner = ScannerOf(capture::ReadCapture(stream, file));
+    if (!scanner.transfers.entries.empty()) return scanner;
+    throw RequestError(file + ": expected transfers, there are none");
   } catch (const capture::FormatError& error) {
     throw RequestError(error.what());
   }
@@ -41,10 +34,10 @@ capture::Capture Read(const DeviceRequest& request) {
 
 CapturedSource::CapturedSource(const DeviceRequest& request)
     : name_(request.device.substr(kCapturePrefix.size())),
-      capture_(Read(request)),
+      scanner_(Read(request)),
       differences_(request.isTolerant),
-      device_(capture_, differences_) {
-  device_.BeginCall({}, 0, capture_.entries.size());
+      device_(scanner_.transfers, differences_) {
+  device_.BeginCall({}, 0, scanner_.transfers.entries.size());
 }
 
 std::string CapturedSource::Complaint() const {

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "capture/replay/captured_scanner.h"
 #include "capture/replay/replaying_device.h"
 #include "pmsim/device_source.h"
 
@@ -19,11 +20,12 @@ class CapturedSource final : public DeviceSource {
   explicit CapturedSource(const DeviceRequest& request);
 
   pmddb832::StillImageDevice& Device() override { return device_; }
+  std::string ModelId() const override { return scanner_.modelId; }
   std::string Complaint() const override;
 
  private:
   const std::string name_;
-  const capture::Capture capture_;
+  const capture::CapturedScanner scanner_;
   capture::DifferenceLog differences_;
   capture::ReplayingDevice device_;
 };

@@ -111,6 +111,19 @@ TEST_CASE("pmsim: a tolerant one finds its way back, and complains all the same"
   CHECK(host.served.Complaint().starts_with(folder.Name("told.capture") + ", line 3: expected"));
 }
 
+TEST_CASE(
+    "pmsim: a captured scanner brings the id of its model, and reads pass the calls' borders") {
+  const Folder folder;
+  folder.Write("model.capture",
+               "pmddb832 capture 1\nhost modelId = \"QM2500\"\ncall PMOpenScanner\n"
+               "write 2 : 1B 40\nread 1 : 06\nreturn PMOpenScanner\n"
+               "call PMReset\nread 2 : 07 08\nreturn PMReset\n");
+  Host host({.device = "capture:" + folder.Name("model.capture"), .isTolerant = true});
+  CHECK(host.served.ModelId() == "QM2500");
+  host.Write(kReset);
+  CHECK(host.Read(3) == Bytes{0x06, 0x07, 0x08});
+}
+
 TEST_CASE("pmsim: a captured scanner does not need its file any more") {
   const Folder folder;
   Host host({.device = folder.told});
