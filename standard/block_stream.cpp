@@ -169,17 +169,17 @@ bool StdBlockStream::GetScanLine(GeneralCmd& scanner, Call& call, const StdScann
   if (!NextScanStep(scanner, call, facts)) return false;
   if (!buffer_.IsThere()) return scanner.Fail(kTransferFailed);
   std::uint32_t end = block_.receivedBytes;
-  if (white_) WhitenLine(plan.hostLineBytes, end);
+  if (white_) end = WhitenLine(plan.hostLineBytes);
   PointAtLine(plan, end, line);
   return true;
 }
 
-// Fills the line under the cursor, as far as the buffer goes, and moves the end of what it holds.
-void StdBlockStream::WhitenLine(std::uint32_t lineBytes, std::uint32_t& end) {
-  const std::uint32_t start = std::min(lineOffset_, capacity_);
-  const std::uint32_t filled = std::min(lineBytes, capacity_ - start);
-  std::memset(buffer_.Data() + kDataStart + start, kWhite, filled);
-  end = std::max(end, start + filled);
+// The line under the cursor is the first one, as behind every cancel. What the buffer then holds
+// behind its first bytes is of the block that was received last.
+std::uint32_t StdBlockStream::WhitenLine(std::uint32_t lineBytes) {
+  const std::uint32_t filled = std::min(lineBytes, capacity_);
+  std::memset(buffer_.Data() + kDataStart, kWhite, filled);
+  return std::max(block_.receivedBytes, filled);
 }
 
 // The planes of the palette type lie one after another in the raw line, each as long as half the

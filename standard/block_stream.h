@@ -82,7 +82,7 @@ class StdBlockStream {
   bool ReadHeader(GeneralCmd& scanner, Call& call, BlockHeader& header);
   bool ReadLines(GeneralCmd& scanner, Call& call, std::uint32_t bytes);
   bool AnswerBlock(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts);
-  void WhitenLine(std::uint32_t lineBytes, std::uint32_t& end);
+  std::uint32_t WhitenLine(std::uint32_t lineBytes);
   void PointAtLine(const ScanPlan& plan, std::uint32_t end, ScanLine& line);
 
   ReceiveBuffer buffer_;           // lines start some bytes into it

@@ -251,8 +251,9 @@ TEST_CASE("standard: centring halves an unsigned difference") {
 }
 
 TEST_CASE("standard: without any one of its conditions nothing is centred") {
-  for (const char* missing : {"docFeedOption=1", "resolution=100", "areaHeightPx=649",
-                              "optionHeight=1304", "scanSource=0"}) {
+  for (const char* missing :
+       {"docFeedOption=1", "resolution=100", "areaHeightPx=649", "resolution=100 areaHeightPx=1300",
+        "optionHeight=1304", "scanSource=0"}) {
     CheckCentring(missing, 7, 16);
   }
 }

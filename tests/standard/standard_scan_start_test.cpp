@@ -63,6 +63,7 @@ TEST_CASE_FIXTURE(OpenB4,
 
 TEST_CASE("standard: a jammed transparency unit keeps the scan from starting with code 15") {
   CHECK(StartOnUnit(kUnit, Status(0, 0, 0x02)) == 15);
+  CHECK(StartOnUnit(kUnit, Status(0, 0, 0x0E)) == 15);     // neither empty nor open is known of one
   CHECK(StartOnUnit(kUnit, Status(0, 0x06, 0xFD)) == 22);  // goes on
 }
 
