@@ -108,6 +108,7 @@ void Narrator::TakeWrite(const Transfer& transfer) {
   const std::optional<PictureBlocks> picture = conversation_.Picture();
   const Part part = Follow(conversation_, transfer);
   if (part == Part::kParameters && conversation_.IsWhole()) {
+    if (!current_.has_value()) Begin(NameOf(*conversation_.Command()));
     AddFields(DescribeParameters(*conversation_.Command(), bytes), bytes.size());
   } else if (part == Part::kCommand) {
     Begin(NameOf(*conversation_.Command()));

@@ -60,6 +60,13 @@ TEST_CASE("bytes that belong to no command are told with what they are") {
   CHECK(HasLine(told, "!!   read 1 byte               06, nothing was to be read"));
 }
 
+TEST_CASE("parameters that come in another call than their command are told by its name") {
+  SampleConversation sample;
+  sample.Call("PMFeed").Write({0x1B, 'e'}).Read({0x06}).Return();
+  sample.Call("PMReset").Write({1}).Read({0x06}).Return();
+  CHECK(HasLine(Told(sample), "     ESC e option unit         on (1), ACK"));
+}
+
 TEST_CASE("trouble names the line of the capture's file") {
   SampleConversation sample;
   sample.Write({0x1B, '@'}).Read({0x15});
