@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fstream>
+#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -20,9 +22,15 @@ std::span<const std::uint8_t> BytesOf(std::string_view text) {
 ByteFile::ByteFile(const std::filesystem::path& filePath, std::string fileName)
     : path_(filePath),
       name_(std::move(fileName)),
-      stream_(path_, std::ios::binary | std::ios::in | std::ios::out | std::ios::trunc) {
+      stream_(std::make_unique<std::fstream>(
+          path_, std::ios::binary | std::ios::in | std::ios::out | std::ios::trunc)) {
   Require("create the file");
 }
+
+ByteFile::ByteFile()
+    : name_("a picture in memory"),
+      stream_(
+          std::make_unique<std::stringstream>(std::ios::binary | std::ios::in | std::ios::out)) {}
 
 void ByteFile::Append(std::span<const std::uint8_t> bytes) {
   WriteAt(size_, bytes);
@@ -33,9 +41,9 @@ void ByteFile::Append(std::string_view text) {
 }
 
 void ByteFile::WriteAt(std::uint64_t place, std::span<const std::uint8_t> bytes) {
-  if (place != place_) stream_.seekp(static_cast<std::streamoff>(place));
-  stream_.write(reinterpret_cast<const char*>(bytes.data()),
-                static_cast<std::streamsize>(bytes.size()));
+  if (place != place_) stream_->seekp(static_cast<std::streamoff>(place));
+  stream_->write(reinterpret_cast<const char*>(bytes.data()),
+                 static_cast<std::streamsize>(bytes.size()));
   Require("write");
   place_ = place + bytes.size();
   size_ = std::max(size_, place_);
@@ -47,25 +55,27 @@ void ByteFile::WriteAt(std::uint64_t place, std::string_view text) {
 
 std::vector<std::uint8_t> ByteFile::ReadAt(std::uint64_t place, std::size_t count) {
   std::vector<std::uint8_t> bytes(count);
-  stream_.seekg(static_cast<std::streamoff>(place));
-  stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
+  stream_->seekg(static_cast<std::streamoff>(place));
+  stream_->read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
   // What is written next needs a place to be sought first.
-  stream_.seekp(0);
+  stream_->seekp(0);
   place_ = 0;
   Require("read back what was written");
   return bytes;
 }
 
 void ByteFile::Close() {
-  stream_.close();
+  stream_->flush();
   Require("write");
+  stream_.reset();
+  if (path_.empty()) return;
   std::error_code reason;
   std::filesystem::resize_file(path_, size_, reason);
   if (reason) throw Failure(kOutputFile, name_ + ": cannot write: " + reason.message() + ".");
 }
 
 void ByteFile::Require(const char* step) const {
-  if (stream_) return;
+  if (*stream_) return;
   throw Failure(kOutputFile,
                 name_ + ": cannot " + step + ": " + std::generic_category().message(errno) + ".");
 }

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
+#include <istream>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,12 +11,14 @@
 
 namespace pmscan {
 
-// A file that is written from front to back, with places that are filled in later. Everything
-// throws Failure(kOutputFile) that names the file.
+// A file that is written from front to back, with places that are filled in later; on the disk or
+// in memory. Everything throws Failure(kOutputFile) that names the file.
 class ByteFile {
  public:
   // Makes the file, or empties it. `fileName` is its name for messages.
   ByteFile(const std::filesystem::path& filePath, std::string fileName);
+  // In memory.
+  ByteFile();
 
   void Append(std::span<const std::uint8_t> bytes);
   void Append(std::string_view text);
@@ -33,7 +36,7 @@ class ByteFile {
   std::uint64_t Size() const { return size_; }
   const std::string& Name() const { return name_; }
 
-  // The file is complete; nothing else may be called.
+  // The file is complete; nothing else may be called. One in memory is gone.
   void Close();
 
  private:
@@ -41,7 +44,7 @@ class ByteFile {
 
   const std::filesystem::path path_;
   const std::string name_;
-  std::fstream stream_;
+  std::unique_ptr<std::iostream> stream_;
   std::uint64_t place_ = 0;  // where the stream would write
   std::uint64_t size_ = 0;
 };

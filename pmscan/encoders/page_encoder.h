@@ -9,7 +9,8 @@
 
 namespace pmscan {
 
-// Where a picture comes from, as far as its file can tell.
+// Where a picture comes from, as far as its file can tell. PNG files tell nothing of one without
+// software.
 struct PictureOrigin {
   std::string scanner;
   std::string software;

@@ -77,6 +77,7 @@ void PngEncoder::AppendText(std::string_view keyword, const std::string& text) {
 }
 
 void PngEncoder::AppendOrigin() {
+  if (form_.origin.software.empty()) return;
   std::array<char, 20> date{};
   std::strftime(date.data(), date.size(), "%Y-%m-%dT%H:%M:%S", &form_.origin.date);
   AppendText("Source", form_.origin.scanner);

@@ -1,6 +1,7 @@
 #include "pmscan/pictures/picture_writer.h"
 
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "pmscan/command_line/console.h"
