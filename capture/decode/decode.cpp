@@ -73,7 +73,11 @@ class StoryTeller {
 }  // namespace
 
 std::string Decode(const Capture& capture) {
-  return LayOut(StoryTeller(capture).Tell());
+  return LayOut(TellCalls(capture));
+}
+
+std::vector<CallStory> TellCalls(const Capture& capture) {
+  return StoryTeller(capture).Tell();
 }
 
 }  // namespace capture

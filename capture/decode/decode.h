@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "capture/decode/decode_page.h"
 #include "capture/file/capture.h"
 
 namespace capture {
@@ -10,5 +12,8 @@ namespace capture {
 // exchanges with the scanner. What is alike is told once ("... 9 more like it"); a line on what
 // went wrong begins with "!!".
 std::string Decode(const Capture& capture);
+
+// The same call by call, nothing folded. What lies outside the calls is a story without a heading.
+std::vector<CallStory> TellCalls(const Capture& capture);
 
 }  // namespace capture

@@ -45,6 +45,7 @@ void Narrator::Take(const Transfer& transfer, std::uint32_t line) {
   } else {
     TakeRead(transfer);
   }
+  ++current_->transfers;
   lastMicroseconds_ = transfer.microseconds;
 }
 

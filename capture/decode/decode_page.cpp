@@ -167,19 +167,14 @@ std::string Summary(const std::vector<CallStory>& calls) {
   return text + "; trouble in " + std::to_string(troubled) + ", marked with !!";
 }
 
-// Calls that the host repeats in the same order: one band after the other, or a question again and
-// again with another one behind it.
-struct Cycle {
-  std::size_t calls = 1;
-  std::size_t repetitions = 0;  // behind the first time
-};
-
 std::size_t CountRepetitions(const std::vector<CallStory>& calls, std::size_t first,
                              std::size_t length) {
   std::size_t next = first + length;
   while (next < calls.size() && calls[next].IsLike(calls[next - length])) ++next;
   return (next - first - length) / length;
 }
+
+}  // namespace
 
 Cycle FindCycle(const std::vector<CallStory>& calls, std::size_t first) {
   constexpr std::size_t kLongestCycle = 4;
@@ -189,8 +184,6 @@ Cycle FindCycle(const std::vector<CallStory>& calls, std::size_t first) {
   }
   return {};
 }
-
-}  // namespace
 
 bool CallStory::IsToldInHeading() const {
   return !isOpen && settingsByHost.empty() && exchanges.empty() && settingsByModule.empty();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -26,6 +27,16 @@ struct CallStory {
   // The same but for time, blocks and numbers that only count.
   bool IsLike(const CallStory& other) const;
 };
+
+// Calls that the host repeats in the same order: one band after the other, or a question again and
+// again with another one behind it.
+struct Cycle {
+  std::size_t calls = 1;
+  std::size_t repetitions = 0;  // behind the first time; 0, or at least 2
+};
+
+// The shortest cycle that begins with the call.
+Cycle FindCycle(const std::vector<CallStory>& calls, std::size_t first);
 
 // Lays the calls out as lines: see Decode.
 std::string LayOut(const std::vector<CallStory>& calls);

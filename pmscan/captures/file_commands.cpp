@@ -13,6 +13,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/report_page/report_page.h"
 
 namespace pmscan {
 namespace {
@@ -53,6 +54,10 @@ std::string Summary(const capture::Capture& capture) {
          " of them image data of which the capture keeps only the length";
 }
 
+std::string FileNameOf(const std::string& name) {
+  return Utf8(PathOf(name).filename());
+}
+
 }  // namespace
 
 void RunDecodeCommand(const Options& options, std::ostream& out) {
@@ -63,6 +68,15 @@ void RunConvertCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
   RequireFree(options);
   WriteFile(options.convertedFile, capture::ToPcapng(capture));
+  out << options.convertedFile << ": " << Summary(capture) << "\n";
+}
+
+void RunReportCommand(const Options& options, std::ostream& out) {
+  const capture::Capture capture = ReadCaptureFile(options.readCapture);
+  RequireFree(options);
+  const std::string page =
+      ReportPage(capture, FileNameOf(options.readCapture), !options.leavesOutPictures);
+  WriteFile(options.convertedFile, {page.begin(), page.end()});
   out << options.convertedFile << ": " << Summary(capture) << "\n";
 }
 

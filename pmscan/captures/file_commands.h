@@ -14,4 +14,7 @@ void RunDecodeCommand(const Options& options, std::ostream& out);
 // A file that could not be written to its end is removed.
 void RunConvertCommand(const Options& options, std::ostream& out);
 
+// Writes a report on a capture file as one page of HTML; else as RunConvertCommand.
+void RunReportCommand(const Options& options, std::ostream& out);
+
 }  // namespace pmscan

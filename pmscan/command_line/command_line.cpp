@@ -58,6 +58,7 @@ void DeclareBonds(CLI::App& app) {
   }
   app.get_subcommand("scan")->get_option("--batch")->excludes("--output");
   app.get_subcommand("convert")->get_option("--output")->required();
+  app.get_subcommand("report")->get_option("--output")->required();
   app.require_subcommand(1);
 }
 

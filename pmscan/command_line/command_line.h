@@ -27,6 +27,7 @@ enum class Command {
   kDevices,
   kProfiles,
   kReplay,
+  kReport,
   kScan,
   kFeed,
   kEject,
@@ -44,8 +45,9 @@ struct Options {
   bool isJson = false;     // the report is a JSON document
   CaptureChoice capture;   // without a file: none
   bool mayOverwrite = false;
-  std::string readCapture;  // of decode, convert and replay
-  std::string convertedFile;
+  std::string readCapture;         // of decode, convert, report and replay
+  std::string convertedFile;       // of convert and report
+  bool leavesOutPictures = false;  // of a report
   // Of a replay.
   std::string replayedPicture;  // empty: none
   bool isTolerant = false;      // goes on behind a difference

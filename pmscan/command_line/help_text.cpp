@@ -29,6 +29,7 @@ Examples
   pmscan replay jam.capture
   pmscan decode jam.capture
   pmscan convert jam.capture -o jam.pcapng
+  pmscan report jam.capture -o jam.html
 )";
 
 // The line in pieces that fit behind the indent.
@@ -97,7 +98,8 @@ std::string AllOptions() {
   for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
                                           std::pair("Options of profiles", Command::kProfiles),
                                           std::pair("Options of replay", Command::kReplay),
-                                          std::pair("Options of convert", Command::kConvert)}) {
+                                          std::pair("Options of convert", Command::kConvert),
+                                          std::pair("Options of report", Command::kReport)}) {
     text += OptionsText(headline, [wanted = command](const OptionRow& row) {
       return IsFor(row, wanted) && !IsShared(row);
     });
@@ -137,8 +139,8 @@ std::string HelpText(Command command) {
          Row("pmscan --help", "print this page", kUsageColumn) +
          Row("pmscan --version", "print the version", kUsageColumn) + std::string(kExamples) +
          AllOptions() +
-         "\nfocus also takes --focus, replay --dll and --overwrite, convert --overwrite,\n"
-         "devices --json.\n"
+         "\nfocus also takes --focus, replay --dll and --overwrite, convert and report\n"
+         "--overwrite, devices --json.\n"
          "Ctrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.\n" +
          ExitCodes();
 }

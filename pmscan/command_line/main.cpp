@@ -203,6 +203,10 @@ bool RunFileCommand(const Options& options) {
     RunProfilesCommand(options, ProfileFolder(), std::cout);
     return true;
   }
+  if (options.command == Command::kReport) {
+    RunReportCommand(options, std::cout);
+    return true;
+  }
   if (options.command != Command::kConvert) return false;
   RunConvertCommand(options, std::cout);
   return true;

@@ -38,6 +38,8 @@ inline constexpr std::array kCommands{
     CommandRow{Command::kDecode, "decode", "FILE", "tell what was said in a capture"},
     CommandRow{Command::kConvert, "convert", "FILE -o FILE.pcapng",
                "write a capture for Wireshark"},
+    CommandRow{Command::kReport, "report", "FILE -o FILE.html",
+               "tell a capture as a page for the browser"},
 };
 
 // The options with those of their texts that become something else once all is read.
@@ -100,6 +102,7 @@ namespace option_rows {
 inline constexpr unsigned kScan = Bit(Command::kScan);
 inline constexpr unsigned kReplay = Bit(Command::kReplay);
 inline constexpr unsigned kConvert = Bit(Command::kConvert);
+inline constexpr unsigned kReport = Bit(Command::kReport);
 inline constexpr unsigned kFocus = Bit(Command::kFocus);
 inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo) | kFocus | Bit(Command::kFeed) |
                                      Bit(Command::kEject) | Bit(Command::kReset);
@@ -125,7 +128,7 @@ inline constexpr std::array kAll{
               "text; of the picture's data length and checksum only"},
     OptionRow{kScanner, kGiven, "--capture-data", "", &At<&W::keepsImageData>,
               "record the picture's data too"},
-    OptionRow{kScanner | kReplay | kConvert, kGiven, "--overwrite", "", &At<&W::mayOverwrite>,
+    OptionRow{kScanner | kReplay | kConvert | kReport, kGiven, "--overwrite", "", &At<&W::mayOverwrite>,
               "replace files of the same name; without it nothing is scanned"},
     OptionRow{kScan, kGiven, "-o,--output", "FILE", &At<&W::output>,
               "the picture: .png, .tif, .tiff, .pdf, .bmp, .jpg or .jpeg; - for\n"
@@ -218,6 +221,10 @@ inline constexpr std::array kAll{
               "--capture-data, in full lines"},
     OptionRow{kConvert, kGiven, "-o,--output", "FILE", &At<&W::convertedFile>,
               "the pcapng file; the Wireshark dissector is in docs/wireshark"},
+    OptionRow{kReport, kGiven, "-o,--output", "FILE", &At<&W::convertedFile>,
+              "the page, one .html file that needs nothing else"},
+    OptionRow{kReport, kGiven, "--no-pictures", "", &At<&W::leavesOutPictures>,
+              "show the borders of the pages only, not what was scanned"},
 };
 // clang-format on
 

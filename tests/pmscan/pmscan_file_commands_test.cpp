@@ -72,4 +72,42 @@ TEST_CASE("convert refuses a folder that is not there") {
   CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kCaptureUnwritable);
 }
 
+TEST_CASE("report writes a page with the capture's name and says how much is in it") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  Options options = folder.Write(kReset);
+  options.convertedFile = folder.Name("some.html");
+  pmscan::RunReportCommand(options, out);
+  CHECK(out.str() == options.convertedFile + ": 2 transfers\n");
+  const std::string page = folder.Text("some.html");
+  CHECK(page.starts_with("<!DOCTYPE html>"));
+  CHECK(page.ends_with("</html>\n"));
+  CHECK(page.find("{\"file\":\"some.capture\"") != std::string::npos);
+}
+
+TEST_CASE("report replaces a page only when it may") {
+  const CaptureFolder folder;
+  Options options = folder.Write(kReset);
+  std::ofstream(options.convertedFile) << "mine";
+  CHECK(CodeOf(pmscan::RunReportCommand, options) == pmscan::kCaptureUnwritable);
+  options.mayOverwrite = true;
+  CHECK(CodeOf(pmscan::RunReportCommand, options) == 0);
+}
+
+TEST_CASE("report leaves the pictures out when it is told to") {
+  const CaptureFolder folder;
+  Options options = folder.Write(
+      "pmddb832 capture 1\nwrite 2 : 1C 57\nread 1 : 06\nwrite 64 :\n"
+      "+ 4B000000 4B000000 00000000 00000000 03000000 02000000 00080000 02000000\n+ 00\n* 31\n"
+      "read 1 : 06\nwrite 2 : 1C 47\nread 14 : 02 00 06 00 00 00 01 00 00 00 00 00 00 00\n"
+      "read 7 : 01 02 03 04 05 06 00\n");
+  std::ostringstream out;
+  options.mayOverwrite = true;
+  pmscan::RunReportCommand(options, out);
+  CHECK(folder.Text("some.pcapng").find("data:image/png") != std::string::npos);
+  options.leavesOutPictures = true;
+  pmscan::RunReportCommand(options, out);
+  CHECK(folder.Text("some.pcapng").find("data:image/png") == std::string::npos);
+}
+
 }  // namespace
