@@ -3,6 +3,7 @@
 // say, and the corpora in a folder, a file for each target with one input in hexadecimal digits in
 // each line.
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <exception>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "capture/file/capture_reader.h"
+#include "capture/pcapng/pcapng_writer.h"
 #include "fuzz/conversation_seeds.h"
 #include "fuzz/recording_device.h"
 #include "interface/exports.h"
@@ -28,6 +30,7 @@ using namespace pmddb832;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t kProcessDetach = 0;
+constexpr std::size_t kEntriesOfTrace = 30;  // no longer than the targets take
 
 // What a scanner says while it is opened.
 Bytes OpeningAnswers(const std::string& name) {
@@ -86,10 +89,11 @@ struct OpeningOfCapture {
 void AddCapture(const std::filesystem::path& file, Corpora& corpora) {
   std::ifstream text(file);
   OpeningOfCapture opening;
-  for (const capture::Entry& entry : capture::ReadCapture(text, file.string()).entries) {
-    std::visit(opening, entry);
-  }
+  capture::Capture capture = capture::ReadCapture(text, file.string());
+  for (const capture::Entry& entry : capture.entries) std::visit(opening, entry);
   corpora.Add("open_fuzzer", opening.answers);
+  capture.entries.resize(std::min(capture.entries.size(), kEntriesOfTrace));
+  corpora.Add("trace_fuzzer", capture::ToPcapng(capture));
 }
 
 Bytes FromHex(const std::string& digits) {

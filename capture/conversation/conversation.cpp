@@ -57,7 +57,7 @@ void Conversation::Begin(const pmddb832::CommandShape& command) {
 // Parameters may come in pieces; a command in their place is one when it does not complete them.
 bool Conversation::AreParameters(Bytes bytes) const {
   if (expected_ != Expected::kParameters) return false;
-  const std::size_t left = command_->parameterBytes - message_.size();
+  const std::size_t left = NextParameterBytes();
   if (bytes.size() == left) return true;
   return bytes.size() < left && FindCommand(bytes) == nullptr && !IsControl(bytes);
 }
@@ -87,6 +87,26 @@ bool Conversation::AwaitsPicture() const {
   if (!picture_.has_value() || expected_ != Expected::kNothing) return false;
   const PictureBlocks::Step next = picture_->Next();
   return next == PictureBlocks::Step::kHeader || next == PictureBlocks::Step::kBlock;
+}
+
+std::uint64_t Conversation::NextReadBytes() const {
+  if (AwaitsPicture()) return picture_->NextBytes();
+  switch (expected_) {
+    case Expected::kLetterAcknowledge:
+    case Expected::kAcknowledge:
+      return 1;
+    case Expected::kReply:
+      return pmddb832::ReplyShapeOf(command_->reply).firstRead;
+    case Expected::kReplyData:
+      return pmddb832::DeclaredDataBytes(command_->reply, message_);
+    default:
+      return 0;
+  }
+}
+
+std::size_t Conversation::NextParameterBytes() const {
+  if (expected_ != Expected::kParameters) return 0;
+  return command_->parameterBytes - message_.size();
 }
 
 Part Conversation::Read(Bytes bytes, bool hasFailed) {

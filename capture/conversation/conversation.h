@@ -54,6 +54,12 @@ class Conversation {
   const std::vector<std::uint8_t>& Message() const { return message_; }
   bool IsWhole() const { return isWhole_; }
 
+  // The bytes that the next read brings, as far as the protocol tells; 0 where nothing asked for
+  // it.
+  std::uint64_t NextReadBytes() const;
+  // The parameters that the scanner waits for; 0 for none.
+  std::size_t NextParameterBytes() const;
+
   // Whether the next read belongs to a picture, and the picture that was begun last; empty when
   // none was since the last command.
   bool AwaitsPicture() const;

@@ -76,6 +76,12 @@ void PictureBlocks::Announce() {
   block_.lines = isLast ? static_cast<std::uint32_t>(linesLeft) : scan_.linesPerBlock;
 }
 
+std::uint64_t PictureBlocks::NextBytes() const {
+  if (next_ == Step::kBlock) return block_.announcedBytes + (isExtended_ ? 1 : 0);
+  if (next_ != Step::kHeader) return 0;
+  return scan_.linesAtOnce ? sizeof(pmddb832::BlockHeader) : block_of::kOneLineHeaderBytes;
+}
+
 void PictureBlocks::TakeHeader(Bytes header) {
   block_.status = static_cast<std::uint8_t>(NumberIn(header, block_of::kStatus));
   block_.lines = scan_.linesAtOnce ? NumberIn(header, block_of::kLines) : 1;

@@ -44,6 +44,8 @@ class PictureBlocks {
   static PictureBlocks Standard(const AnnouncedScan& scan, Bytes header);
 
   Step Next() const { return next_; }
+  // The bytes of the header or the block that is to come, with its status; 0 for an answer.
+  std::uint64_t NextBytes() const;
   // The block that is next or was last.
   const PictureBlock& Block() const { return block_; }
 

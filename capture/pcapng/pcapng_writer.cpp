@@ -1,33 +1,23 @@
 #include "capture/pcapng/pcapng_writer.h"
 
+#include <limits>
 #include <span>
 #include <string>
 #include <variant>
 
 #include "capture/decode/decode_calls.h"
 #include "capture/decode/decode_fields.h"
-#include "capture/file/number_text.h"
+#include "capture/pcapng/packet_remarks.h"
+#include "capture/pcapng/pcapng_format.h"
 
 namespace capture {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::uint32_t kSectionHeader = 0x0A0D0D0A;
-constexpr std::uint32_t kInterfaceDescription = 1;
-constexpr std::uint32_t kEnhancedPacket = 6;
-constexpr std::uint32_t kByteOrderMagic = 0x1A2B3C4D;
-constexpr std::uint16_t kUsbPcap = 249;
+using namespace pcapng;
 
-constexpr std::uint16_t kEndOfOptions = 0;
-constexpr std::uint16_t kComment = 1;
-constexpr std::uint16_t kInterfaceName = 2;
-constexpr std::uint16_t kUserApplication = 4;  // of a section header
-
-constexpr std::uint16_t kPseudoHeaderBytes = 27;
 constexpr std::uint16_t kBulkTransfer = 9;  // the function code of bulk and interrupt transfers
-constexpr std::uint8_t kBulk = 3;
-constexpr std::uint8_t kFromDevice = 1;  // the packet tells of the end of the transfer
 constexpr std::uint16_t kBus = 1;
 constexpr std::uint16_t kDevice = 1;
 constexpr std::uint8_t kEndpointOut = 0x02;
@@ -45,8 +35,9 @@ void PutPadded(Bytes& to, std::span<const std::uint8_t> bytes) {
   while (to.size() % 4 != 0) to.push_back(0);
 }
 
-void PutOption(Bytes& to, std::uint16_t code, const std::string& text) {
+void PutOption(Bytes& to, std::uint16_t code, std::string_view text) {
   if (text.empty()) return;
+  text = text.substr(0, std::numeric_limits<std::uint16_t>::max());
   Put(to, code);
   Put(to, static_cast<std::uint16_t>(text.size()));
   PutPadded(to, Bytes(text.begin(), text.end()));
@@ -59,8 +50,7 @@ void PutEndOfOptions(Bytes& to) {
 
 // A block has its length in front of its body and behind it.
 void PutBlock(Bytes& to, std::uint32_t type, const Bytes& body) {
-  constexpr std::size_t kFrameBytes = 12;
-  const auto length = static_cast<std::uint32_t>(body.size() + kFrameBytes);
+  const auto length = static_cast<std::uint32_t>(body.size() + kBlockFrameBytes);
   Put(to, type);
   Put(to, length);
   to.insert(to.end(), body.begin(), body.end());
@@ -80,27 +70,27 @@ void PutSectionHeader(Bytes& to) {
 
 void PutInterface(Bytes& to) {
   Bytes body;
-  Put(body, kUsbPcap);
+  Put(body, usb::kUsbPcap);
   Put(body, std::uint16_t{0});
   Put(body, std::uint32_t{0});  // packets of any length; times in microseconds, the default
-  PutOption(body, kInterfaceName, "still-image device");
+  PutOption(body, kInterfaceName, kDeviceInterface);
   PutEndOfOptions(body);
   PutBlock(to, kInterfaceDescription, body);
 }
 
 Bytes PseudoHeader(const Transfer& transfer, std::uint64_t number, std::uint32_t length) {
   const bool isIn = transfer.direction == Direction::kFromScanner;
-  const bool isOver = isIn || transfer.result < 0;
+  const bool isOver = isIn || transfer.result != 0;
   Bytes header;
-  Put(header, kPseudoHeaderBytes);
+  Put(header, usb::kUsbPcapHeaderBytes);
   Put(header, number);  // of the request
-  Put(header, transfer.result < 0 ? static_cast<std::uint32_t>(transfer.result) : 0u);
+  Put(header, static_cast<std::uint32_t>(transfer.result));
   Put(header, kBulkTransfer);
-  Put(header, isOver ? kFromDevice : std::uint8_t{0});
+  Put(header, isOver ? usb::kFromDevice : std::uint8_t{0});
   Put(header, kBus);
   Put(header, kDevice);
   Put(header, isIn ? kEndpointIn : kEndpointOut);
-  Put(header, kBulk);
+  Put(header, usb::kBulk);
   Put(header, length);
   return header;
 }
@@ -123,23 +113,16 @@ class PacketWriter {
   void operator()(const SettingsChange&) {}
 
   void operator()(const Transfer& transfer) {
-    RemarkOn(transfer);
+    Remark(RequestRemark(transfer));
+    Remark(ImageRemark(transfer));
     PutPacket(transfer);
     remarks_.clear();
   }
 
  private:
   void Remark(const std::string& text) {
+    if (text.empty()) return;
     remarks_.append(remarks_.empty() ? "" : "\n").append(text);
-  }
-
-  void RemarkOn(const Transfer& transfer) {
-    if (transfer.direction == Direction::kFromScanner && transfer.delivered < transfer.requested) {
-      Remark("the host asked for " + Counted(transfer.requested, "byte"));
-    }
-    if (transfer.bytes.has_value()) return;
-    Remark("image data not kept: CRC-32 " + HexNumber(transfer.checksum) + ", last byte " +
-           HexNumber(transfer.lastByte));
   }
 
   void PutPacket(const Transfer& transfer) {
@@ -153,7 +136,7 @@ class PacketWriter {
     Put(body, static_cast<std::uint32_t>(transfer.microseconds >> 32));
     Put(body, static_cast<std::uint32_t>(transfer.microseconds));
     Put(body, static_cast<std::uint32_t>(packet.size()));
-    Put(body, std::uint32_t{kPseudoHeaderBytes} + length);
+    Put(body, std::uint32_t{usb::kUsbPcapHeaderBytes} + length);
     PutPadded(body, packet);
     PutOption(body, kComment, remarks_);
     PutEndOfOptions(body);

@@ -19,4 +19,10 @@ capture::Capture ReadCaptureFile(const std::string& fileName) {
   }
 }
 
+void RequireFree(const std::string& fileName, bool mayOverwrite) {
+  std::error_code ignored;
+  if (mayOverwrite || !std::filesystem::exists(PathOf(fileName), ignored)) return;
+  throw Failure(kCaptureUnwritable, fileName + " is already there; add --overwrite to replace it.");
+}
+
 }  // namespace pmscan

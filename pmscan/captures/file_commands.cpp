@@ -18,14 +18,6 @@
 namespace pmscan {
 namespace {
 
-void RequireFree(const Options& options) {
-  std::error_code ignored;
-  const bool isThere = std::filesystem::exists(PathOf(options.convertedFile), ignored);
-  if (options.mayOverwrite || !isThere) return;
-  throw Failure(kCaptureUnwritable,
-                options.convertedFile + " is already there; add --overwrite to replace it.");
-}
-
 void WriteFile(const std::string& name, const std::vector<std::uint8_t>& bytes) {
   const std::filesystem::path path = PathOf(name);
   std::ofstream stream(path, std::ios::binary | std::ios::trunc);
@@ -66,14 +58,14 @@ void RunDecodeCommand(const Options& options, std::ostream& out) {
 
 void RunConvertCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
-  RequireFree(options);
+  RequireFree(options.convertedFile, options.mayOverwrite);
   WriteFile(options.convertedFile, capture::ToPcapng(capture));
   out << options.convertedFile << ": " << Summary(capture) << "\n";
 }
 
 void RunReportCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
-  RequireFree(options);
+  RequireFree(options.convertedFile, options.mayOverwrite);
   const std::string page =
       ReportPage(capture, FileNameOf(options.readCapture), !options.leavesOutPictures);
   WriteFile(options.convertedFile, {page.begin(), page.end()});

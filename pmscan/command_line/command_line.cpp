@@ -73,6 +73,9 @@ void Declare(Program& program) {
     if (row.usage.starts_with("FILE")) {
       command.add_option("file", program.words.readCapture)->required();
     }
+    if (row.command == Command::kImport) {
+      command.add_option("trace", program.words.trace)->required();
+    }
     if (row.command == Command::kProfiles) {
       command.add_option("name", program.words.shownProfile);
     }

@@ -23,6 +23,7 @@ enum class Command {
   kVersion,
   kInfo,
   kConvert,
+  kImport,
   kDecode,
   kDevices,
   kProfiles,
@@ -34,6 +35,8 @@ enum class Command {
   kReset,
   kFocus
 };
+
+inline constexpr std::uint32_t kAnyOnBus = 0xFFFFFFFF;
 
 // What the user asks for. Texts are UTF-8.
 struct Options {
@@ -48,6 +51,11 @@ struct Options {
   std::string readCapture;         // of decode, convert, report and replay
   std::string convertedFile;       // of convert and report
   bool leavesOutPictures = false;  // of a report
+  // Of import.
+  std::string trace;
+  std::string importedFile;  // empty: beside the trace
+  std::uint32_t traceBus = kAnyOnBus;
+  std::uint32_t traceDevice = kAnyOnBus;
   // Of a replay.
   std::string replayedPicture;  // empty: none
   bool isTolerant = false;      // goes on behind a difference

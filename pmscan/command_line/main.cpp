@@ -8,6 +8,7 @@
 #include "pmscan/captures/capture_session.h"
 #include "pmscan/captures/dry_run.h"
 #include "pmscan/captures/file_commands.h"
+#include "pmscan/captures/import_command.h"
 #include "pmscan/captures/replay_command.h"
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/console.h"
@@ -205,6 +206,10 @@ bool RunFileCommand(const Options& options) {
   }
   if (options.command == Command::kReport) {
     RunReportCommand(options, std::cout);
+    return true;
+  }
+  if (options.command == Command::kImport) {
+    RunImportCommand(options, std::cout);
     return true;
   }
   if (options.command != Command::kConvert) return false;

@@ -40,6 +40,8 @@ inline constexpr std::array kCommands{
                "write a capture for Wireshark"},
     CommandRow{Command::kReport, "report", "FILE -o FILE.html",
                "tell a capture as a page for the browser"},
+    CommandRow{Command::kImport, "import", "TRACE [options]",
+               "make a capture of what was traced on a USB"},
 };
 
 // The options with those of their texts that become something else once all is read.
@@ -103,6 +105,7 @@ inline constexpr unsigned kScan = Bit(Command::kScan);
 inline constexpr unsigned kReplay = Bit(Command::kReplay);
 inline constexpr unsigned kConvert = Bit(Command::kConvert);
 inline constexpr unsigned kReport = Bit(Command::kReport);
+inline constexpr unsigned kImport = Bit(Command::kImport);
 inline constexpr unsigned kFocus = Bit(Command::kFocus);
 inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo) | kFocus | Bit(Command::kFeed) |
                                      Bit(Command::kEject) | Bit(Command::kReset);
@@ -128,7 +131,8 @@ inline constexpr std::array kAll{
               "text; of the picture's data length and checksum only"},
     OptionRow{kScanner, kGiven, "--capture-data", "", &At<&W::keepsImageData>,
               "record the picture's data too"},
-    OptionRow{kScanner | kReplay | kConvert | kReport, kGiven, "--overwrite", "", &At<&W::mayOverwrite>,
+    OptionRow{kScanner | kReplay | kConvert | kReport | kImport, kGiven, "--overwrite", "",
+              &At<&W::mayOverwrite>,
               "replace files of the same name; without it nothing is scanned"},
     OptionRow{kScan, kGiven, "-o,--output", "FILE", &At<&W::output>,
               "the picture: .png, .tif, .tiff, .pdf, .bmp, .jpg or .jpeg; - for\n"
@@ -225,6 +229,12 @@ inline constexpr std::array kAll{
               "the page, one .html file that needs nothing else"},
     OptionRow{kReport, kGiven, "--no-pictures", "", &At<&W::leavesOutPictures>,
               "show the borders of the pages only, not what was scanned"},
+    OptionRow{kImport, kGiven, "-o,--output", "FILE", &At<&W::importedFile>,
+              "the capture (default: the trace's name with .capture)"},
+    OptionRow{kImport, kGiven, "--bus", "NUMBER", &At<&W::traceBus>,
+              "the bus that the scanner is at (default: where commands are sent)"},
+    OptionRow{kImport, kGiven, "--device", "NUMBER", &At<&W::traceDevice>,
+              "its address there (default: where commands are sent)"},
 };
 // clang-format on
 
