@@ -14,7 +14,8 @@ struct Exchange {
   std::vector<std::string> parts;  // what was said, in its order: "ACK", "colour (0x13)", "ACK"
   std::vector<FieldRow> rows;      // a block of many fields
   bool hasTrouble = false;
-  std::uint32_t line = 0;       // of the capture's file, where the trouble is; 0 when not known
+  // Of the capture's file: where the trouble is, or else where it begins; 0 when not known.
+  std::uint32_t line = 0;
   std::uint32_t block = 0;      // number of the block, from 1; 0 for a command
   std::uint32_t transfers = 0;  // that it is made of
 

@@ -58,6 +58,7 @@ void Narrator::Begin(std::string title) {
   if (current_.has_value()) exchanges_.push_back(*std::move(current_));
   current_ = Exchange{};
   current_->title = std::move(title);
+  current_->line = currentLine_;
 }
 
 void Narrator::BeginBlock(const PictureBlock& block) {

@@ -158,15 +158,6 @@ std::vector<const Exchange*> Different(const std::vector<Exchange>& exchanges) {
   return kinds;
 }
 
-std::string Summary(const std::vector<CallStory>& calls) {
-  const auto troubled = std::count_if(calls.begin(), calls.end(), HasTrouble);
-  const auto named = std::count_if(calls.begin(), calls.end(),
-                                   [](const CallStory& call) { return !call.heading.empty(); });
-  std::string text = Counted(static_cast<std::uint64_t>(named), "call") + " of the host";
-  if (troubled == 0) return text + ", nothing went wrong";
-  return text + "; trouble in " + std::to_string(troubled) + ", marked with !!";
-}
-
 std::size_t CountRepetitions(const std::vector<CallStory>& calls, std::size_t first,
                              std::size_t length) {
   std::size_t next = first + length;
@@ -185,6 +176,17 @@ Cycle FindCycle(const std::vector<CallStory>& calls, std::size_t first) {
   return {};
 }
 
+std::string Summarize(const std::vector<CallStory>& calls) {
+  const auto troubled = std::count_if(calls.begin(), calls.end(), HasTrouble);
+  const auto named = std::count_if(calls.begin(), calls.end(),
+                                   [](const CallStory& call) { return !call.heading.empty(); });
+  const std::string text =
+      named == 0 ? "no call of the host"
+                 : Counted(static_cast<std::uint64_t>(named), "call") + " of the host";
+  if (troubled == 0) return text + ", nothing went wrong";
+  return text + "; trouble in " + std::to_string(troubled) + ", marked with !!";
+}
+
 bool CallStory::IsToldInHeading() const {
   return !isOpen && settingsByHost.empty() && exchanges.empty() && settingsByModule.empty();
 }
@@ -201,7 +203,7 @@ bool CallStory::IsLike(const CallStory& other) const {
 
 std::string LayOut(const std::vector<CallStory>& calls) {
   Page page;
-  page.Add(0, Summary(calls));
+  page.Add(0, Summarize(calls));
   for (std::size_t i = 0; i < calls.size();) {
     const Cycle cycle = FindCycle(calls, i);
     const std::size_t shown = i + cycle.calls;

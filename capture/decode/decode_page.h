@@ -38,6 +38,9 @@ struct Cycle {
 // The shortest cycle that begins with the call.
 Cycle FindCycle(const std::vector<CallStory>& calls, std::size_t first);
 
+// "12 calls of the host, nothing went wrong".
+std::string Summarize(const std::vector<CallStory>& calls);
+
 // Lays the calls out as lines: see Decode.
 std::string LayOut(const std::vector<CallStory>& calls);
 

@@ -9,7 +9,7 @@ namespace capture {
 // What the module did in another way than the capture tells.
 struct Difference {
   std::uint32_t line = 0;  // of the capture's file, 0 when it comes from none
-  std::string call;        // the export that was called; empty while the module was unloaded
+  std::string call;        // the export that was called; empty outside the calls
   std::string expected;    // as a capture would hold it, without the last line feed
   std::string came;
   std::string decoded;  // what that means, a line for each fact; may be empty

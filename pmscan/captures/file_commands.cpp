@@ -10,6 +10,7 @@
 #include "capture/file/number_text.h"
 #include "capture/pcapng/pcapng_writer.h"
 #include "pmscan/captures/capture_file.h"
+#include "pmscan/captures/decode_json.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
 #include "pmscan/report/error_codes.h"
@@ -53,7 +54,8 @@ std::string FileNameOf(const std::string& name) {
 }  // namespace
 
 void RunDecodeCommand(const Options& options, std::ostream& out) {
-  out << capture::Decode(ReadCaptureFile(options.readCapture));
+  const capture::Capture capture = ReadCaptureFile(options.readCapture);
+  out << (options.isJson ? DecodeJson(capture) : capture::Decode(capture));
 }
 
 void RunConvertCommand(const Options& options, std::ostream& out) {

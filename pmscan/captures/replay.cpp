@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "capture/decode/decode_calls.h"
 #include "capture/file/capture_writer.h"
-#include "capture/file/number_text.h"
 #include "capture/file/settings_text.h"
 #include "pmscan/captures/call_values.h"
 #include "pmscan/command_line/failure.h"
@@ -18,26 +18,12 @@ using capture::CallEnd;
 using capture::LineOf;
 using capture::SettingsChange;
 
-// Every line of the text behind the label, the second and later ones below the first.
-std::string Labelled(const std::string& label, const std::string& text) {
-  std::string result = "  " + label;
-  for (const char c : text) {
-    result += c;
-    if (c == '\n') result.append(2 + label.size(), ' ');
-  }
-  return result + "\n";
+bool HasTrouble(const std::vector<capture::FieldRow>& results) {
+  return std::any_of(results.begin(), results.end(),
+                     [](const capture::FieldRow& row) { return row.isTrouble; });
 }
 
 }  // namespace
-
-std::string Describe(const capture::Difference& difference, const std::string& captureFile) {
-  std::string text = captureFile + ", line " + std::to_string(difference.line) + ", ";
-  text += difference.call.empty() ? "behind the last call" : "in " + difference.call;
-  text += ":\n" + Labelled("expected  ", difference.expected);
-  text += Labelled("came      ", difference.came);
-  if (difference.decoded.empty()) return text;
-  return text + Labelled("decoded   ", difference.decoded.substr(0, difference.decoded.size() - 1));
-}
 
 Replay::Replay(const capture::Capture& playedCapture, std::string captureFile,
                capture::DifferenceLog& differences, PictureTaker* pictureTaker)
@@ -50,6 +36,7 @@ Replay::Replay(const capture::Capture& playedCapture, std::string captureFile,
 }
 
 void Replay::Run(const ModuleExports& module) {
+  RequireCalls();
   CallSurroundings host{module, settings_, {}};
   for (std::size_t i = 0; i < capture_.entries.size() && !log_.IsOver(); ++i) {
     if (const auto* const change = std::get_if<SettingsChange>(&capture_.entries[i])) {
@@ -62,6 +49,18 @@ void Replay::Run(const ModuleExports& module) {
     i = end;
     behindCalls_ = std::min(end + 1, capture_.entries.size());
   }
+}
+
+void Replay::RequireCalls() const {
+  const auto isCall = [](const capture::Entry& entry) {
+    return std::holds_alternative<CallBegin>(entry);
+  };
+  if (std::any_of(capture_.entries.begin(), capture_.entries.end(), isCall)) return;
+  throw Failure(kCaptureUnreadable,
+                file_ +
+                    " holds no calls of a host, as an imported one: there is nothing to replay. "
+                    "Scan with its scanner: pmscan scan -o FILE --device capture:" +
+                    file_);
 }
 
 // The entry of the call's return; the end of the capture when it has none.
@@ -79,12 +78,48 @@ void Replay::MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end
   const CallOutcome outcome = CallModule(known, host, call.arguments);
   device_.EndCall();
   ++calls_;
-  if (log_.IsOver()) return;
-  endsInCall_ = end == capture_.entries.size();
-  if (endsInCall_) return;
-  CompareSettings(begin + 1, end, call.name);
-  Compare(outcome, end);
-  TakePicture(host, call, outcome);
+  CountLines(call, outcome);
+  endsInCall_ = end == capture_.entries.size() && !log_.IsOver();
+  if (!endsInCall_ && !log_.IsOver()) {
+    CompareSettings(begin + 1, end, call.name);
+    Compare(outcome, end);
+    TakePicture(host, call, outcome);
+  }
+  Tell(call, outcome, end, host.module);
+}
+
+void Replay::CountLines(const CallBegin& call, const CallOutcome& outcome) {
+  const std::vector<capture::Value>& results = outcome.results;
+  if (call.name == "PMInitAcquire") {
+    summary_.height = ValueOf(results, "heightLines");
+    summary_.lines = 0;
+  } else if (call.name == "PMAcquireImage" && outcome.imageChecksum.has_value()) {
+    summary_.lines += ValueOf(results, "lines");
+  }
+}
+
+// The host may ask for the error next, and the module forgets what it told.
+bool Replay::HostAsksNext(std::size_t end) const {
+  for (std::size_t i = end; i < capture_.entries.size(); ++i) {
+    const auto* const call = std::get_if<CallBegin>(&capture_.entries[i]);
+    if (call != nullptr) return call->name == "PMGetScanError";
+  }
+  return false;
+}
+
+void Replay::Tell(const CallBegin& call, const CallOutcome& outcome, std::size_t end,
+                  const ModuleExports& module) {
+  std::optional<ModuleAnswer>& answer = summary_.answer;
+  if (log_.All().empty()) return;
+  if (hasFailed_) {
+    const bool isAsked = call.name == "PMGetScanError" && !answer->error.has_value();
+    if (isAsked) answer->error = ValueOf(outcome.results, "result");
+    return;
+  }
+  answer = {call.name, capture::DescribeResults({call.name, outcome.results, {}, 0}), {}};
+  hasFailed_ = HasTrouble(answer->results);
+  const bool mustAsk = hasFailed_ && (log_.IsOver() || !HostAsksNext(end));
+  if (mustAsk) answer->error = module.getScanError();
 }
 
 const capture::ExportRow& Replay::KnownCall(const CallBegin& call, std::size_t entry) const {
@@ -166,19 +201,15 @@ void Replay::Finish() {
   device_.EndCall();
 }
 
-std::string Replay::Report() const {
-  std::string text = "Calls        " + std::to_string(calls_) + "\nTransfers    " +
-                     std::to_string(device_.Transfers()) + "\nPicture      " + PictureText() + "\n";
-  if (endsInCall_) text += "End          within a call, like the capture\n";
-  return text + "Differences  " + std::to_string(log_.All().size()) + "\n";
-}
-
-std::string Replay::PictureText() const {
-  if (device_.HasInvented()) {
-    return "not compared: the capture holds no image data, zeros stood for it";
-  }
-  if (checksums_ == 0) return "none";
-  return capture::Counted(checksums_, "band") + " of lines, compared by checksum";
+ReplaySummary Replay::Summary() const {
+  ReplaySummary summary = summary_;
+  summary.calls = calls_;
+  summary.transfers = device_.Transfers();
+  summary.bands = checksums_;
+  summary.isPictureInvented = device_.HasInvented();
+  summary.endsInCall = endsInCall_;
+  summary.differences = log_.All().size();
+  return summary;
 }
 
 }  // namespace pmscan

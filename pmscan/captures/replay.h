@@ -8,6 +8,7 @@
 #include "capture/replay/difference.h"
 #include "capture/replay/replaying_device.h"
 #include "interface/scanner_settings.h"
+#include "pmscan/captures/replay_report.h"
 #include "pmscan/captures/replayed_calls.h"
 #include "pmscan/scan/module_exports.h"
 
@@ -27,10 +28,6 @@ class PictureTaker {
                         const std::vector<capture::Value>& band) = 0;
 };
 
-// A difference as a paragraph for people: where it is, what was expected, what came, what that
-// means. Ends with a line feed.
-std::string Describe(const capture::Difference& difference, const std::string& captureFile);
-
 // Plays both ends of a capture against a module: makes the host's calls with the host's settings,
 // answers as the scanner did, and compares what the module does: its transfers, the results of the
 // calls that the capture tells, the settings that it writes, the checksums of the lines. These are
@@ -43,17 +40,21 @@ class Replay {
 
   // Makes the calls, up to the first difference when the comparison is strict. The module keeps the
   // settings and the device, so that this lives until it is unloaded. Throws
-  // Failure(kCaptureUnreadable) for a call that no host can make.
+  // Failure(kCaptureUnreadable) for a call that no host can make, and where there is none.
   void Run(const ModuleExports& module);
 
   // To be called after Run and before the module is unloaded; after that, Finish.
   void BeginUnload();
   void Finish();
 
-  // A summary, a line for each fact.
-  std::string Report() const;
+  // What it came to. Where there are differences, it tells what the module did then.
+  ReplaySummary Summary() const;
+
+  // The record that host and module share, with the device. To be changed before Run only.
+  pmddb832::ScannerSettings& Settings() { return settings_; }
 
  private:
+  void RequireCalls() const;
   std::size_t EndOfCall(std::size_t begin) const;
   void MakeCall(CallSurroundings& host, std::size_t begin, std::size_t end);
   const capture::ExportRow& KnownCall(const capture::CallBegin& call, std::size_t entry) const;
@@ -65,7 +66,10 @@ class Replay {
   void CompareSettings(std::size_t begin, std::size_t end, const std::string& call);
   void TakePicture(const CallSurroundings& host, const capture::CallBegin& call,
                    const CallOutcome& outcome);
-  std::string PictureText() const;
+  void CountLines(const capture::CallBegin& call, const CallOutcome& outcome);
+  bool HostAsksNext(std::size_t end) const;
+  void Tell(const capture::CallBegin& call, const CallOutcome& outcome, std::size_t end,
+            const ModuleExports& module);
 
   const capture::Capture& capture_;
   const std::string file_;
@@ -78,6 +82,8 @@ class Replay {
   std::uint32_t calls_ = 0;
   std::uint32_t checksums_ = 0;
   bool endsInCall_ = false;
+  bool hasFailed_ = false;  // a call behind the first difference did
+  ReplaySummary summary_;   // as far as it is told by the calls
 };
 
 }  // namespace pmscan

@@ -23,6 +23,7 @@ const ScanMode& ModeOf(std::uint32_t pixelType, std::uint32_t outputFormat) {
 void ReplayedPictures::Begin(const pmddb832::ScannerSettings& settings,
                              const std::vector<capture::Value>& arguments,
                              const std::vector<capture::Value>& setup) {
+  wasBegun_ = true;
   lineBytes_ = ValueOf(setup, "lineBytes");
   if (writer_.has_value() || lineBytes_ == 0) return;
   const ScanMode& mode = ModeOf(settings.pixelType, ValueOf(arguments, "outputFormat"));
@@ -30,7 +31,8 @@ void ReplayedPictures::Begin(const pmddb832::ScannerSettings& settings,
   RequireHolds(format, mode);
   writer_.emplace(PictureFile{file_, format, mode, settings.resolution, mayReplace_,
                               DeepBits(settings), kUsualQuality, OriginOf(settings)});
-  writer_->BeginPage(ValueOf(setup, "widthPixels"), ValueOf(setup, "heightLines"));
+  height_ = ValueOf(setup, "heightLines");
+  writer_->BeginPage(ValueOf(setup, "widthPixels"), height_);
 }
 
 void ReplayedPictures::TakeBand(const std::vector<std::uint8_t>& rows,
@@ -39,16 +41,29 @@ void ReplayedPictures::TakeBand(const std::vector<std::uint8_t>& rows,
   const std::size_t bytes = std::size_t{lines} * lineBytes_;
   if (!writer_.has_value() || isDone_ || lines == 0 || bytes > rows.size()) return;
   writer_->Write(std::span(rows).first(bytes), lineBytes_, lines);
+  lines_ += lines;
   isDone_ = ValueOf(band, "done") != 0;
 }
 
-void ReplayedPictures::Commit() {
-  if (!isDone_) {
-    throw Failure(kUnsupported,
-                  "The capture holds no whole picture: " + file_ + " was not written.");
-  }
+std::string ReplayedPictures::Obstacle(bool mayBePart) const {
+  if (isDone_ || (mayBePart && lines_ > 0)) return {};
+  return file_ + " was not written: " + WhatIsMissing();
+}
+
+std::string ReplayedPictures::Commit() {
   writer_->EndPage();
   writer_->Commit();
+  if (isDone_) return {};
+  return "Note: " + file_ + " holds the " + std::to_string(lines_) + " of " +
+         std::to_string(height_) + " lines that came.\n";
+}
+
+std::string ReplayedPictures::WhatIsMissing() const {
+  if (!wasBegun_) return "the capture's host starts no scan.";
+  if (!writer_.has_value()) return "no scan could be set up.";
+  if (lines_ == 0) return "not one line of the picture came.";
+  return "only " + std::to_string(lines_) + " of " + std::to_string(height_) +
+         " lines of the picture came; with --tolerant they are kept.";
 }
 
 }  // namespace pmscan

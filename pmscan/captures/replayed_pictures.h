@@ -21,14 +21,23 @@ class ReplayedPictures final : public PictureTaker {
   void TakeBand(const std::vector<std::uint8_t>& rows,
                 const std::vector<capture::Value>& band) override;
 
-  // Throws Failure(kUnsupported) when there was no whole picture.
-  void Commit();
+  // Why there is no picture, a sentence; empty where there is one: a whole one, or with `mayBePart`
+  // the lines that came.
+  std::string Obstacle(bool mayBePart) const;
+  // Puts the picture into its place. Returns a note for the user on what is missing of it, a line,
+  // or nothing. To be called where nothing is in the way.
+  std::string Commit();
 
  private:
+  std::string WhatIsMissing() const;
+
   const std::string file_;
   const bool mayReplace_;
   std::optional<PictureWriter> writer_;
   std::uint32_t lineBytes_ = 0;
+  std::uint32_t lines_ = 0;  // that came
+  std::uint32_t height_ = 0;
+  bool wasBegun_ = false;  // a set-up came, also one that failed
   bool isDone_ = false;
 };
 

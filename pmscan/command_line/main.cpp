@@ -165,7 +165,9 @@ int RunWithDevice(const Options& options, Json& report) {
 int RunReporting(const Options& options, Json& report) {
   try {
     if (options.command == Command::kScan) RequireRunnable(options);
-    return RunWithDevice(options, report);
+    if (options.command != Command::kReplay) return RunWithDevice(options, report);
+    RunReplayCommand(options, CommandText(), report);
+    return 0;
   } catch (const Failure& failure) {
     report["error"] = FailureJson(failure);
     return Report(failure);
@@ -179,10 +181,6 @@ void ListDevices(bool isJson) {
 
 int RunDeviceCommand(const Options& options) {
   const ComApartment apartment;
-  if (options.command == Command::kReplay) {
-    RunReplayCommand(options);
-    return 0;
-  }
   if (options.command == Command::kDevices) {
     ListDevices(options.isJson);
     return 0;

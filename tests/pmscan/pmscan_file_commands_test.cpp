@@ -40,6 +40,46 @@ TEST_CASE("decode tells a capture's file, and in which line the trouble is") {
   CHECK(out.str().find("!!   ESC @ reset               NAK  [line 4]\n") != std::string::npos);
 }
 
+TEST_CASE("decode --json gives an object for each told line") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  Options options = folder.Write(kReset);
+  options.isJson = true;
+  pmscan::RunDecodeCommand(options, out);
+  CHECK(
+      out.str() ==
+      R"json({"kind":"summary","told":"1 call of the host; trouble in 1, marked with !!","trouble":false}
+{"kind":"call","told":"PMReset","seconds":0.0,"trouble":true}
+{"kind":"exchange","told":"ESC @ reset","parts":["NAK"],"trouble":true,"line":4}
+{"kind":"return","told":"not acknowledged (0)","trouble":true}
+)json");
+}
+
+TEST_CASE("decode --json tells the fields of a long reply, and a call that never returned") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  Options options = folder.Write(
+      "pmddb832 capture 1\nhost resolution = 300\ncall PMOpenScanner @1.5\nwrite 2 : 1C 46\n"
+      "read 16 : 02 CA 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n");
+  options.isJson = true;
+  pmscan::RunDecodeCommand(options, out);
+  const auto has = [&](const char* line) { return out.str().find(line) != std::string::npos; };
+  CHECK(has(R"({"kind":"call","told":"PMOpenScanner","seconds":1.5,"trouble":true})"));
+  CHECK(has(R"({"kind":"settings by the host","told":"resolution 300","trouble":false})"));
+  CHECK(has(
+      R"json({"kind":"field","told":"main status","value":"warming up (0x02)","trouble":true})json"));
+  CHECK(has(R"("told":"the capture ends here, before the call returned","trouble":true})"));
+}
+
+TEST_CASE("decode tells a capture without calls as one story") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  pmscan::RunDecodeCommand(folder.Write("pmddb832 capture 1\nwrite 2 : 1B 40\nread 1 : 06\n"), out);
+  CHECK(out.str() ==
+        "   no call of the host, nothing went wrong\n\n   0.000 s  outside the host's calls\n"
+        "     ESC @ reset               ACK\n");
+}
+
 TEST_CASE("decode refuses what is no capture") {
   const CaptureFolder folder;
   CHECK(CodeOf(pmscan::RunDecodeCommand, folder.Write("hello\n")) == pmscan::kCaptureUnreadable);

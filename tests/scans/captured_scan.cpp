@@ -83,7 +83,7 @@ ReplayOutcome ReplayCapture(const capture::Capture& capture, bool isTolerant) {
     replay.BeginUnload();
   }
   replay.Finish();
-  outcome.report = replay.Report();
+  outcome.report = pmscan::ReplayText(replay.Summary());
   outcome.differences = log.All();
   return outcome;
 }

@@ -125,6 +125,59 @@ TEST_CASE("captures: other lines of the picture are a difference") {
   CHECK(outcome.differences[0].decoded == "the lines of the picture are not the same\n");
 }
 
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// A scanner that does not take the parameters: the first ACK behind them becomes a NAK.
+std::string RefusedParameters() {
+  std::string text = TextOf(Record("extended"));
+  const std::size_t command = text.find("write 64 :");
+  REQUIRE(command != std::string::npos);
+  const std::size_t answer = text.find("read 1 : 06", command);
+  return text.replace(answer, 11, "read 1 : 15");
+}
+
+TEST_CASE("captures: behind a difference the replay tells what the module did") {
+  const ReplayOutcome outcome = ReplayCapture(FromText(RefusedParameters()), false);
+  CHECK(outcome.differences.size() == 1);
+  CHECK(Has(outcome.report,
+            "\nDifferences  1\nThen         PMAcquireImage returned status failed "
+            "(2), done 0, lines 0, bytes 0\n"
+            "Error code   22, the scanner reports an error\n"
+            "So far       0 of 30 lines of the picture\n"));
+}
+
+TEST_CASE("captures: the error is told in words, as the module names it") {
+  const std::string text = Replaced(TextOf(Record("extended")), "return PMOpenScanner result=1",
+                                    "return PMOpenScanner result=7");
+  const std::string refused = Replaced(text, "read 1 : 06", "read 1 : 15");
+  const ReplayOutcome outcome = ReplayCapture(FromText(refused), false);
+  CHECK(Has(outcome.report, "Then         PMOpenScanner returned failed (0)\nError code   "));
+  CHECK(Has(outcome.report, "\nSo far       no picture was begun\n"));
+}
+
+TEST_CASE("captures: where nothing failed behind a difference no error is told") {
+  const std::string text =
+      Replaced(TextOf(Record("extended")), "module commandLevel = 8", "module commandLevel = 7");
+  const ReplayOutcome outcome = ReplayCapture(FromText(text), true);
+  CHECK(Has(outcome.report, "\nSo far       30 of 30 lines of the picture\n"));
+  CHECK_FALSE(Has(outcome.report, "Error code"));
+}
+
+TEST_CASE("captures: without a difference nothing is told but the counts") {
+  const ReplayOutcome outcome = ReplayCapture(ReadAgain(Record("standard")), false);
+  CHECK_FALSE(Has(outcome.report, "Then"));
+}
+
+TEST_CASE("captures: one without calls is not replayed, and the way to scan with it is named") {
+  CHECK_THROWS_WITH_AS(ReplayCapture(FromText("pmddb832 capture 1\nwrite 2 : 1B 40\n"), false),
+                       "c.txt holds no calls of a host, as an imported one: there is nothing to "
+                       "replay. Scan with its "
+                       "scanner: pmscan scan -o FILE --device capture:c.txt",
+                       pmscan::Failure);
+}
+
 TEST_CASE("captures: one that a crash cut short replays to its end") {
   const std::string text = TextOf(Record("standard"));
   const std::size_t cut = text.find("return PMAcquireImage");
