@@ -64,6 +64,12 @@ const Transfer* ReplayingDevice::Next() {
   return cursor_ < end_ ? TransferAt(cursor_) : nullptr;
 }
 
+std::size_t ReplayingDevice::Left() const {
+  std::size_t left = 0;
+  for (std::size_t i = cursor_; i < end_; ++i) left += TransferAt(i) != nullptr ? 1U : 0U;
+  return left;
+}
+
 bool ReplayingDevice::IsBehindTheCapture() {
   return Next() == nullptr && rest_.empty() && end_ == capture_.entries.size() && !call_.empty();
 }

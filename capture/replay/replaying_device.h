@@ -38,6 +38,9 @@ class ReplayingDevice final : public pmddb832::RawDevice {
 
   std::size_t Transfers() const { return transfers_; }
 
+  // The transfers of the call that have not come yet.
+  std::size_t Left() const;
+
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 

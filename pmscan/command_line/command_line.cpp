@@ -210,8 +210,9 @@ bool IsSimulatorName(const std::string& device) {
 std::string SimulatorName(const std::string& device) {
   if (IsSimulatorName(device)) return device.substr(simulator::kDevicePrefix.size());
   throw Failure(kUsage, "There is no device \"" + device +
-                            "\": --device names a simulated scanner, as in sim:extended, or a "
-                            "still-image device, as in sti:NAME; pmscan devices lists both.");
+                            "\": --device names a simulated scanner, as in sim:extended, a "
+                            "captured one, as in capture:FILE, or a still-image device, as in "
+                            "sti:NAME; pmscan devices lists those that there are.");
 }
 
 }  // namespace pmscan

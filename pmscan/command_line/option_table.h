@@ -118,10 +118,13 @@ inline constexpr std::array kAll{
     OptionRow{kScanner, kKept, "--device", "NAME", &At<&W::device>,
               "the scanner: sim:extended or sim:standard, with :MODEL behind it\n"
               "for a certain model and +DEFECT for a faulty one; sim:FILE.json,\n"
-              "a simulated scanner by its file; or sti:NAME, a still-image device\n"
-              "of this system (default sim:extended)"},
+              "a simulated scanner by its file; capture:FILE, a captured one; or\n"
+              "sti:NAME, a still-image device of this system\n"
+              "(default sim:extended)"},
     OptionRow{kScanner, kGiven, "--faults", "FILE", &At<&W::faults>,
               "a script of faults that strike on the cable of a simulated scanner"},
+    OptionRow{kScanner | kReplay, kGiven, "--tolerant", "", &At<&W::isTolerant>,
+              "go on behind a difference from the capture, and count them"},
     OptionRow{kScanner | kReplay, kGiven, "--dll", "PATH", &At<&W::modulePath>,
               "the module (default: Pmddb832.dll beside this program)"},
     OptionRow{kScanner | kReplay | Bit(Command::kDevices) | Bit(Command::kDecode), kGiven, "--json",
@@ -218,8 +221,6 @@ inline constexpr std::array kAll{
               "take the options that were kept; those given besides win"},
     OptionRow{Bit(Command::kProfiles), kGiven, "--remove", "", &At<&W::removesProfile>,
               "remove the profile"},
-    OptionRow{kReplay, kGiven, "--tolerant", "", &At<&W::isTolerant>,
-              "go on behind a difference, and count them"},
     OptionRow{kReplay, kGiven, "-o,--output", "FILE", &At<&W::replayedPicture>,
               "write the first picture of the capture, which was recorded with\n"
               "--capture-data, in full lines"},

@@ -28,8 +28,8 @@ class DeviceConnection {
   DeviceConnection() = default;
 };
 
-// Connects the device that the options name: a simulated scanner, or a still-image device. Throws
-// Failure.
+// Connects the device that the options name: a simulated scanner, a captured one, or a still-image
+// device. Throws Failure.
 std::unique_ptr<DeviceConnection> ConnectDevice(const Options& options);
 
 }  // namespace pmscan

@@ -7,6 +7,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/progress.h"
+#include "pmscan/devices/still_image_device_names.h"
 #include "pmscan/pictures/picture_origin.h"
 #include "pmscan/pictures/picture_store.h"
 #include "pmscan/report/error_codes.h"
@@ -225,9 +226,9 @@ void PrepareScan(const Options& options, const ModuleExports& module, const BedT
 }
 
 void RequireRunnable(const Options& options) {
-  if (options.isDryRun && !IsSimulatorName(options.device)) {
-    throw Failure(kUnsupported, "--dry-run asks a simulated scanner; with " + options.device +
-                                    " the commands would really be sent.");
+  if (options.isDryRun && IsStillImageName(options.device)) {
+    throw Failure(kUnsupported, "--dry-run asks a simulated or captured scanner; with " +
+                                    options.device + " the commands would really be sent.");
   }
   if (options.isDryRun) return;
   if (const auto obstacle = FirstObstacle(options.names)) {
