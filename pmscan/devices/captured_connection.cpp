@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "capture/file/number_text.h"
-#include "capture/file/settings_text.h"
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/captures/replay_report.h"
 #include "pmscan/command_line/failure.h"
@@ -14,19 +13,11 @@
 namespace pmscan {
 namespace {
 
-using capture::Capture;
-
 constexpr std::string_view kPrefix = "capture:";
 
-// With the lines of the file.
-Capture TransfersOf(const Capture& recorded, const std::string& file) {
-  Capture transfers;
-  for (std::size_t i = 0; i < recorded.entries.size(); ++i) {
-    if (!std::holds_alternative<capture::Transfer>(recorded.entries[i])) continue;
-    transfers.entries.push_back(recorded.entries[i]);
-    transfers.lines.push_back(LineOf(recorded, i));
-  }
-  if (!transfers.entries.empty()) return transfers;
+capture::CapturedScanner ScannerIn(const std::string& file) {
+  capture::CapturedScanner scanner = capture::ScannerOf(ReadCaptureFile(file));
+  if (!scanner.transfers.entries.empty()) return scanner;
   throw Failure(kCaptureUnreadable,
                 file + " holds no transfers, so that there is no scanner in it.");
 }
@@ -39,21 +30,10 @@ bool IsCaptureName(const std::string& device) {
 
 CapturedConnection::CapturedConnection(const std::string& device, bool isTolerant)
     : file_(device.substr(kPrefix.size())),
-      recorded_(ReadCaptureFile(file_)),
-      transfers_(TransfersOf(recorded_, file_)),
+      scanner_(ScannerIn(file_)),
       log_(isTolerant),
-      device_(transfers_, log_) {
-  device_.BeginCall("", 0, transfers_.entries.size());
-}
-
-std::string CapturedConnection::ModelId() const {
-  pmddb832::ScannerSettings settings{};
-  for (const capture::Entry& entry : recorded_.entries) {
-    const auto* const change = std::get_if<capture::SettingsChange>(&entry);
-    if (change != nullptr && !change->byModule) capture::Apply(*change, settings);
-  }
-  const std::string_view id(settings.modelId, sizeof(settings.modelId));
-  return std::string(id.substr(0, id.find('\0')));
+      device_(scanner_.transfers, log_) {
+  device_.BeginCall("", 0, scanner_.transfers.entries.size());
 }
 
 int CapturedConnection::Judge(int exitCode) const {

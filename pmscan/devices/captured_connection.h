@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "capture/file/capture.h"
+#include "capture/replay/captured_scanner.h"
 #include "capture/replay/difference.h"
 #include "capture/replay/replaying_device.h"
 #include "pmscan/devices/device_connection.h"
@@ -23,15 +23,14 @@ class CapturedConnection : public DeviceConnection {
 
   pmddb832::StillImageDevice& Device() override { return device_; }
   // That of the capture's host, where it is told.
-  std::string ModelId() const override;
+  std::string ModelId() const override { return scanner_.modelId; }
   // A strict difference is the reason of whatever failed; tolerant ones are told and change
   // nothing.
   int Judge(int exitCode) const override;
 
  private:
   const std::string file_;
-  const capture::Capture recorded_;
-  const capture::Capture transfers_;
+  const capture::CapturedScanner scanner_;
   capture::DifferenceLog log_;
   capture::ReplayingDevice device_;
 };

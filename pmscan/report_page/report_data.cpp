@@ -132,16 +132,18 @@ std::string JoinedParts(const std::vector<std::string>& parts) {
 // The exchanges of all calls, column by column.
 class ExchangeColumns {
  public:
-  ExchangeColumns(const capture::Capture& told, const Spans& toldSpans, StringTable& texts)
-      : capture_(told), spans_(toldSpans), strings_(texts) {}
+  explicit ExchangeColumns(StringTable& texts) : strings_(texts) {}
 
-  // A call with its exchanges; `span` is the place of its first one.
-  void Add(const capture::CallStory& call, std::size_t span) {
-    span += SpansInFront(call);
-    for (const capture::Exchange& exchange : call.exchanges) {
-      Add(exchange, span);
-      span += exchange.transfers;
-    }
+  void Add(const capture::Exchange& exchange) {
+    columns_["titles"].push_back(strings_.PlaceOf(exchange.title));
+    columns_["parts"].push_back(strings_.PlaceOf(JoinedParts(exchange.parts)));
+    columns_["blocks"].push_back(exchange.block);
+    columns_["lines"].push_back(exchange.line);
+    columns_["rows"].push_back(exchange.rows.empty() ? -1
+                                                     : static_cast<std::int64_t>(rows_.size()));
+    columns_["spans"].push_back(exchange.transfers);
+    troubles_ += exchange.hasTrouble ? '1' : '0';
+    if (!exchange.rows.empty()) rows_.push_back(RowsJson(exchange.rows));
   }
 
   Json Columns() {
@@ -151,22 +153,6 @@ class ExchangeColumns {
   Json Rows() { return std::move(rows_); }
 
  private:
-  void Add(const capture::Exchange& exchange, std::size_t span) {
-    const std::uint32_t line =
-        exchange.line != 0 ? exchange.line : LineOf(capture_, spans_[span].entry);
-    columns_["titles"].push_back(strings_.PlaceOf(exchange.title));
-    columns_["parts"].push_back(strings_.PlaceOf(JoinedParts(exchange.parts)));
-    columns_["blocks"].push_back(exchange.block);
-    columns_["lines"].push_back(line);
-    columns_["rows"].push_back(exchange.rows.empty() ? -1
-                                                     : static_cast<std::int64_t>(rows_.size()));
-    columns_["spans"].push_back(exchange.transfers);
-    troubles_ += exchange.hasTrouble ? '1' : '0';
-    if (!exchange.rows.empty()) rows_.push_back(RowsJson(exchange.rows));
-  }
-
-  const capture::Capture& capture_;
-  const Spans& spans_;
   StringTable& strings_;
   std::string troubles_;
   Json rows_ = Json::array();
@@ -174,15 +160,12 @@ class ExchangeColumns {
                 {"lines", Json::array()},  {"rows", Json::array()},  {"spans", Json::array()}};
 };
 
-void AddConversation(Json& report, const capture::Capture& capture, const Spans& spans,
-                     const Calls& calls, StringTable& strings) {
-  ExchangeColumns exchanges(capture, spans, strings);
+void AddConversation(Json& report, const Calls& calls, StringTable& strings) {
+  ExchangeColumns exchanges(strings);
   report["calls"] = Json::array();
-  std::size_t span = 0;
   for (const capture::CallStory& call : calls) {
     report["calls"].push_back(CallJson(call, strings));
-    exchanges.Add(call, span);
-    span += SpansOf(call);
+    for (const capture::Exchange& exchange : call.exchanges) exchanges.Add(exchange);
   }
   report["exchanges"] = exchanges.Columns();
   report["rows"] = exchanges.Rows();
@@ -267,7 +250,7 @@ Json ReportData(const capture::Capture& capture, const std::string& fileName, bo
               {"longest", LongestOf(spans, kLongestTold)},
               {"spans", SpansJson(capture, spans, strings)},
               {"failures", FailuresJson(spans)}};
-  AddConversation(report, capture, spans, calls, strings);
+  AddConversation(report, calls, strings);
   report["cycles"] = CyclesJson(calls);
   report["pages"] = PagesJson(pages, showsPictures);
   report["settings"] = SettingsJson(capture, calls);
