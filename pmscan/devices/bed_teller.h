@@ -1,18 +1,19 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <span>
 
+#include "capture/conversation/conversation.h"
 #include "interface/scanner_settings.h"
 #include "transport/raw_device.h"
 
 namespace pmscan {
 
-// Stands before a scanner, and makes the module take the size of the bed from one with extended
-// commands of level B3, which it takes from higher levels only: without a size it cuts every area
-// down to nothing. The identity that such a scanner answers with says level B4 behind this; where
-// it tells no bed, there is one as large as can be, and the scanner itself judges the area. All
-// else passes as it is.
+// Stands before a scanner that tells no size of its bed or of its option unit: the module cuts
+// every area down to nothing then. Where the scanner tells none, the module is shown one that is
+// larger than all scanners, so that the scanner itself judges the area. From one with extended
+// commands of level B3 the module takes no size at all, so that its identity says level B4 behind
+// this. All else passes as it is.
 class BedTeller final : public pmddb832::RawDevice {
  public:
   // `passedDevice` outlives this. One that is not on passes everything as it is.
@@ -27,12 +28,18 @@ class BedTeller final : public pmddb832::RawDevice {
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 
  private:
-  void Change(std::uint8_t* bytes, std::uint32_t count);
+  using Bytes = std::span<std::uint8_t>;
+
+  void ChangeReply(Bytes bytes);
+  void ChangeIdentityBlock(Bytes bytes);
+  void ChangeLevelData(Bytes data);
+  void ChangeStatusData(Bytes data) const;
 
   pmddb832::StillImageDevice& device_;
   const bool isOn_;
-  bool isIdentityDue_ = false;
-  bool hasChanged_ = false;
+  capture::Conversation conversation_;
+  std::uint32_t lastResolution_ = 0;  // that a scanner with standard commands told
+  bool hasRaisedLevel_ = false;
 };
 
 }  // namespace pmscan
