@@ -32,7 +32,8 @@ pmddb832::AcquisitionSetup PrepareAcquisition(const ModuleExports& module,
                                               pmddb832::ProgressCallback progress);
 
 // Scans, and hands every line to `sink`, band by band. Throws Failure: with the module's code,
-// kWarmingUp when the tries are used up, kInterrupted. A scan that is under way when it or the
+// kWarmingUp when the tries are used up, kInterrupted; what came of a band that failed is handed on
+// before. A scan that is under way when it or the
 // sink gives up is cancelled.
 void AcquirePicture(const ModuleExports& module, const pmddb832::AcquisitionSetup& setup,
                     const AcquisitionManners& manners, RowSink& sink);

@@ -17,9 +17,11 @@ using pmscan::tests::CodeOf;
 struct FakeModule {
   std::uint32_t heightLines = 10;
   std::uint32_t lineBytes = 8;
+  std::uint32_t fillingBytes = 0;  // of a line, which the module leaves alone
   std::uint32_t setupStatus = pmddb832::kAcquisitionGoOn;
-  std::uint32_t warmUpPolls = 0;    // how many first bands fail with 43
-  std::uint32_t errorAtLine = ~0u;  // from this line on, bands fail with 9
+  std::uint32_t warmUpPolls = 0;        // how many first bands fail with 43
+  std::uint32_t errorAtLine = ~0u;      // from this line on, bands fail with 9
+  std::uint32_t linesOfFailedBand = 0;  // that it writes nevertheless
   std::uint32_t linesPerBand = 4;
   std::uint32_t openResult = 1;
   std::uint32_t enableResult = 1;
@@ -40,6 +42,13 @@ void Close() {
 void Init(std::uint32_t, pmddb832::ProgressCallback, pmddb832::AcquisitionSetup* setup) {
   *setup = {fake->setupStatus, 0, fake->lineBytes, 0, fake->lineBytes, fake->heightLines};
 }
+// The number of the line in each of its bytes but those that fill it up.
+void Write(std::uint8_t* buffer, std::uint32_t lines) {
+  for (std::uint32_t i = 0; i < lines; ++i) {
+    std::fill_n(buffer + i * fake->lineBytes, fake->lineBytes - fake->fillingBytes,
+                static_cast<std::uint8_t>(fake->linesDone + i));
+  }
+}
 void Acquire(std::uint8_t* buffer, std::uint32_t bytes, pmddb832::AcquisitionBand* band) {
   fake->calls.push_back("acquire");
   *band = {pmddb832::kAcquisitionFailed, 0, 0, 0, 0};
@@ -50,14 +59,13 @@ void Acquire(std::uint8_t* buffer, std::uint32_t bytes, pmddb832::AcquisitionBan
   }
   if (fake->linesDone >= fake->errorAtLine) {
     fake->error = pmscan::kTransferFailed;
+    band->lines = fake->linesPerBand;
+    Write(buffer, fake->linesOfFailedBand);
     return;
   }
   const std::uint32_t lines =
       std::min({fake->linesPerBand, fake->heightLines - fake->linesDone, bytes / fake->lineBytes});
-  for (std::uint32_t i = 0; i < lines; ++i) {
-    std::fill_n(buffer + i * fake->lineBytes, fake->lineBytes,
-                static_cast<std::uint8_t>(fake->linesDone + i));
-  }
+  Write(buffer, lines);
   fake->linesDone += lines;
   const std::uint32_t done = fake->linesDone == fake->heightLines ? 1 : 0;
   *band = {pmddb832::kAcquisitionGoOn, 0, done, lines, lines * fake->lineBytes};
@@ -87,9 +95,13 @@ struct Rows : pmscan::RowSink {
              std::uint32_t lines) override {
     if (isFull) throw pmscan::Failure(pmscan::kOutputFile);
     CHECK(rows.size() == std::size_t{lineBytes} * lines);
-    for (std::uint32_t i = 0; i < lines; ++i) firstBytes.push_back(rows[i * lineBytes]);
+    for (std::uint32_t i = 0; i < lines; ++i) {
+      firstBytes.push_back(rows[i * lineBytes]);
+      lastBytes.push_back(rows[(i + 1) * lineBytes - 1]);
+    }
   }
   std::vector<std::uint8_t> firstBytes;
+  std::vector<std::uint8_t> lastBytes;
   bool isFull = false;
 };
 
@@ -157,6 +169,31 @@ TEST_CASE_FIXTURE(Fixture, "pmscan: a failure in mid-scan ends it with the modul
   module.errorAtLine = 4;
   CHECK(Scan() == pmscan::kTransferFailed);
   CHECK(Count("abort") == 0);
+}
+
+TEST_CASE_FIXTURE(Fixture, "pmscan: the lines that came of a band that failed are handed on") {
+  for (const std::uint32_t lineBytes : {1u, 4u, 8u, 23u}) {
+    for (const std::uint32_t lines : {0u, 1u, 3u}) {
+      CAPTURE(lineBytes);
+      CAPTURE(lines);
+      module = {};
+      rows = {};
+      module.lineBytes = lineBytes;
+      module.errorAtLine = 4;
+      module.linesOfFailedBand = lines;
+      CHECK(Scan() == pmscan::kTransferFailed);
+      REQUIRE(rows.firstBytes.size() == 4 + lines);
+      for (std::size_t line = 0; line < rows.firstBytes.size(); ++line) {
+        CHECK(rows.firstBytes[line] == line);
+      }
+    }
+  }
+}
+
+TEST_CASE_FIXTURE(Fixture, "pmscan: what fills a line up to four bytes is 0") {
+  module.fillingBytes = 3;
+  CHECK(Scan() == 0);
+  CHECK(rows.lastBytes == std::vector<std::uint8_t>(10, 0));
 }
 
 TEST_CASE_FIXTURE(Fixture, "pmscan: a scan that cannot be prepared is never begun") {
