@@ -14,7 +14,7 @@ CaptureSession::CaptureSession(const CaptureChoice& choice, bool mayOverwrite,
   const std::filesystem::path path = PathOf(name_);
   std::error_code ignored;
   if (!mayOverwrite && std::filesystem::exists(path, ignored)) {
-    throw Failure(kCaptureUnwritable, name_ + " is there already; --overwrite replaces it.");
+    throw Failure(kCaptureUnwritable, IsThereAlready(name_));
   }
   try {
     file_.emplace(path, remarks, choice.keepsImageData);

@@ -81,21 +81,22 @@ std::size_t ErrorOutputColumns() {
   return columns > 0 ? static_cast<std::size_t>(columns) : kUsual;
 }
 
+// Past the buffer of standard output, which others could not use while nobody takes the bytes.
 bool WriteStandardOutput(std::istream& stream) {
   std::cout << std::flush;
   std::fflush(stdout);
-  const int before = _setmode(_fileno(stdout), _O_BINARY);
+  const int output = _fileno(stdout);
+  const int before = _setmode(output, _O_BINARY);
   std::array<char, 65536> bytes;
-  std::size_t written = 0;
-  std::size_t read = 0;
+  int written = 0;
+  int read = 0;
   do {
     stream.read(bytes.data(), bytes.size());
-    read = static_cast<std::size_t>(stream.gcount());
-    written = std::fwrite(bytes.data(), 1, read, stdout);
+    read = static_cast<int>(stream.gcount());
+    written = _write(output, bytes.data(), static_cast<unsigned>(read));
   } while (written == read && read > 0);
-  const bool isWhole = written == read && std::fflush(stdout) == 0;
-  _setmode(_fileno(stdout), before);
-  return isWhole;
+  _setmode(output, before);
+  return written == read;
 }
 
 std::uint32_t ProcessNumber() {

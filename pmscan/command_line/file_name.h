@@ -14,4 +14,9 @@ inline std::string Utf8(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+// Why the file is not written.
+inline std::string IsThereAlready(const std::string& fileName) {
+  return fileName + " is there already; --overwrite replaces it.";
+}
+
 }  // namespace pmscan

@@ -15,6 +15,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/help_text.h"
 #include "pmscan/command_line/profiles_command.h"
+#include "pmscan/command_line/progress.h"
 #include "pmscan/devices/bed_teller.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
@@ -28,6 +29,7 @@
 #include "pmscan/scan/module_library.h"
 #include "pmscan/scan/scan_command.h"
 #include "pmscan/scan/session.h"
+#include "pmscan/scan/watched_work.h"
 
 namespace pmscan {
 namespace {
@@ -51,12 +53,6 @@ void RunInfo(const Options& options, const ModuleExports& module,
   }
 }
 
-// What a command runs with, besides the scanner that the settings name.
-struct Surroundings {
-  const ModuleExports& module;
-  const BedTeller& bed;
-};
-
 // The start is kept from the scanner, and the module fails for that reason.
 void RunDry(const Options& options, const Surroundings& with, pmddb832::ScannerSettings& settings,
             Json& report) {
@@ -65,7 +61,7 @@ void RunDry(const Options& options, const Surroundings& with, pmddb832::ScannerS
   settings.deviceInterface = &device;
   std::optional<Failure> failure;
   try {
-    PrepareScan(options, with.module, with.bed, settings);
+    PrepareScan(options, with, settings);
   } catch (const Failure& reason) {
     if (!device.HasReachedStart()) failure.emplace(reason);
   }
@@ -101,7 +97,7 @@ void RunCommand(const Options& options, const Surroundings& with,
     return RunMaintenance(options, with.module, settings, report);
   }
   if (options.isDryRun) return RunDry(options, with, settings, report);
-  RunScanCommand(options, with.module, with.bed, settings, report);
+  RunScanCommand(options, with, settings, report);
 }
 
 // Of a scanner that failed: the transfer, and how to see what was said.
@@ -121,13 +117,19 @@ int Report(const Failure& failure) {
   return FindErrorCode(failure.code).ExitCode();
 }
 
-// Records into `capture` what goes on, unless that is null.
-void RunWithModule(const Options& options, const BedTeller& bed, CaptureSession* capture,
+// What stands on the scanner's side of the module.
+struct ScannerSide {
+  const BedTeller& bed;
+  CaptureSession* capture;  // records what goes on; null where nothing does
+  ProgressMeter& progress;
+};
+
+void RunWithModule(const Options& options, const ScannerSide& side,
                    pmddb832::ScannerSettings& settings, Json& report) {
   const ModuleLibrary library(options.modulePath);
   const ModuleExports module = BindExports([&](const char* name) { return library.Find(name); });
-  const ModuleExports called = capture == nullptr ? module : capture->Attach(module);
-  RunCommand(options, {called, bed}, settings, report);
+  const ModuleExports called = side.capture == nullptr ? module : side.capture->Attach(module);
+  RunCommand(options, {called, side.bed, side.progress}, settings, report);
 }
 
 // The command as it was given, for the capture.
@@ -137,9 +139,21 @@ std::string CommandText() {
   return text;
 }
 
+// Until it is connected, which may take as long as it takes to draw a page.
+std::unique_ptr<DeviceConnection> ConnectWatched(const Options& options, ProgressMeter& progress) {
+  progress.Await(kPreparing);
+  std::unique_ptr<DeviceConnection> connection;
+  WatchManners manners;
+  manners.isInterrupted = [] { return false; };
+  manners.tick = [&progress] { progress.Tick(); };
+  RunWatched([&] { connection = ConnectDevice(options); }, manners);
+  return connection;
+}
+
 // Runs the command and returns the exit code.
 int RunWithDevice(const Options& options, Json& report) {
-  const std::unique_ptr<DeviceConnection> connection = ConnectDevice(options);
+  ProgressMeter progress(std::cerr, StyleFor(options), ErrorOutputColumns());
+  const std::unique_ptr<DeviceConnection> connection = ConnectWatched(options, progress);
   // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
   WatchedDevice watched(connection->Device());
@@ -152,9 +166,10 @@ int RunWithDevice(const Options& options, Json& report) {
   }
   int exitCode = 0;
   try {
-    RunWithModule(options, bed, capture ? &*capture : nullptr, settings, report);
+    RunWithModule(options, {bed, capture ? &*capture : nullptr, progress}, settings, report);
     if (capture) capture->Finish();
   } catch (const Failure& reason) {
+    progress.EndLine();
     const Failure failure = Explained(reason, watched.FirstFailure(), options);
     exitCode = Report(failure);
     report["error"] = FailureJson(failure);

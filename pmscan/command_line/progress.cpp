@@ -15,6 +15,7 @@ constexpr std::uint32_t kLineStep = 10;  // percent
 constexpr std::size_t kMostBarCells = 24;
 constexpr std::chrono::milliseconds kBetweenLines{100};
 constexpr std::chrono::seconds kUntilWaiting{1};
+constexpr const char* kUsuallyAwaited = "Waiting for the scanner";
 
 using Lock = std::lock_guard<std::mutex>;
 
@@ -81,16 +82,28 @@ ProgressMeter::ProgressMeter(std::ostream& output, ProgressStyle progressStyle,
       clock_(std::move(now)),
       start_(clock_()),
       shown_(start_),
-      moved_(start_) {}
+      moved_(start_),
+      awaited_(kUsuallyAwaited) {}
+
+void ProgressMeter::Await(const std::string& what) {
+  const Lock lock(mutex_);
+  Move();
+  awaited_ = what;
+  linesDone_ = total_ = 0;
+  if (style_ == ProgressStyle::kBar) return WriteOver(what.substr(0, columns_ - 1));
+  if (style_ == ProgressStyle::kLines) out_ << what + "\n" << std::flush;
+}
 
 void ProgressMeter::BeginPage(std::uint32_t number, std::uint32_t lines) {
   const Lock lock(mutex_);
   LeaveLine();
+  Move();
   page_ = number;
   total_ = lines;
   linesDone_ = 0;
   nextPercent_ = 0;
-  start_ = shown_ = moved_ = clock_();
+  start_ = moved_;
+  awaited_ = kUsuallyAwaited;
   if (style_ == ProgressStyle::kBar && total_ > 0) WriteOver(Line(0));
 }
 
@@ -116,15 +129,31 @@ void ProgressMeter::ShowBar(std::uint32_t linesDone) {
 
 void ProgressMeter::Say(const std::string& text) {
   const Lock lock(mutex_);
-  shown_ = moved_ = clock_();
+  Move();
   if (style_ == ProgressStyle::kBar) return WriteOver(text.substr(0, columns_ - 1));
   out_ << text + "\n" << std::flush;
+}
+
+void ProgressMeter::Note(const std::string& text) {
+  const Lock lock(mutex_);
+  Move();
+  if (style_ != ProgressStyle::kBar) {
+    out_ << text + "\n" << std::flush;
+    return;
+  }
+  WriteOver(text);
+  LeaveLine();
+}
+
+void ProgressMeter::Move() {
+  shown_ = moved_ = clock_();
+  hasEnded_ = false;
 }
 
 void ProgressMeter::Tick() {
   const Lock lock(mutex_);
   const Clock::time_point now = clock_();
-  if (style_ != ProgressStyle::kBar || now - shown_ < kUntilWaiting) return;
+  if (style_ != ProgressStyle::kBar || hasEnded_ || now - shown_ < kUntilWaiting) return;
   shown_ = now;
   const bool isInPage = linesDone_ > 0 && linesDone_ < total_;
   if (!isInPage && linesDone_ > 0) {
@@ -139,7 +168,7 @@ std::string ProgressMeter::WaitingText() const {
   const bool isFirstLine = total_ > 0 && linesDone_ == 0;
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(shown_ - moved_).count();
   return (isFirstLine ? "Page " + std::to_string(page_) + "  waiting for the first line, "
-                      : std::string("Waiting for the scanner, ")) +
+                      : awaited_ + ", ") +
          std::to_string(seconds) + " s";
 }
 
@@ -191,6 +220,7 @@ double ProgressMeter::SecondsGone() const {
 void ProgressMeter::EndLine() {
   const Lock lock(mutex_);
   LeaveLine();
+  hasEnded_ = true;
 }
 
 void ProgressMeter::LeaveLine() {

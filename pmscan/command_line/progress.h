@@ -35,25 +35,34 @@ class ProgressMeter {
   ProgressMeter(const ProgressMeter&) = delete;
   ProgressMeter& operator=(const ProgressMeter&) = delete;
 
+  // What is waited for until a page begins: a bar shows it at once, and for how long with each
+  // tick; plain lines tell it.
+  void Await(const std::string& what);
+
   // The scan of a page begins, which a bar shows at once; pages count from 1.
   void BeginPage(std::uint32_t number, std::uint32_t lines);
 
   // So many lines of the page are there.
   void Show(std::uint32_t linesDone);
 
-  // What is waited for; a line, which a bar writes over.
+  // What goes on; a line in every style, which a bar writes over.
   void Say(const std::string& text);
+
+  // What is to be read later as well; a line in every style, which nothing writes over.
+  void Note(const std::string& text);
 
   // To be called some times a second. A bar tells what is waited for when nothing else has moved it
   // for a second.
   void Tick();
 
-  // Leaves the line that is written over, so that other text can follow.
+  // Leaves the line that is written over, so that other text can follow: ticks write nothing until
+  // something else is told.
   void EndLine();
 
  private:
   void ShowBar(std::uint32_t linesDone);
   std::string WaitingText() const;
+  void Move();
   void LeaveLine();
   void WriteOver(std::string line);
   std::uint32_t PercentOf(std::uint32_t linesDone) const;
@@ -74,6 +83,8 @@ class ProgressMeter {
   std::uint32_t total_ = 0;
   std::uint32_t nextPercent_ = 0;
   std::size_t lineLength_ = 0;  // of the line that is written over; 0 when there is none
+  std::string awaited_;
+  bool hasEnded_ = false;  // and nothing was told since
 };
 
 }  // namespace pmscan

@@ -8,6 +8,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/progress.h"
 #include "pmscan/devices/still_image_device_names.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/pictures/picture_origin.h"
 #include "pmscan/pictures/picture_store.h"
 #include "pmscan/report/error_codes.h"
@@ -24,13 +25,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kPause{1000};
-
-ProgressStyle StyleFor(const Options& options) {
-  const bool isTerminal = IsErrorOutputTerminal();
-  const ProgressStyle usual = isTerminal ? ProgressStyle::kBar : ProgressStyle::kNone;
-  const ProgressStyle style = options.progress.value_or(usual);
-  return style == ProgressStyle::kBar && !isTerminal ? ProgressStyle::kLines : style;
-}
 
 // A pause that says what is waited for.
 std::function<void(std::uint32_t)> Waiting(ProgressMeter& progress, const char* what,
@@ -78,23 +72,35 @@ Failure WithSaved(const Failure& failure, const ScanOutcome& outcome) {
   return Failure(failure.code, detail + (detail.empty() ? "" : " ") + SavedText(outcome));
 }
 
-void FocusFor(const Options& options, const ModuleExports& module,
+// The module waits for automatic focus, also for one of a scan that is only tried out.
+void FocusFor(const Options& options, const Surroundings& with,
               const pmddb832::ScannerSettings& settings) {
-  if (options.focus->isAutomatic) std::cerr << "The scanner focuses, which takes 20 seconds.\n";
-  const std::int32_t position = SetFocus(module, settings, options.source, *options.focus);
-  if (options.focus->isAutomatic) std::cerr << "It focuses at " << position << ".\n";
+  const bool isAutomatic = options.focus->isAutomatic;
+  if (isAutomatic && options.isDryRun) {
+    RequireFocus(with.module, settings, options.source);
+    with.progress.Note(
+        "Note: automatic focus, which takes 20 seconds, is left out: the settings of the scan, "
+        "ESC p with FF, and ESC q.");
+    return;
+  }
+  if (isAutomatic) with.progress.Await("The scanner focuses, which takes 20 seconds");
+  const std::int32_t position = SetFocus(with.module, settings, options.source, *options.focus);
+  if (!isAutomatic) return;
+  with.progress.Note("The scanner focuses at " + std::to_string(position) + ".");
+  with.progress.Await(kPreparing);
 }
 
 // The scanner knows what it shall scan, and from where.
-ScanPlan SetUp(const Options& options, const ModuleExports& module, Session& session,
+ScanPlan SetUp(const Options& options, const Surroundings& with, Session& session,
                pmddb832::ScannerSettings& settings) {
   const ScanPlan plan = PlanScan(options, settings);
   session.Select(options.source);
   DescribeScan(plan.asked, settings);
-  if (options.focus) FocusFor(options, module, settings);
+  if (options.focus) FocusFor(options, with, settings);
   if (options.area && plan.missing > 0) {
-    std::cerr << "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
-                     std::to_string(plan.missing) + " pixels before the right edge.\n";
+    with.progress.Note(
+        "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
+        std::to_string(plan.missing) + " pixels before the right edge.");
   }
   return plan;
 }
@@ -102,14 +108,9 @@ ScanPlan SetUp(const Options& options, const ModuleExports& module, Session& ses
 // A scan, and the summary of it.
 class ScanRun {
  public:
-  ScanRun(const Options& scanOptions, const ModuleExports& moduleExports,
-          const BedTeller& bedTeller, pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
-      : options_(scanOptions),
-        module_(moduleExports),
-        bed_(bedTeller),
-        settings_(scannerSettings),
-        json_(jsonReport),
-        progress_(std::cerr, StyleFor(scanOptions), ErrorOutputColumns()) {}
+  ScanRun(const Options& scanOptions, const Surroundings& surroundings,
+          pmddb832::ScannerSettings& scannerSettings, Json& jsonReport)
+      : options_(scanOptions), with_(surroundings), settings_(scannerSettings), json_(jsonReport) {}
 
   void Run();
 
@@ -120,11 +121,9 @@ class ScanRun {
   [[noreturn]] void GiveUp();
 
   const Options& options_;
-  const ModuleExports& module_;
-  const BedTeller& bed_;
+  const Surroundings& with_;
   pmddb832::ScannerSettings& settings_;
   Json& json_;
-  ProgressMeter progress_;
   std::optional<PictureStore> pictures_;
   GuardedStore store_;
   ScanPlan plan_;
@@ -134,14 +133,15 @@ class ScanRun {
 void ScanRun::Run() {
   WatchManners manners;
   manners.isInterrupted = &IsInterrupted;
-  manners.tick = [this] { progress_.Tick(); };
+  manners.tick = [this] { with_.progress.Tick(); };
+  manners.whenInterrupted = [this] { with_.progress.Say("Stopping; Ctrl+C again ends at once."); };
   if (!RunWatched([this] { Work(); }, manners)) GiveUp();
 }
 
 void ScanRun::Work() {
-  Session session(module_, settings_);
-  bed_.CorrectLevel(settings_);
-  plan_ = SetUp(options_, module_, session, settings_);
+  Session session(with_.module, settings_);
+  with_.bed.CorrectLevel(settings_);
+  plan_ = SetUp(options_, with_, session, settings_);
   pictures_.emplace(options_.names, PictureFileFor(options_, plan_, settings_));
   store_.Guard(*pictures_);
   start_ = Clock::now();
@@ -154,12 +154,13 @@ void ScanRun::ScanPagesOfPlan() {
   ScanOutcome outcome;
   std::optional<Failure> failure;
   try {
-    outcome.end = ScanPages(module_, batch, MannersFor(options_, progress_), store_, outcome.pages);
+    outcome.end =
+        ScanPages(with_.module, batch, MannersFor(options_, with_.progress), store_, outcome.pages);
   } catch (const Failure& reason) {
     if (store_.IsClosed()) throw;
     failure.emplace(reason);
   }
-  progress_.EndLine();
+  with_.progress.EndLine();
   outcome.files = store_.Files();
   Summarize(outcome);
   if (failure) throw WithSaved(*failure, outcome);
@@ -184,7 +185,7 @@ void ScanRun::GiveUp() {
   ScanOutcome outcome;
   outcome.pages = store_.Close();
   outcome.files = store_.Files();
-  progress_.EndLine();
+  with_.progress.EndLine();
   if (!outcome.pages.empty()) Summarize(outcome);
   const Failure failure = WithSaved(
       Failure(kInterrupted, "The scanner does not answer, and was not told to stop."), outcome);
@@ -205,17 +206,26 @@ class NowhereSink : public RowSink {
 
 }  // namespace
 
-void RunScanCommand(const Options& options, const ModuleExports& module, const BedTeller& bed,
-                    pmddb832::ScannerSettings& settings, Json& report) {
-  CatchInterrupt();
-  ScanRun(options, module, bed, settings, report).Run();
+ProgressStyle StyleFor(const Options& options) {
+  if (options.command != Command::kScan || options.isDryRun) return ProgressStyle::kNone;
+  const bool isTerminal = IsErrorOutputTerminal();
+  const ProgressStyle usual = isTerminal ? ProgressStyle::kBar : ProgressStyle::kNone;
+  const ProgressStyle style = options.progress.value_or(usual);
+  return style == ProgressStyle::kBar && !isTerminal ? ProgressStyle::kLines : style;
 }
 
-void PrepareScan(const Options& options, const ModuleExports& module, const BedTeller& bed,
+void RunScanCommand(const Options& options, const Surroundings& with,
+                    pmddb832::ScannerSettings& settings, Json& report) {
+  CatchInterrupt();
+  ScanRun(options, with, settings, report).Run();
+}
+
+void PrepareScan(const Options& options, const Surroundings& with,
                  pmddb832::ScannerSettings& settings) {
+  const ModuleExports& module = with.module;
   Session session(module, settings);
-  bed.CorrectLevel(settings);
-  const ScanPlan plan = SetUp(options, module, session, settings);
+  with.bed.CorrectLevel(settings);
+  const ScanPlan plan = SetUp(options, with, session, settings);
   const std::uint32_t status = module.getOptionStatus(options.source.code);
   if (status != 0) throw Failure(status);
   NowhereSink sink;
@@ -237,7 +247,7 @@ void RequireRunnable(const Options& options) {
   if (options.mayOverwrite) return;
   const std::optional<std::string> file = FirstOccupied(options.names, options.pages);
   if (!file) return;
-  throw Failure(kOutputFile, *file + " is there already; --overwrite replaces it.");
+  throw Failure(kOutputFile, IsThereAlready(*file));
 }
 
 }  // namespace pmscan

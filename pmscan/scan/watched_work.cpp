@@ -44,7 +44,9 @@ bool RunWatched(std::function<void()> work, const WatchManners& manners) {
   std::uint32_t looks = 0;  // since the interrupt
   while (!HasEnded(*progress, manners)) {
     manners.tick();
-    if (!manners.isInterrupted() || ++looks < manners.patience) continue;
+    if (!manners.isInterrupted()) continue;
+    if (++looks == 1) manners.whenInterrupted();
+    if (looks < manners.patience) continue;
     thread.detach();
     return false;
   }

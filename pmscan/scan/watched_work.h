@@ -9,6 +9,8 @@ namespace pmscan {
 struct WatchManners {
   std::function<bool()> isInterrupted;
   std::function<void()> tick;  // called between two looks
+  // Called once, by the first look that finds interrupted work going on.
+  std::function<void()> whenInterrupted = [] {};
   std::chrono::milliseconds betweenLooks{50};
   std::uint32_t patience = 14;  // looks that interrupted work has to end
 };

@@ -32,8 +32,8 @@ Focus ParseFocus(std::string_view text) {
                             "\"; --focus can be auto or a position from -64 to 155.");
 }
 
-std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
-                      const ScanSource& source, const Focus& focus) {
+void RequireFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
+                  const ScanSource& source) {
   if (!pmddb832::TraitsOf(settings.commandLevel).focus) {
     throw Failure(kUnsupported, "Only scanners of level B8 can focus, and this one has level " +
                                     std::string(settings.commandLevelText) +
@@ -41,6 +41,11 @@ std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettin
   }
   const std::uint32_t status = module.getOptionStatus(source.code);
   if (status != 0) throw Failure(status);
+}
+
+std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
+                      const ScanSource& source, const Focus& focus) {
+  RequireFocus(module, settings, source);
   const std::uint8_t answer =
       module.setFocus(focus.isAutomatic ? 1 : 0, static_cast<std::uint8_t>(focus.position));
   const std::uint32_t error = module.getScanError();

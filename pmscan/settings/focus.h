@@ -17,10 +17,15 @@ struct Focus {
 // Reads "auto" or a position. Throws Failure(kUsage).
 Focus ParseFocus(std::string_view text);
 
+// Throws Failure when the source cannot be focused on: kUnsupported when the scanner cannot focus,
+// or the module's code. The source is switched on.
+void RequireFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
+                  const ScanSource& source);
+
 // Focuses on the source, which is switched on, and returns the position that the scanner took or
-// found. Automatic focus looks at the area of the settings, and takes 20 seconds. Throws Failure:
-// kUnsupported when the scanner cannot focus, the module's code, or kScannerError when no position
-// was taken or found.
+// found. Automatic focus looks at the area of the settings, and takes 20 seconds. Throws Failure as
+// RequireFocus does, with the module's code, or with kScannerError when no position was taken or
+// found.
 std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
                       const ScanSource& source, const Focus& focus);
 

@@ -186,6 +186,51 @@ TEST_CASE("pmscan: a bar that stands still in a page or behind it goes on to tel
       meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s\rWaiting for the scanner, 3 s"));
 }
 
+TEST_CASE("pmscan: a bar tells what is awaited at once, and its seconds until the page begins") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.Await("Preparing");
+  CHECK(meter.out.str() == "\rPreparing");
+  TickAt(meter, 1);
+  meter.progress.BeginPage(1, 10);
+  CHECK(meter.out.str().starts_with("\rPreparing\rPreparing, 1 s\n\rPage 1 ["));
+  meter.ShowAt(2, 10);
+  TickAt(meter, 4);
+  CHECK(meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s"));
+}
+
+TEST_CASE("pmscan: what is awaited is a line among lines, and nothing in the other styles") {
+  for (const auto& [style, text] :
+       {std::pair(ProgressStyle::kLines, "Preparing\n"), std::pair(ProgressStyle::kJson, ""),
+        std::pair(ProgressStyle::kNone, "")}) {
+    Meter meter(style);
+    meter.progress.Await("Preparing");
+    TickAt(meter, 9);
+    CHECK(meter.out.str() == text);
+  }
+}
+
+TEST_CASE("pmscan: a note is a line of its own that a bar does not write over") {
+  Meter bar(ProgressStyle::kBar);
+  bar.progress.Await("Preparing");
+  bar.progress.Note("Note");
+  bar.progress.Await("Next");
+  CHECK(bar.out.str() == "\rPreparing\rNote     \n\rNext");
+  Meter none(ProgressStyle::kNone);
+  none.progress.Note("Note");
+  CHECK(none.out.str() == "Note\n");
+}
+
+TEST_CASE("pmscan: a bar that was left writes nothing into the text that follows it") {
+  Meter meter(ProgressStyle::kBar);
+  meter.progress.Await("Preparing");
+  meter.progress.EndLine();
+  TickAt(meter, 9);
+  CHECK(meter.out.str() == "\rPreparing\n");
+  meter.progress.Say("More");
+  TickAt(meter, 10);
+  CHECK(meter.out.str() == "\rPreparing\n\rMore\rPreparing, 1 s");
+}
+
 TEST_CASE("pmscan: what is waited for is written over in a bar, and a line elsewhere") {
   Meter bar(ProgressStyle::kBar, 20);
   bar.progress.Say("The scanner is warming up");

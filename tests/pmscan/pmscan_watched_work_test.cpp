@@ -33,6 +33,21 @@ TEST_CASE("pmscan: work that never ends is left after its patience once it is in
   release.set_value();
 }
 
+TEST_CASE("pmscan: interrupted work that goes on is told of once") {
+  int ticks = 0;
+  int told = 0;
+  std::promise<void> release;
+  const auto stuck = std::make_shared<std::shared_future<void>>(release.get_future());
+  WatchManners manners = Manners(true, ticks);
+  manners.whenInterrupted = [&] {
+    ++told;
+    CHECK(ticks == 1);
+  };
+  CHECK_FALSE(RunWatched([stuck] { stuck->wait(); }, manners));
+  CHECK(told == 1);
+  release.set_value();
+}
+
 TEST_CASE("pmscan: work that ends is waited for, and what it throws is thrown") {
   int ticks = 0;
   bool isDone = false;

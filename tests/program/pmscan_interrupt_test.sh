@@ -17,6 +17,14 @@ fail() {
   exit 1
 }
 
+# await FILE TEXT: waits until the text is in the file; the scan has to go on meanwhile.
+await() {
+  until grep -q -e "$2" "$1"; do
+    kill -0 "$scan" 2>/dev/null || fail "the scan ended before there was $2"
+    sleep 0.1
+  done
+}
+
 # interrupt FILE TEXT PROGRAM ARGUMENTS...: runs the program, sends Ctrl+C once the text is in the
 # file, and waits until it ends, which has to be with exit code 130.
 interrupt() {
@@ -26,10 +34,7 @@ interrupt() {
   : >"$file"
   "$wine" "$@" >output.txt 2>errors.txt &
   scan=$!
-  until grep -q -e "$text" "$file"; do
-    kill -0 "$scan" 2>/dev/null || fail "the scan ended before there was $text"
-    sleep 0.1
-  done
+  await "$file" "$text"
   kill -INT "$scan"
   code=0
   wait "$scan" || code=$?
@@ -69,6 +74,22 @@ interrupt errors.txt "warming up" "$pmscan" scan -o warm.png --device sim:extend
   --warm-up 3600 --original bed.png
 [ ! -e warm.png ] || fail "there is a picture of nothing"
 [ ! -e warm.png.part ] || fail "warm.png.part was left behind"
+
+echo "Where a picture goes that nobody takes: the second Ctrl+C ends what the first one cannot."
+mkfifo full
+exec 3<>full
+: >errors.txt
+"$wine" "$pmscan" scan -o - --format bmp --mode grey --resolution 100 --original bed.png \
+  --progress json >full 2>errors.txt &
+scan=$!
+await errors.txt '"lines": 1170'
+kill -INT "$scan"
+await errors.txt "Ctrl+C again ends at once"
+kill -INT "$scan"
+code=0
+wait "$scan" || code=$?
+[ "$code" = 130 ] || fail "the exit code is $code, not 130"
+exec 3>&-
 
 export WINEDLLOVERRIDES=sti=n FAKE_STI_LOG=log.txt
 

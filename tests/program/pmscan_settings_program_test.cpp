@@ -53,4 +53,40 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: settings of a scan reach the sc
   }
 }
 
+// The data of the identity with a bed of 0 x 0.
+const std::string kNoBed =
+    R"({"faults": [{"at": {"command": "ESC I", "part": "data", "occurrence": "every"}, "do": {)"
+    R"("answer": "42 38 52 32 00 52 48 00 52 4B 00 52 64 00 52 96 00 52 C8 00 52 2C 01 52 90 01)"
+    R"( 52 58 02 52 B0 04 52 80 0C 41 00 00 00 00"}}]})";
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a scanner with standard commands that tells no bed takes an area") {
+  Write("nobed.json", kNoBed);
+  const std::string scan = "scan --device sim:standard --resolution 150 --mode grey";
+  const ProgramResult refused = Run(scan + " -o none.bmp --faults nobed.json");
+  CHECK(refused.exitCode == 65);
+  CHECK(Has(refused.errors, "did not tell the size of its flatbed: say what to scan with --area"));
+  for (const char* area : {"a6", "1.1in,2in,333px,77px"}) {
+    CAPTURE(area);
+    const std::string wanted = scan + " --overwrite --area " + area;
+    CHECK(Run(wanted + " -o told.bmp").exitCode == 0);
+    CHECK(Run(wanted + " -o untold.bmp --faults nobed.json").exitCode == 0);
+    CHECK(Contents("untold.bmp") == Contents("told.bmp"));
+  }
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a dry run leaves automatic focus out, and says so") {
+  for (const char* family : {"extended", "standard"}) {
+    const std::string run = std::string("scan --dry-run --focus auto --device sim:") + family;
+    const ProgramResult result = Run(run);
+    CAPTURE(result.output);
+    CHECK(result.exitCode == 0);
+    CHECK(result.errors.starts_with("Note: automatic focus, which takes 20 seconds, is left out"));
+    CHECK(!Has(result.output, "ESC p"));
+    CHECK(Has(result.output, " G start "));
+  }
+  CHECK(Run("scan --dry-run --focus auto --device sim:standard:RV3000").exitCode == 65);
+}
+
 }  // namespace
