@@ -174,6 +174,7 @@ std::string Suggestion(const CLI::App& app) {
   std::vector<std::string_view> names;
   if (command == Command::kHelp) {
     for (const CommandRow& row : kCommands) names.push_back(row.name);
+    names.insert(names.end(), {"--help", "--version"});
   }
   for (const OptionRow& row : kOptions) {
     if ((row.commands & Bit(command)) != 0) names.push_back(LongName(row));
@@ -181,6 +182,30 @@ std::string Suggestion(const CLI::App& app) {
   const std::string word = unknown.front().substr(0, unknown.front().find('='));
   const std::string question = DidYouMean(word, names);
   return question.empty() ? question : "There is no \"" + word + "\"; " + question;
+}
+
+std::string SubcommandNames() {
+  std::string names;
+  for (const CommandRow& row : kCommands) {
+    if (names.ends_with(row.name)) continue;
+    names.append(names.empty() ? "" : ", ").append(row.name);
+  }
+  return names;
+}
+
+// What is wrong with the command line, in words of our own where the library's tell too little.
+std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
+  if (const std::string suggestion = Suggestion(app); !suggestion.empty()) return suggestion;
+  const Command command = CommandOf(app);
+  if (command == Command::kHelp) {
+    const std::vector<std::string> words = app.remaining(true);
+    return (words.empty() ? "A subcommand is missing"
+                          : "There is no subcommand \"" + words.front() + "\"") +
+           "; it can be: " + SubcommandNames() + ".";
+  }
+  const std::string text = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
+  return text.substr(0, text.find(':')) + " needs a value behind it.";
 }
 
 }  // namespace
@@ -198,8 +223,7 @@ Options ParseCommandLine(const std::vector<std::string>& arguments,
     asksForText.command = Command::kVersion;
     return asksForText;
   } catch (const CLI::ParseError& error) {
-    const std::string suggestion = Suggestion(program.app);
-    throw Failure(kUsage, suggestion.empty() ? error.what() : suggestion);
+    throw Failure(kUsage, Complaint(program.app, error));
   }
 }
 

@@ -139,21 +139,35 @@ std::string CommandText() {
   return text;
 }
 
-// Until it is connected, which may take as long as it takes to draw a page.
-std::unique_ptr<DeviceConnection> ConnectWatched(const Options& options, ProgressMeter& progress) {
+// The page is still being drawn.
+[[noreturn]] void GiveUp(const Options& options, ProgressMeter& progress, Json& report) {
+  progress.EndLine();
+  const Failure failure(kInterrupted, "Nothing was saved.");
+  const int exitCode = Report(failure);
+  report["error"] = FailureJson(failure);
+  report["exitCode"] = exitCode;
+  if (options.isJson) std::cout << JsonText(report);
+  EndProgram(exitCode);
+}
+
+// Takes as long as it takes to draw the page that lies there.
+std::unique_ptr<DeviceConnection> ConnectWatched(const Options& options, ProgressMeter& progress,
+                                                 Json& report) {
   progress.Await(kPreparing);
   std::unique_ptr<DeviceConnection> connection;
   WatchManners manners;
-  manners.isInterrupted = [] { return false; };
+  manners.isInterrupted = &IsInterrupted;
   manners.tick = [&progress] { progress.Tick(); };
-  RunWatched([&] { connection = ConnectDevice(options); }, manners);
-  return connection;
+  manners.patience = 1;
+  if (RunWatched([&] { connection = ConnectDevice(options); }, manners)) return connection;
+  GiveUp(options, progress, report);
 }
 
 // Runs the command and returns the exit code.
 int RunWithDevice(const Options& options, Json& report) {
+  if (options.command == Command::kScan && !options.isDryRun) CatchInterrupt();
   ProgressMeter progress(std::cerr, StyleFor(options), ErrorOutputColumns());
-  const std::unique_ptr<DeviceConnection> connection = ConnectWatched(options, progress);
+  const std::unique_ptr<DeviceConnection> connection = ConnectWatched(options, progress, report);
   // The module reads the settings until it is unloaded, so they come first; so does its device.
   pmddb832::ScannerSettings settings{};
   WatchedDevice watched(connection->Device());

@@ -216,7 +216,6 @@ ProgressStyle StyleFor(const Options& options) {
 
 void RunScanCommand(const Options& options, const Surroundings& with,
                     pmddb832::ScannerSettings& settings, Json& report) {
-  CatchInterrupt();
   ScanRun(options, with, settings, report).Run();
 }
 

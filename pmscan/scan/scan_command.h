@@ -23,8 +23,8 @@ inline constexpr const char* kPreparing = "Preparing the scan";
 ProgressStyle StyleFor(const Options& options);
 
 // Opens the scanner, scans into the files, and prints a summary on standard output, or puts it into
-// `report` when the options ask for JSON; also one of what was saved before a failure. Throws
-// Failure.
+// `report` when the options ask for JSON; also one of what was saved before a failure. Ctrl+C is
+// caught. Throws Failure.
 void RunScanCommand(const Options& options, const Surroundings& with,
                     pmddb832::ScannerSettings& settings, Json& report);
 

@@ -85,6 +85,19 @@ TEST_CASE("pmscan: a misspelt word is answered with the one that was meant") {
         "colour, colour12, palette, deep-grey, deep-colour.");
 }
 
+TEST_CASE("pmscan: what is missing in a command line is named") {
+  const auto refusal = [](const Arguments& arguments) {
+    return pmscan::tests::RefusalOf([&] { ParseCommandLine(arguments); });
+  };
+  const std::string subcommands =
+      "; it can be: scan, info, focus, feed, eject, reset, devices, profiles, replay, decode, "
+      "convert.";
+  CHECK(refusal({}) == "64 A subcommand is missing" + subcommands);
+  CHECK(refusal({"paint", "a.png"}) == "64 There is no subcommand \"paint\"" + subcommands);
+  CHECK(refusal({"--hlep"}) == "64 There is no \"--hlep\"; did you mean \"--help\"?");
+  CHECK(refusal({"scan", "-o"}) == "64 --output needs a value behind it.");
+}
+
 TEST_CASE("pmscan: a file's name may begin with a slash") {
   CHECK(ParseCommandLine({"scan", "-o", "/tmp/a.png"}).names.Of(1) == "/tmp/a.png");
   CHECK(ParseCommandLine({"decode", "/tmp/x.capture"}).readCapture == "/tmp/x.capture");

@@ -69,6 +69,10 @@ interrupt errors.txt '"lines"' "$pmscan" scan -o deep.png --mode deep-colour --r
   --original bed.png --area 0px,0px,5000px,14000px --progress json
 kept deep.png 14000 20 "-t u4 --endian=big"
 
+echo "While the page is drawn, or at the beginning of the scan."
+interrupt errors.txt "Preparing the scan" "$pmscan" scan -o soon.png --resolution 600 --progress bar
+grep -q "the scan was interrupted" errors.txt || fail "nobody said that it was interrupted"
+
 echo "Before the first line: the scanner warms up."
 interrupt errors.txt "warming up" "$pmscan" scan -o warm.png --device sim:extended+warm-up=5000 \
   --warm-up 3600 --original bed.png
