@@ -38,15 +38,13 @@ bool HasTrouble(const std::vector<FieldRow>& rows) {
 
 }  // namespace
 
-void Narrator::Take(const Transfer& transfer, std::uint32_t line) {
+Part Narrator::Take(const Transfer& transfer, std::uint32_t line) {
   currentLine_ = line;
-  if (transfer.direction == Direction::kToScanner) {
-    TakeWrite(transfer);
-  } else {
-    TakeRead(transfer);
-  }
+  const bool isWrite = transfer.direction == Direction::kToScanner;
+  const Part part = isWrite ? TakeWrite(transfer) : TakeRead(transfer);
   ++current_->transfers;
   lastMicroseconds_ = transfer.microseconds;
+  return part;
 }
 
 std::vector<Exchange> Narrator::Release() {
@@ -104,12 +102,14 @@ void Narrator::NoteWait(const Transfer& transfer) {
   if (lastMicroseconds_ != 0 && wait >= kNoticedWait) AddPart(WaitText(wait));
 }
 
-void Narrator::TakeWrite(const Transfer& transfer) {
+// A call may begin in the midst of a command.
+Part Narrator::TakeWrite(const Transfer& transfer) {
   const Bytes bytes = transfer.Kept();
   // Once it is answered, the next block is the one under way.
   const std::optional<PictureBlocks> picture = conversation_.Picture();
-  const Part part = Follow(conversation_, transfer);
-  if (part == Part::kParameters && conversation_.IsWhole()) {
+  Part part = Follow(conversation_, transfer);
+  if (part == Part::kParameters && !conversation_.IsWhole()) part = Part::kStray;
+  if (part == Part::kParameters) {
     if (!current_.has_value()) Begin(NameOf(*conversation_.Command()));
     AddFields(DescribeParameters(*conversation_.Command(), bytes), bytes.size());
   } else if (part == Part::kCommand) {
@@ -122,6 +122,7 @@ void Narrator::TakeWrite(const Transfer& transfer) {
     TellStrayWrite(bytes);
   }
   if (transfer.result < 0) AddTrouble("the write failed (" + ResultText(transfer.result) + ")");
+  return part;
 }
 
 void Narrator::TellBlockAnswer(std::uint8_t byte, const PictureBlock& block) {
@@ -138,17 +139,18 @@ void Narrator::TellStrayWrite(Bytes bytes) {
 }
 
 // What a call left unread belongs to no exchange of the next one.
-void Narrator::TakeRead(const Transfer& transfer) {
+Part Narrator::TakeRead(const Transfer& transfer) {
   if (conversation_.AwaitsPicture()) return TakePicture(transfer);
   const Part part = current_.has_value() ? Follow(conversation_, transfer) : Part::kStray;
-  if (part == Part::kStray) return TellStrayRead(transfer);
-  NoteWait(transfer);
-  if (!NoteReadFailure(transfer)) return;
-  if (part == Part::kReply) {
-    TellReply();
-  } else {
-    Add(DescribeAcknowledge(transfer.bytes->front()));
+  if (part == Part::kStray) {
+    TellStrayRead(transfer);
+    return part;
   }
+  NoteWait(transfer);
+  const bool hasBytes = NoteReadFailure(transfer);
+  if (hasBytes && part == Part::kReply) TellReply();
+  if (hasBytes && part == Part::kAcknowledge) Add(DescribeAcknowledge(transfer.bytes->front()));
+  return part;
 }
 
 // True when there are bytes to look at.
@@ -169,7 +171,7 @@ void Narrator::TellReply() {
   AddFields(DescribeReply(conversation_.Command()->reply, reply), reply.size());
 }
 
-void Narrator::TakePicture(const Transfer& transfer) {
+Part Narrator::TakePicture(const Transfer& transfer) {
   const Part part = Follow(conversation_, transfer);
   const PictureBlocks& picture = *conversation_.Picture();
   const bool isBegun = current_.has_value() && current_->block == picture.Block().number;
@@ -177,12 +179,13 @@ void Narrator::TakePicture(const Transfer& transfer) {
   NoteWait(transfer);
   const bool hasFailed = transfer.result < 0;
   if (hasFailed || transfer.delivered < transfer.requested) NoteReadFailure(transfer);
-  if (hasFailed || transfer.delivered == 0) return;
+  if (hasFailed || transfer.delivered == 0) return part;
   if (part == Part::kBlock) {
     for (const FieldRow& row : DescribeBlock(picture.Block())) Add(row);
   } else if (picture.Next() == PictureBlocks::Step::kNone) {
     AddTrouble(DescribeBadHeader(transfer.Kept()));
   }
+  return part;
 }
 
 void Narrator::TellStrayRead(const Transfer& transfer) {

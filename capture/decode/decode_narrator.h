@@ -16,23 +16,25 @@ namespace capture {
 // Tells a conversation transfer by transfer, and puts together what belongs together.
 class Narrator {
  public:
-  // `line` is that of the transfer in its file, 0 when there is none.
-  void Take(const Transfer& transfer, std::uint32_t line);
+  // `line` is that of the transfer in its file, 0 when there is none. Returns what its bytes are.
+  Part Take(const Transfer& transfer, std::uint32_t line);
 
   // The exchanges that began since the last call.
   std::vector<Exchange> Release();
 
+  const Conversation& Followed() const { return conversation_; }
+
  private:
   using Bytes = std::span<const std::uint8_t>;
 
-  void TakeWrite(const Transfer& transfer);
+  Part TakeWrite(const Transfer& transfer);
   void TellBlockAnswer(std::uint8_t byte, const PictureBlock& block);
   void TellStrayWrite(Bytes bytes);
 
-  void TakeRead(const Transfer& transfer);
+  Part TakeRead(const Transfer& transfer);
   bool NoteReadFailure(const Transfer& transfer);
   void TellReply();
-  void TakePicture(const Transfer& transfer);
+  Part TakePicture(const Transfer& transfer);
   void TellStrayRead(const Transfer& transfer);
 
   void Begin(std::string title);

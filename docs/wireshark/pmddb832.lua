@@ -204,6 +204,7 @@ local CONTROL_BYTES = {
 
 local ESC, FS = 0x1B, 0x1C
 local STX, ACK, FF, NAK, CAN, EM = 0x02, 0x06, 0x0C, 0x15, 0x18, 0x19
+local MOST_REPLY_BYTES = 150    -- of data that are looked at
 local HEADER_BYTES = 4          -- of an information reply: start byte, status, count of data
 local TABLE_BYTES, MATRIX_BYTES = 257, 9
 local ERROR_BIT, LAST_BIT = 0x80, 0x20  -- of the status of a block
@@ -312,6 +313,8 @@ local usb_device = Field.new("usb.device_address")
 local usb_direction = Field.new("usb.endpoint_address.direction")
 local usb_length = Field.new("usb.data_len")
 local packet_comment = Field.new("frame.comment")
+local interface_name = Field.new("frame.interface_name")
+local CONVERTED = "still-image device"  -- the interface of files that "pmscan convert" wrote
 local usb_kind = Field.new("usb.transfer_type")
 local BULK = 3
 local IN_PROGRESS = -115  -- Linux tells so where a transfer begins
@@ -327,6 +330,10 @@ for name, row in pairs({
   unknown = {"A command that no scanner knows", "PROTOCOL", "ERROR"},
   not_zero = {"A byte that must be 0 is not", "PROTOCOL", "WARN"},
   failed = {"The transfer failed", "RESPONSE_CODE", "ERROR"},
+  short = {"Less came than the host asked for", "RESPONSE_CODE", "ERROR"},
+  length = {"The block is not as long as announced", "MALFORMED", "ERROR"},
+  header = {"No block follows this header", "MALFORMED", "ERROR"},
+  resolution = {"The identity holds not one resolution", "MALFORMED", "ERROR"},
   cut = {"The data were not kept in the capture", "UNDECODED", "NOTE"},
 }) do
   e[name] = ProtoExpert.new("pmddb832." .. name, row[1], expert.group[row[2]],
@@ -364,103 +371,137 @@ local function has_bit(value, bit_value)
   return math.floor(value / bit_value) % 2 == 1
 end
 
+-- 0 when the bytes end before it.
 local function value_of(rows, name, bytes)
   for _, row in ipairs(rows) do
-    if row.name == name then return number_at(bytes, row.offset, row.width) end
+    if row.name == name then
+      local is_there = #bytes >= row.offset + row.width
+      return is_there and number_at(bytes, row.offset, row.width) or 0
+    end
   end
   error("the tables have no field '" .. name .. "'")
 end
 
 local SET_PARAMETERS, SCAN_AREA = COMMANDS[0x1C57], COMMANDS[0x1B41]
-local LINES_PER_BLOCK, START_SCAN = COMMANDS[0x1B64], COMMANDS[0x1B47]
+local LINES_PER_BLOCK = COMMANDS[0x1B64]
 
 local function new_plan()
   return {lines_per_block = 0, height = 0, lines_at_once = false, repeated = false}
 end
 
+-- expected: what comes next; picture: the blocks under way, the next of which has "header", "block",
+-- "answer" or "none" to come; exchange: the command or block that is being told, nil between the
+-- host's calls.
 local function new_device()
-  -- next: what comes next; got: its bytes so far; have: how many bytes of a block came
-  return {next = "nothing", got = "", have = 0, plan = new_plan()}
+  return {expected = "nothing", message = "", plan = new_plan(), exchange = nil}
 end
 
-local function expect(device, what, size)
-  device.next, device.size, device.got, device.have = what, size or 0, "", 0
+local function add(items, kind, transfer, item)
+  item = item or {}
+  item.kind, item.offset, item.length = kind, transfer.offset, transfer.length
+  item.count = transfer.count
+  items[#items + 1] = item
+  return item
 end
 
-local function block_count(device)
-  local blocks, plan = device.blocks, device.plan
-  if blocks.extended then return blocks.full + (blocks.last_bytes > 0 and 1 or 0) end
+local function is_command(bytes)
+  return #bytes == 2 and COMMANDS[256 * byte_at(bytes, 0) + byte_at(bytes, 1)] ~= nil
+end
+
+local function is_prefixed(bytes)
+  return #bytes == 2 and (byte_at(bytes, 0) == ESC or byte_at(bytes, 0) == FS)
+end
+
+local function is_control(bytes)
+  return #bytes == 1 and (byte_at(bytes, 0) == EM or byte_at(bytes, 0) == FF)
+end
+
+-- Pictures.
+
+local function announce_extended_block(picture, plan)
+  local lines_left = math.max(plan.height - picture.full * plan.lines_per_block, 0)
+  local is_last = picture.number > picture.full
+  picture.bytes = is_last and picture.last_bytes or picture.block_bytes
+  picture.lines = is_last and lines_left or plan.lines_per_block
+end
+
+local function extended_picture(plan, header)
+  local rows = REPLIES.transfer_header
+  local picture = {
+    extended = true, number = 1, next = "none", bytes = 0, lines = 0,
+    block_bytes = value_of(rows, "full block", header),
+    full = value_of(rows, "full blocks", header),
+    last_bytes = value_of(rows, "last block", header),
+  }
+  picture.count = (picture.full + (picture.last_bytes > 0 and 1 or 0)) % 2^32
+  if #header >= rows.size and byte_at(header, 0) == STX and
+      not has_bit(byte_at(header, 1), ERROR_BIT) then
+    picture.next = "block"
+    announce_extended_block(picture, plan)
+  end
+  return picture
+end
+
+local function take_header(picture, plan, header)
+  local rows = REPLIES.block_header
+  picture.status = value_of(rows, "status", header)
+  picture.lines = plan.lines_at_once and value_of(rows, "lines", header) or 1
+  picture.bytes = value_of(rows, "line", header) * picture.lines
+  local is_good = byte_at(header, 0) == STX and picture.lines > 0
+  picture.next = is_good and "block" or "none"
+end
+
+local function standard_count(plan)
   if not plan.lines_at_once then return plan.height end
   if plan.lines_per_block == 0 then return 0 end
   return math.floor((plan.height + plan.lines_per_block - 1) / plan.lines_per_block)
 end
 
-local function expect_next_block(device)
-  local blocks, plan = device.blocks, device.plan
-  if not blocks.extended then
-    return expect(device, "block_header", plan.lines_at_once and 6 or 4)
-  end
-  local lines_left = math.max(plan.height - blocks.full * plan.lines_per_block, 0)
-  blocks.is_last = blocks.number > blocks.full
-  blocks.bytes = blocks.is_last and blocks.last_bytes or blocks.block_bytes
-  blocks.lines = blocks.is_last and lines_left or plan.lines_per_block
-  expect(device, "block", blocks.bytes + 1)
-end
-
-local function is_refused(header)
-  return byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT)
-end
-
-local function begin_extended_blocks(device, header)
-  local rows = REPLIES.transfer_header
-  expect(device, "nothing")
-  if is_refused(header) then return end
-  device.blocks = {
-    extended = true, number = 1,
-    block_bytes = value_of(rows, "full block", header),
-    full = value_of(rows, "full blocks", header),
-    last_bytes = value_of(rows, "last block", header),
-  }
-  expect_next_block(device)
-end
-
-local function take_block_header(device, header)
-  local blocks = device.blocks
-  blocks.status = byte_at(header, 1)
-  blocks.lines = device.plan.lines_at_once and number_at(header, 4, 2) or 1
-  blocks.bytes = number_at(header, 2, 2) * blocks.lines
-  blocks.is_last = has_bit(blocks.status, LAST_BIT)
-  if byte_at(header, 0) == STX and blocks.lines > 0 and blocks.bytes > 0 then
-    expect(device, "block", blocks.bytes)
-  else
-    expect(device, "nothing")
-  end
-end
-
 -- With blocks of several lines the reply to the start is the header of the first block.
-local function begin_standard_blocks(device, header)
-  expect(device, "nothing")
-  device.plan.repeated = is_refused(header)
-  if device.plan.repeated then return end
-  device.blocks = {extended = false, number = 1}
-  if device.plan.lines_at_once then return take_block_header(device, header) end
-  expect_next_block(device)
+local function standard_picture(plan, header)
+  local picture = {extended = false, number = 1, next = "none", bytes = 0, lines = 0, status = 0,
+                   count = standard_count(plan)}
+  local is_refused = #header > 1 and
+      (byte_at(header, 0) ~= STX or has_bit(byte_at(header, 1), ERROR_BIT))
+  if is_refused then return picture end
+  picture.next = "header"
+  if plan.lines_at_once and #header > 0 then take_header(picture, plan, header) end
+  return picture
 end
+
+local function begin_picture(device)
+  local plan = device.plan
+  if device.command.reply == "transfer_header" then
+    device.picture = extended_picture(plan, device.message)
+  elseif device.command.reply == "block_header" then
+    device.picture = standard_picture(plan, device.message)
+    plan.repeated = device.picture.next == "none"
+  end
+end
+
+local function awaits_picture(device)
+  local next = device.picture and device.picture.next
+  return device.expected == "nothing" and (next == "header" or next == "block")
+end
+
+-- What the host sends: one transfer, as the module makes them.
 
 local function begin_command(device, key, frame)
   local command, plan = COMMANDS[key], device.plan
-  device.command, device.asked, device.blocks = command, frame, nil
-  if command == nil then return expect(device, "nothing") end
-  if command.reply == "acknowledge" then
-    if not command.parameters then device.plan = new_plan() end
-    return expect(device, command.parameters and "letter_answer" or "answer", 1)
+  device.command, device.asked, device.picture, device.message = command, frame, nil, ""
+  if command.reply ~= "acknowledge" then
+    device.expected = "reply"
+  elseif command.parameters then
+    device.expected = "letter_answer"
+  else
+    device.expected = "answer"
+    plan = new_plan()
+    device.plan = plan
   end
-  if command ~= START_SCAN or not plan.repeated or plan.lines_at_once then
-    return expect(device, "reply", REPLIES[command.reply].size)
+  if command.reply == "block_header" and plan.repeated and not plan.lines_at_once then
+    device.picture = standard_picture(plan, "")
+    device.expected = "nothing"
   end
-  plan.repeated = false
-  device.blocks = {extended = false, number = 1}
-  expect_next_block(device)
 end
 
 local function note_parameters(device, bytes)
@@ -477,178 +518,272 @@ local function note_parameters(device, bytes)
   end
 end
 
-local function add(items, kind, offset, length, item)
-  item = item or {}
-  item.kind, item.offset, item.length = kind, offset, length
-  items[#items + 1] = item
-  return item
+local function take_parameters(device, transfer, items)
+  add(items, "parameters", transfer, {command = device.command, bytes = transfer.bytes})
+  note_parameters(device, transfer.bytes)
+  device.expected = "answer"
 end
 
--- Puts what is there to the message that is expected. How much that was, and whether all is there.
-local function collect(device, packet, offset)
-  local part = packet.bytes:sub(offset + 1, offset + device.size - #device.got)
-  device.got = device.got .. part
-  return #part, #device.got == device.size
-end
-
--- Items of what the host sent.
-
-local function looks_like_command(bytes)
-  return #bytes == 2 and COMMANDS[256 * byte_at(bytes, 0) + byte_at(bytes, 1)] ~= nil
-end
-
-local function take_parameters(device, packet, offset, items)
-  local take, is_whole = collect(device, packet, offset)
-  local item = add(items, "part", offset, take, {command = device.command})
-  if is_whole then
-    item.kind, item.bytes = "parameters", device.got
-    note_parameters(device, device.got)
-    expect(device, "answer", 1)
+local function take_block_answer(device, byte, transfer, items)
+  local picture = device.picture
+  device.exchange = device.exchange or {block = picture.number}
+  add(items, "control", transfer)
+  if byte == CAN then
+    picture.next = "none"
+    device.expected = "answer"
+    device.command, device.asked = nil, nil
+    return
   end
-  return offset + take
+  picture.number = picture.number + 1
+  picture.next = picture.extended and "block" or "header"
+  if picture.extended then announce_extended_block(picture, device.plan) end
 end
 
-local function take_command(device, packet, offset, items, frame)
-  local prefix = device.prefix or byte_at(packet.bytes, offset)
-  local letter_at = device.prefix and offset or offset + 1
-  if letter_at >= #packet.bytes then
-    device.prefix = prefix
-    add(items, "part", offset, 1)
-    return letter_at
-  end
-  local key = 256 * prefix + byte_at(packet.bytes, letter_at)
-  begin_command(device, key, frame)
-  add(items, "command", offset, letter_at + 1 - offset, {key = key, command = device.command})
-  device.prefix = nil
-  return letter_at + 1
-end
-
-local function take_control(device, byte, offset, items)
-  local item = add(items, "control", offset, 1)
-  if device.next == "block_answer" and byte == ACK then
-    device.blocks.number = device.blocks.number + 1
-    expect_next_block(device)
-  elseif byte == CAN or byte == EM or byte == FF then
-    device.blocks, device.command = nil, nil
-    expect(device, "answer", 1)
+local function take_stray_write(device, transfer, items)
+  local bytes = transfer.bytes
+  device.expected = "nothing"
+  if is_prefixed(bytes) then
+    add(items, "command", transfer, {key = 256 * byte_at(bytes, 0) + byte_at(bytes, 1)})
+  elseif #bytes == 1 and CONTROL_BYTES[byte_at(bytes, 0)] then
+    add(items, "control", transfer, {is_stray = true})
   else
-    item.is_stray = true
-  end
-  return offset + 1
-end
-
-local function follow_host(device, packet, items, frame)
-  local offset = 0
-  while offset < #packet.bytes do
-    local byte = byte_at(packet.bytes, offset)
-    local rest = packet.bytes:sub(offset + 1)
-    if device.next == "parameters" and (#rest == device.size or not looks_like_command(rest)) then
-      offset = take_parameters(device, packet, offset, items)
-    elseif device.prefix ~= nil or byte == ESC or byte == FS then
-      offset = take_command(device, packet, offset, items, frame)
-    elseif CONTROL_BYTES[byte] ~= nil and byte ~= NAK then
-      offset = take_control(device, byte, offset, items)
-    else
-      add(items, "stray", offset, #rest)
-      return
-    end
+    add(items, "stray", transfer)
   end
 end
 
--- Items of what the scanner sent.
-
-local function tell_reply(device, item, reply, base)
-  item.kind, item.reply, item.bytes, item.base = "reply", reply, device.got, base
+local function take_write(device, transfer, items, frame)
+  local bytes = transfer.bytes
+  local byte = #bytes == 1 and byte_at(bytes, 0) or nil
+  local awaits_answer = device.picture ~= nil and device.picture.next == "answer"
+  if device.expected == "parameters" and #bytes == device.command.parameters then
+    device.exchange = device.exchange or {}
+    return take_parameters(device, transfer, items)
+  end
+  local is_piece = device.expected == "parameters" and #bytes < device.command.parameters and
+      not is_command(bytes) and not is_control(bytes)
+  if awaits_answer and not is_piece and (byte == ACK or byte == CAN) then
+    return take_block_answer(device, byte, transfer, items)
+  end
+  device.exchange = {}
+  if not is_piece and is_command(bytes) then
+    local key = 256 * byte_at(bytes, 0) + byte_at(bytes, 1)
+    begin_command(device, key, frame)
+    add(items, "command", transfer, {key = key, command = device.command})
+  elseif not is_piece and is_control(bytes) then
+    device.command, device.asked, device.expected = nil, nil, "answer"
+    add(items, "control", transfer)
+  else
+    take_stray_write(device, transfer, items)
+  end
 end
 
--- What is to be done with a message that is whole.
-local FINISH = {
-  letter_answer = function(device, item)
-    item.kind = "answer"
-    local is_accepted = byte_at(device.got, 0) == ACK
-    expect(device, is_accepted and "parameters" or "nothing", device.command.parameters)
-  end,
-  answer = function(device, item)
-    item.kind = "answer"
-    expect(device, "nothing")
-  end,
-  reply = function(device, item)
-    local reply, got = device.command.reply, device.got
-    local data_bytes = number_at(got, 2, 2)
-    tell_reply(device, item, reply, 0)
-    if reply == "transfer_header" then return begin_extended_blocks(device, got) end
-    if reply == "block_header" then return begin_standard_blocks(device, got) end
-    local has_data = REPLIES[reply].declares_data and byte_at(got, 0) == STX and data_bytes > 0
-    expect(device, has_data and "reply_data" or "nothing", data_bytes)
-  end,
-  reply_data = function(device, item)
-    tell_reply(device, item, device.command.reply, HEADER_BYTES)
-    expect(device, "nothing")
-  end,
-  block_header = function(device, item)
-    tell_reply(device, item, "block_header", 0)
-    item.block = device.blocks.number
-    take_block_header(device, device.got)
-  end,
-}
+-- What the scanner sends: one transfer, as the module makes them.
 
-local function take_message(device, packet, offset, items)
-  local wanted = math.min(device.size - #device.got, packet.reported - offset)
-  local item = add(items, "part", offset, wanted, {command = device.command, asked = device.asked})
-  if offset + wanted > #packet.bytes then
-    item.kind, item.length = "cut", #packet.bytes - offset
-    expect(device, "nothing")
-    return offset + wanted
+local function take_answer(device, transfer, items)
+  local is_letters = device.expected == "letter_answer"
+  add(items, "answer", transfer, {command = device.command, asked = device.asked})
+  local is_accepted = is_letters and byte_at(transfer.bytes, 0) == ACK
+  device.expected = is_accepted and "parameters" or "nothing"
+end
+
+local function declared_bytes(device)
+  local is_header = REPLIES[device.command.reply].declares_data
+      and #device.message >= HEADER_BYTES and byte_at(device.message, 0) == STX
+  return is_header and number_at(device.message, 2, 2) or 0
+end
+
+local function take_reply(device, transfer, items)
+  device.message = device.message .. transfer.bytes
+  local has_data = device.expected == "reply_data"
+  local item = add(items, "header", transfer, {command = device.command, asked = device.asked,
+                                               bytes = device.message})
+  if not has_data and declared_bytes(device) > 0 then
+    device.expected = "reply_data"
+    return
   end
-  local _, is_whole = collect(device, packet, offset)
-  if is_whole then
-    FINISH[device.next](device, item)
-  elseif device.got == string.char(NAK) and wanted == packet.reported then
-    item.kind = "answer"  -- in the place of a reply
-    expect(device, "nothing")
-  end
-  return offset + wanted
+  item.kind, item.reply = "reply", device.command.reply
+  item.has_data = has_data
+  device.expected = "nothing"
+  begin_picture(device)
+end
+
+local function take_block_header(device, transfer, items)
+  local picture = device.picture
+  take_header(picture, device.plan, transfer.bytes)
+  add(items, "reply", transfer, {bytes = transfer.bytes, reply = "block_header",
+                                 block = picture.number, asked = device.asked,
+                                 is_bad = picture.next == "none"})
 end
 
 -- The status of an extended block is its last byte; that of a standard block was in its header.
-local function finish_block(device, packet, item, last_at)
-  local blocks = device.blocks
-  item.is_whole = true
-  item.status = blocks.status
-  if blocks.extended then
-    item.has_status_byte = last_at < #packet.bytes
-    item.status = item.has_status_byte and byte_at(packet.bytes, last_at) or packet.last_byte
-  end
-  local has_failed = blocks.extended and item.status ~= nil and has_bit(item.status, ERROR_BIT)
-  expect(device, (blocks.is_last or has_failed) and "nothing" or "block_answer")
+local function take_block(device, transfer, items)
+  local picture = device.picture
+  if picture.extended then picture.status = transfer.last_byte end
+  add(items, "block", transfer, {
+    number = picture.number, blocks = picture.count, lines = picture.lines, is_whole = true,
+    data_bytes = transfer.count - (picture.extended and 1 or 0), announced = picture.bytes,
+    status = picture.status, has_status_byte = picture.extended and transfer.has_last_byte,
+    is_cut = transfer.is_cut, asked = device.asked,
+  })
+  local has_failed = picture.status ~= nil and has_bit(picture.status, ERROR_BIT)
+  local is_over = picture.number > (picture.full or 0) or has_failed
+  if not picture.extended then is_over = has_bit(picture.status, LAST_BIT) end
+  picture.next = is_over and "none" or "answer"
 end
 
-local function take_block(device, packet, offset, items)
-  local blocks = device.blocks
-  local take = math.min(device.size - device.have, packet.reported - offset)
-  device.have = device.have + take
-  local item = add(items, "block", offset, math.max(math.min(take, #packet.bytes - offset), 0), {
-    reported = take, number = blocks.number, count = block_count(device), lines = blocks.lines,
-    data_bytes = blocks.bytes, asked = device.asked,
+local function take_picture(device, transfer, items)
+  local picture = device.picture
+  if device.exchange == nil or device.exchange.block ~= picture.number then
+    device.exchange = {block = picture.number}
+  end
+  if transfer.has_failed or transfer.count == 0 then
+    picture.next = "none"
+    add(items, "nothing", transfer)
+  elseif picture.next == "header" then
+    take_block_header(device, transfer, items)
+  else
+    take_block(device, transfer, items)
+  end
+end
+
+local function take_read(device, transfer, items)
+  if awaits_picture(device) then return take_picture(device, transfer, items) end
+  local expected = device.exchange and device.expected or "nothing"
+  if expected == "nothing" or expected == "parameters" then
+    device.exchange = {}
+    add(items, "stray", transfer)
+  elseif transfer.has_failed or #transfer.bytes == 0 then
+    device.expected = "nothing"
+    add(items, "nothing", transfer, {is_cut = transfer.is_cut})
+  elseif expected == "reply" or expected == "reply_data" then
+    take_reply(device, transfer, items)
+  else
+    take_answer(device, transfer, items)
+  end
+end
+
+-- A transfer that a packet holds: what is there of it at `offset`.
+local function transfer_of(packet, offset, count)
+  local length = math.max(math.min(count, #packet.bytes - offset), 0)
+  local bytes = packet.bytes:sub(offset + 1, offset + length)
+  return {offset = offset, length = length, bytes = bytes, count = count,
+          has_failed = packet.has_failed, is_cut = length < count,
+          has_last_byte = length == count and count > 0,
+          last_byte = length == count and count > 0 and byte_at(bytes, count - 1)
+              or packet.last_byte}
+end
+
+-- The packets of a converted capture are the transfers of the host, and say where its calls begin and
+-- end: what a call left unread is nothing that the next one asked for.
+local function follow_transfer(device, packet, is_from_scanner, items, frame)
+  if packet.is_first_of_call then device.exchange = nil end
+  local transfer = transfer_of(packet, 0, packet.reported)
+  if is_from_scanner then
+    take_read(device, transfer, items)
+  else
+    take_write(device, transfer, items, frame)
+    if packet.has_failed then device.expected = "nothing" end
+  end
+end
+
+-- Those of a bus may hold a piece of a transfer, or several of them: `got` is what came of one.
+
+-- How long the next one is; nil when nothing is expected.
+local function expected_size(device)
+  local expected, picture = device.expected, device.picture
+  if awaits_picture(device) then
+    if picture.next == "header" then return device.plan.lines_at_once and 6 or 4 end
+    return picture.bytes + (picture.extended and 1 or 0)
+  end
+  if expected == "letter_answer" or expected == "answer" then return 1 end
+  if expected == "reply" then return REPLIES[device.command.reply].size end
+  if expected == "reply_data" then return declared_bytes(device) end
+  return nil
+end
+
+local function add_piece(device, transfer, items)
+  local picture = device.picture
+  if not awaits_picture(device) or picture.next == "header" then
+    return add(items, "part", transfer)
+  end
+  add(items, "block", transfer, {
+    number = picture.number, blocks = picture.count, lines = picture.lines,
+    announced = picture.bytes,
+    data_bytes = picture.bytes, is_cut = transfer.is_cut, asked = device.asked,
   })
-  if device.have == device.size then finish_block(device, packet, item, offset + take - 1) end
+end
+
+-- Of the pieces of a block only the number of bytes counts.
+local function collect(device, transfer)
+  local got = device.got or {bytes = "", count = 0}
+  got.count = got.count + transfer.count
+  got.is_cut = got.is_cut or transfer.is_cut
+  if not (awaits_picture(device) and device.picture.next == "block") then
+    got.bytes = got.bytes .. transfer.bytes
+  end
+  return got
+end
+
+-- True while there is more to follow in the packet.
+local function follow_piece(device, packet, offset, items)
+  local size = expected_size(device)
+  local rest = packet.reported - offset
+  local is_nak = packet.bytes == string.char(NAK) and packet.reported == 1
+      and device.expected == "reply" and device.got == nil
+  local have = device.got and device.got.count or 0
+  local take = size and math.min(size - have, rest) or rest
+  local transfer = transfer_of(packet, offset, take)
+  if size == nil then return take_read(device, transfer, items) end
+  local got = collect(device, transfer)
+  device.got = got
+  if is_nak then
+    add(items, "answer", transfer, {command = device.command, asked = device.asked})
+    device.expected, device.got = "nothing", nil
+  elseif got.count < size then
+    add_piece(device, transfer, items)
+  else
+    device.got = nil
+    transfer.bytes, transfer.count, transfer.is_cut = got.bytes, got.count, got.is_cut
+    take_read(device, transfer, items)
+  end
   return offset + take
 end
 
-local CAN_BE_READ = {letter_answer = true, answer = true, reply = true, reply_data = true,
-                     block_header = true}
-
-local function follow_scanner(device, packet, items)
+local function follow_bus_read(device, packet, items)
+  device.exchange = device.exchange or {}
+  if packet.has_failed then
+    device.got = nil
+    return take_read(device, transfer_of(packet, 0, packet.reported), items)
+  end
   local offset = 0
-  while offset < packet.reported do
-    if device.next == "block" then
-      offset = take_block(device, packet, offset, items)
-    elseif CAN_BE_READ[device.next] then
-      offset = take_message(device, packet, offset, items)
-    else
-      add(items, "stray", offset, #packet.bytes - offset)
-      return
-    end
+  while offset and offset < packet.reported do
+    offset = follow_piece(device, packet, offset, items)
+  end
+end
+
+local function follow_bus_write(device, packet, items, frame)
+  local transfer = transfer_of(packet, 0, packet.reported)
+  local sent = (device.sent or "") .. transfer.bytes
+  local is_prefix = #sent == 1 and (byte_at(sent, 0) == ESC or byte_at(sent, 0) == FS)
+  local is_piece = device.expected == "parameters" and #sent < device.command.parameters and
+      not is_command(sent)
+  device.got = nil
+  if is_piece or (is_prefix and device.expected ~= "parameters") then
+    device.sent = sent
+    return add(items, "part", transfer)
+  end
+  device.sent, transfer.bytes = nil, sent
+  take_write(device, transfer, items, frame)
+  if packet.has_failed then device.expected = "nothing" end
+end
+
+local function follow_packet(device, packet, is_from_scanner, items, frame)
+  if packet.is_transfer then
+    follow_transfer(device, packet, is_from_scanner, items, frame)
+  elseif is_from_scanner then
+    follow_bus_read(device, packet, items)
+  else
+    follow_bus_write(device, packet, items, frame)
   end
 end
 
@@ -663,20 +798,20 @@ local function names_set(row, value)
   return table.concat(set, ", ")
 end
 
-local function show_flags(tree, row, range, value)
+local function show_flags(tree, row, range, value, tells_trouble)
   local item = tree:add_le(row.field, range)
   for i, name in ipairs(row.names) do
     item:add_le(row.bits[i], range)
-    if name.trouble and has_bit(value, name[1]) then
+    if tells_trouble and name.trouble and has_bit(value, name[1]) then
       item:add_proto_expert_info(e.trouble, capitalised(row.name) .. ": " .. name[2])
     end
   end
   if value > 0 then item:append_text(" (" .. names_set(row, value) .. ")") end
 end
 
-local function show_field(tree, row, range)
+local function show_field(tree, row, range, tells_trouble)
   if row.shape == "flags" then
-    show_flags(tree, row, range, range:le_uint())
+    show_flags(tree, row, range, range:le_uint(), tells_trouble)
   elseif row.shape == "text" then
     tree:add(row.field, range, (range:string():gsub("[%z ]+$", "")))
   elseif row.shape == "position" and range:uint() ~= 0xFF then
@@ -686,22 +821,22 @@ local function show_field(tree, row, range)
   end
 end
 
--- Shows the fields of `rows` that lie in the range, whose first byte is byte `first` of the block.
-local function show_fields(tree, rows, range, first)
+-- Shows the fields of `rows` that lie in the range, and returns which of its bytes they are.
+local function show_fields(tree, rows, range, tells_trouble)
   local shown = {}
   for _, row in ipairs(rows) do
-    local at = row.offset - first
-    if at >= 0 and at + row.width <= range:len() then
-      show_field(tree, row, range(at, row.width))
-      for i = at, at + row.width - 1 do shown[i] = true end
+    if row.offset + row.width <= range:len() then
+      show_field(tree, row, range(row.offset, row.width), tells_trouble)
+      for i = row.offset, row.offset + row.width - 1 do shown[i] = true end
     end
   end
   return shown
 end
 
 local function show_level_data(tree, range)
-  if range:len() < 10 then return end
-  local count = math.floor((range:len() - 7) / 3)
+  local length = math.min(range:len(), MOST_REPLY_BYTES)
+  if length < 10 then return tree:add_proto_expert_info(e.resolution) end
+  local count = math.floor((length - 7) / 3)
   tree:add(f.level, range(0, 2))
   for i = 0, count - 1 do tree:add_le(f.resolution, range(3 + 3 * i, 2)) end
   tree:add_le(f.width, range(3 + 3 * count, 2))
@@ -747,7 +882,7 @@ end
 function SHOW.parameters(tree, range, item)
   local command = item.command
   local block = tree:add(scanner, range, "Parameters of " .. command.title)
-  local shown = show_fields(block, command, range, 0)
+  local shown = show_fields(block, command, range, true)
   if command.parameters == TABLE_BYTES then
     block:add(f.gamma_table, range(1))
   elseif command.parameters == MATRIX_BYTES then
@@ -769,9 +904,10 @@ function SHOW.control(tree, range, item)
 end
 
 function SHOW.answer(tree, range, item)
-  local shown = tree:add(f.answer, range)
+  local byte = range(0, 1)  -- what comes with it counts for nothing
+  local shown = tree:add(f.answer, byte)
   if item.asked ~= nil then tree:add(f.asked, item.asked):set_generated() end
-  local value = range:uint()
+  local value = byte:uint()
   local text = CONTROL_BYTES[value] or string.format("0x%02X instead of ACK", value)
   if value ~= ACK then shown:add_proto_expert_info(e.refused) end
   if item.command == nil then return text end
@@ -786,39 +922,58 @@ end
 
 -- What a reply comes to in one line: its texts and its flags; of headers the numbers too.
 local function reply_summary(item)
-  local is_header = item.reply == "transfer_header" or item.reply == "block_header"
+  local has_numbers = item.reply == "transfer_header" or item.reply == "block_header"
   local texts = {}
   for _, row in ipairs(REPLIES[item.reply]) do
-    local at = row.offset - item.base
-    local is_here = at >= 0 and at + row.width <= #item.bytes
-    local value = is_here and row.shape ~= "text" and number_at(item.bytes, at, row.width) or 0
+    local is_here = row.offset + row.width <= #item.bytes
+    local value = is_here and row.shape ~= "text" and number_at(item.bytes, row.offset, row.width)
+        or 0
     if is_here and row.shape == "text" then
-      texts[#texts + 1] = (item.bytes:sub(at + 1, at + row.width):gsub("[%z ]+$", ""))
+      local text = item.bytes:sub(row.offset + 1, row.offset + row.width)
+      texts[#texts + 1] = (text:gsub("[%z ]+$", ""))
     elseif is_here and row.shape == "flags" and value > 0 then
       texts[#texts + 1] = row.name .. " " .. names_set(row, value)
-    elseif is_here and is_header and row.shape == "number" then
+    elseif is_here and has_numbers and row.shape == "number" then
       texts[#texts + 1] = row.name .. " " .. value .. (row.unit and " " .. row.unit or "")
     end
   end
-  if item.reply == "level" and item.base > 0 then texts[1] = item.bytes:sub(1, 2) end
+  if item.reply == "level" and #item.bytes > HEADER_BYTES then
+    table.insert(texts, 1, item.bytes:sub(5, 6))
+  end
   return table.concat(texts, ", ")
 end
 
-function SHOW.reply(tree, range, item)
-  local is_header = item.base == 0
-      and (REPLIES[item.reply].declares_data or item.reply == "condition")
-  local what = item.block and "header of block " .. item.block
-      or "reply to " .. item.command.title
-  if is_header then what = "header of the " .. what end
+-- The header of a reply whose data are to come; its fields are shown with them.
+function SHOW.header(tree, range, item)
+  local what = "header of the reply to " .. item.command.title
   local block = tree:add(scanner, range, capitalised(what))
   if item.asked ~= nil then block:add(f.asked, item.asked):set_generated() end
-  if is_header then show_header(block, range) end
-  show_fields(block, REPLIES[item.reply], range, item.base)
-  if item.reply == "level" and item.base > 0 then show_level_data(block, range) end
-  local begins_with_stx = is_header or item.reply:find("header") ~= nil
-  if begins_with_stx and range(0, 1):uint() ~= STX then
-    block:add_proto_expert_info(e.spoiled)
+  show_header(block, range)
+  return what
+end
+
+local function starts_with_stx(reply)
+  return REPLIES[reply].declares_data or reply == "condition" or reply:find("header") ~= nil
+end
+
+function SHOW.reply(tree, range, item)
+  local what = item.block and "header of block " .. item.block
+      or "reply to " .. item.command.title
+  local block = tree:add(scanner, range, capitalised(what))
+  if item.asked ~= nil then block:add(f.asked, item.asked):set_generated() end
+  local has_header = REPLIES[item.reply].declares_data or item.reply == "condition"
+  if has_header and not item.has_data and #item.bytes >= HEADER_BYTES then
+    show_header(block, range)
   end
+  if #item.bytes > 0 then
+    show_fields(block, REPLIES[item.reply], range, item.block == nil)
+    local is_spoiled = starts_with_stx(item.reply) and byte_at(item.bytes, 0) ~= STX
+    if is_spoiled then block:add_proto_expert_info(e.spoiled) end
+  end
+  if item.reply == "level" and #item.bytes > HEADER_BYTES then
+    show_level_data(block, range(HEADER_BYTES))
+  end
+  if item.is_bad then block:add_proto_expert_info(e.header) end
   local summary = reply_summary(item)
   return what .. (summary ~= "" and ": " .. summary or "")
 end
@@ -831,7 +986,7 @@ local function status_text(item)
 end
 
 local function block_text(item)
-  local of = item.count > 0 and " of " .. item.count or ""
+  local of = item.blocks > 0 and " of " .. item.blocks or ""
   local lines = item.lines > 0 and string.format(", %d line%s", item.lines,
                                                  item.lines == 1 and "" or "s") or ""
   return string.format("block %d%s%s, %d bytes, %s", item.number, of, lines, item.data_bytes,
@@ -842,13 +997,16 @@ function SHOW.block(tree, range, item)
   local text = block_text(item)
   local block = tree:add(scanner, range, "Image data, " .. text)
   block:add(f.block_number, item.number)
-  if item.count > 0 then block:add(f.block_count, item.count) end
+  if item.blocks > 0 then block:add(f.block_count, item.blocks) end
   if item.lines > 0 then block:add(f.block_lines, item.lines) end
   block:add(f.block_bytes, item.data_bytes)
   if item.asked ~= nil then block:add(f.asked, item.asked):set_generated() end
   local data_bytes = item.length - (item.has_status_byte and 1 or 0)
   if data_bytes > 0 then block:add(f.block_data, range(0, data_bytes)) end
-  if item.length < item.reported then block:add_proto_expert_info(e.cut) end
+  if item.is_cut then block:add_proto_expert_info(e.cut) end
+  if item.is_whole and item.data_bytes ~= item.announced then
+    block:add_proto_expert_info(e.length)
+  end
   if item.status ~= nil and item.is_whole then
     local status = item.has_status_byte and block:add(f.block_status, range(data_bytes, 1))
         or block:add(f.block_status, item.status)
@@ -862,14 +1020,18 @@ function SHOW.part(tree, range)
   return "first part"
 end
 
-function SHOW.cut(tree)
+-- Of an answer, a reply or a block.
+function SHOW.nothing(tree, range, item)
+  if item.length > 0 then return SHOW.part(tree, range) end
+  if not item.is_cut then return "nothing came" end
   tree:add_proto_expert_info(e.cut)
   return "reply not kept"
 end
 
-function SHOW.stray(tree, range)
-  tree:add(f.unexpected, range):add_proto_expert_info(e.stray)
-  return range:len() .. " unexpected bytes"
+function SHOW.stray(tree, range, item)
+  local shown = item.length > 0 and tree:add(f.unexpected, range) or tree
+  shown:add_proto_expert_info(e.stray)
+  return item.count .. " unexpected byte" .. (item.count == 1 and "" or "s")
 end
 
 -- A message that came in several packets is shown whole in the last of them.
@@ -889,12 +1051,12 @@ local function show(items, tvb, pinfo, tree)
   end
   local info = table.concat(texts, "; ")
   branch:append_text(": " .. info)
-  for _, usb_result in ipairs(usb_results) do
-    local result = usb_result()
-    if result ~= nil and result.value ~= 0 and result.value ~= IN_PROGRESS then
-      branch:add_proto_expert_info(e.failed)
-      info = info .. " (the transfer failed)"
-    end
+  if items.has_failed then
+    branch:add_proto_expert_info(e.failed)
+    info = info .. " (the transfer failed)"
+  elseif items.is_short then
+    branch:add_proto_expert_info(e.short)
+    info = info .. " (cut short)"
   end
   pinfo.cols.protocol = "PMDDB832"
   pinfo.cols.info = info
@@ -903,13 +1065,38 @@ end
 ---------------------------------------------------------------------------------------------------
 -- Which packets are a scanner's
 
-local function follow(device, packet, is_from_scanner, frame)
-  local items = {}
-  if is_from_scanner then
-    follow_scanner(device, packet, items)
-  else
-    follow_host(device, packet, items, frame)
+local function has_failed()
+  for _, usb_result in ipairs(usb_results) do
+    local result = usb_result()
+    if result ~= nil and result.value ~= 0 and result.value ~= IN_PROGRESS then return true end
   end
+  return false
+end
+
+-- A converted file says in comments what the packets do not hold: that calls lie between two
+-- transfers, what the host asked for where less came, and the last byte of data that were not kept.
+local function read_comments(packet)
+  for _, comment in ipairs({packet_comment()}) do
+    for line in tostring(comment.value):gmatch("[^\r\n]+") do
+      local is_call = line:find("^host calls ") ~= nil or line:find("^%w+ returns") ~= nil
+      packet.is_first_of_call = packet.is_first_of_call or is_call
+      packet.is_short = packet.is_short or line:find("^the host asked for ") ~= nil
+      packet.last_byte = packet.last_byte or tonumber(line:match("last byte (0x%x+)") or "")
+    end
+  end
+end
+
+local function is_converted()
+  local name = interface_name()
+  return name ~= nil and name.value == CONVERTED
+end
+
+local function follow(device, bytes, reported, is_from_scanner, frame)
+  local packet = {bytes = bytes, reported = reported, has_failed = has_failed(),
+                  is_transfer = is_converted()}
+  read_comments(packet)
+  local items = {has_failed = packet.has_failed, is_short = packet.is_short}
+  follow_packet(device, packet, is_from_scanner, items, frame)
   packets[frame] = items
   return items
 end
@@ -923,7 +1110,7 @@ local function find_device(tvb, is_from_scanner)
   local wanted = scanner.prefs.device
   if wanted ~= 0 and wanted ~= address.value then return nil end
   if devices[key] == nil then
-    local is_scanner = wanted ~= 0 or (not is_from_scanner and looks_like_command(tvb:raw()))
+    local is_scanner = wanted ~= 0 or (not is_from_scanner and is_command(tvb:raw()))
     if is_scanner then devices[key] = new_device() end
   end
   return devices[key]
@@ -936,33 +1123,28 @@ local function dissect(tvb, pinfo, tree)
   if packets[pinfo.number] == nil then
     local device = find_device(tvb, is_from_scanner)
     if device == nil then return false end
-    follow(device, {bytes = tvb:raw(), reported = tvb:reported_len()}, is_from_scanner,
-           pinfo.number)
+    follow(device, tvb:raw(), tvb:reported_len(), is_from_scanner, pinfo.number)
   end
   show(packets[pinfo.number], tvb, pinfo, tree)
   return true
 end
 
--- A capture that leaves the picture out keeps its last byte, and a converted file has it in the
--- comment.
-local function last_byte_kept()
-  for _, comment in ipairs({packet_comment()}) do
-    local byte = tostring(comment.value):match("last byte (0x%x+)")
-    if byte ~= nil then return tonumber(byte) end
-  end
-  return nil
+-- A packet of a bus without bytes tells something when it failed only: transfers begin and end with
+-- such packets.
+local function tells_something(length)
+  return length > 0 or is_converted() or has_failed()
 end
 
--- A packet of which nothing but its length was kept is not given to a heuristic.
+-- A packet of which nothing but its length was kept, or that has none, is not given to a heuristic.
 function scanner.dissector(frame_tvb, pinfo, tree)
   local direction, length, kind = usb_direction(), usb_length(), usb_kind()
   if direction == nil or length == nil or kind == nil or kind.value ~= BULK then return end
   local items = packets[pinfo.number]
-  if items == nil and length.value > 0 and frame_tvb:len() < frame_tvb:reported_len() then
+  local is_without_bytes = length.value == 0 or frame_tvb:len() < frame_tvb:reported_len()
+  if items == nil and is_without_bytes and tells_something(length.value) then
     local device = find_device(nil, true)
     if device == nil then return end
-    items = follow(device, {bytes = "", reported = length.value, last_byte = last_byte_kept()},
-                   direction.value == 1, pinfo.number)
+    items = follow(device, "", length.value, direction.value == 1, pinfo.number)
     items.is_empty = true
   end
   if items ~= nil and items.is_empty then show(items, frame_tvb, pinfo, tree) end

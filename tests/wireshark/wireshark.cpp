@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "capture/pcapng/pcapng_writer.h"
 
@@ -90,6 +92,17 @@ Dissection::Dissection(const std::vector<std::uint8_t>& bytes,
     lines_.push_back(output.substr(at, end - at));
     at = end + 1;
   }
+}
+
+std::vector<std::uint8_t> BusTrace(const capture::Capture& capture) {
+  constexpr std::string_view kInterface = "still-image device";
+  constexpr std::string_view kBus = "USBPcap1 of a host";
+  static_assert(kBus.size() == kInterface.size());
+  std::vector<std::uint8_t> file = capture::ToPcapng(capture);
+  const auto place = std::search(file.begin(), file.end(), kInterface.begin(), kInterface.end());
+  if (place == file.end()) throw std::runtime_error("the file names no interface");
+  std::copy(kBus.begin(), kBus.end(), place);
+  return file;
 }
 
 Dissection Summaries(const capture::Capture& capture) {

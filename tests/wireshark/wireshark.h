@@ -27,6 +27,9 @@ class Dissection {
   std::vector<std::string> lines_;
 };
 
+// The capture as a file of a bus, whose packets need not be the transfers of the host.
+std::vector<std::uint8_t> BusTrace(const capture::Capture& capture);
+
 // The packets' one-line summaries.
 Dissection Summaries(const capture::Capture& capture);
 
