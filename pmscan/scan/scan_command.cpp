@@ -83,7 +83,10 @@ void FocusFor(const Options& options, const Surroundings& with,
         "ESC p with FF, and ESC q.");
     return;
   }
-  if (isAutomatic) with.progress.Await("The scanner focuses, which takes 20 seconds");
+  if (isAutomatic) {
+    with.progress.Note("The scanner focuses, which takes 20 seconds.");
+    with.progress.Await("Focusing");
+  }
   const std::int32_t position = SetFocus(with.module, settings, options.source, *options.focus);
   if (!isAutomatic) return;
   with.progress.Note("The scanner focuses at " + std::to_string(position) + ".");
