@@ -96,7 +96,7 @@ void ProgressMeter::Await(const std::string& what) {
 
 void ProgressMeter::BeginPage(std::uint32_t number, std::uint32_t lines) {
   const Lock lock(mutex_);
-  LeaveLine();
+  if (total_ > 0) LeaveLine();
   Move();
   page_ = number;
   total_ = lines;

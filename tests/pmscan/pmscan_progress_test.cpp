@@ -192,7 +192,7 @@ TEST_CASE("pmscan: a bar tells what is awaited at once, and its seconds until th
   CHECK(meter.out.str() == "\rPreparing");
   TickAt(meter, 1);
   meter.progress.BeginPage(1, 10);
-  CHECK(meter.out.str().starts_with("\rPreparing\rPreparing, 1 s\n\rPage 1 ["));
+  CHECK(meter.out.str().starts_with("\rPreparing\rPreparing, 1 s\rPage 1 ["));
   meter.ShowAt(2, 10);
   TickAt(meter, 4);
   CHECK(meter.out.str().ends_with("\n\rWaiting for the scanner, 2 s"));
