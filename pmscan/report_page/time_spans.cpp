@@ -106,8 +106,8 @@ std::vector<std::size_t> LongestOf(const std::vector<TimeSpan>& spans, std::size
   for (std::size_t i = 0; i < spans.size(); ++i) {
     if (spans[i].Length() >= kShortest) places.push_back(i);
   }
-  std::stable_sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
-    return spans[a].Length() > spans[b].Length();
+  std::sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
+    return std::pair(spans[b].Length(), a) < std::pair(spans[a].Length(), b);
   });
   places.resize(std::min(places.size(), most));
   return places;
