@@ -7,7 +7,6 @@
 #include <cstring>
 #include <iostream>
 
-#include "imaging/cpu_features.h"
 #include "imaging/row_kernels.h"
 
 namespace pmddb832::bench {

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "imaging/processor.h"
+
 // The inner loops of the pixel conversions. Each converts `pixels` pixels, in order. It reads and
 // writes the bytes of these pixels and no others; source and destination may have any alignment and
 // must not overlap. With 0 pixels the pointers are not used.
@@ -30,12 +32,6 @@ struct RowKernels {
   PlanesKernel paletteIndices;  // top three bits of each sample to an index into the colour cube
 };
 
-// The fastest routines for a processor with SSSE3, or without.
-const RowKernels& RowKernelsFor(bool hasSsse3);
-
-// The fastest routines for this processor, chosen at the first call.
-const RowKernels& FastestRowKernels();
-
 // Plain loops, which run everywhere and define what every other routine must do.
 namespace scalar_rows {
 
@@ -50,16 +46,17 @@ void PaletteIndices(const ColourPlanes& from, std::uint8_t* to, std::size_t pixe
 
 }  // namespace scalar_rows
 
-// For processors with SSSE3 only. Of the preview map the compiler's own vectors are as fast.
-namespace ssse3_rows {
+// The rows as these loops, and in vectors of 16, 32 and 64 bytes: each of the latter runs only
+// where the processor has its instructions.
+extern const RowKernels kScalarRowKernels;
+extern const RowKernels kSsse3RowKernels;
+extern const RowKernels kAvx2RowKernels;
+extern const RowKernels kAvx512RowKernels;
 
-void Invert(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void SwapBytes(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void SwapSamples(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void Reduce(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void ReduceSwapped(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void Unpack12(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
-void PaletteIndices(const ColourPlanes& from, std::uint8_t* to, std::size_t pixels);
+// The fastest for a processor that can do as much.
+const RowKernels& RowKernelsFor(RowVectors vectors);
 
-}  // namespace ssse3_rows
+// The fastest for this one, chosen at the first call.
+const RowKernels& FastestRowKernels();
+
 }  // namespace pmddb832

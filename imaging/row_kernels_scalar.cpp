@@ -105,4 +105,11 @@ void PaletteIndices(const ColourPlanes& from, std::uint8_t* to, std::size_t pixe
 }
 
 }  // namespace scalar_rows
+
+const RowKernels kScalarRowKernels{
+    scalar_rows::Invert,      scalar_rows::PreviewGrey,    scalar_rows::SwapBytes,
+    scalar_rows::SwapSamples, scalar_rows::Reduce,         scalar_rows::ReduceSwapped,
+    scalar_rows::Unpack12,    scalar_rows::PaletteIndices,
+};
+
 }  // namespace pmddb832
