@@ -17,16 +17,17 @@ namespace {
 
 constexpr std::uint32_t kLinesPerProgressCall = 5;
 
-void BuildTrueColor(const ScanLine& line, HostRow row, const LineConversion& conversion) {
+void BuildTrueColor(const ScanLines& lines, const HostRows& rows,
+                    const LineConversion& conversion) {
   const TraceScope trace{"Extcmd::BuildTrueColor"};
-  CopyRow(line, row, {conversion.pad, conversion.whiteFill}, 3);
+  CopyRows(lines, rows, {conversion.pad, conversion.whiteFill}, 3);
 }
 
-void Convert(const ScanLine& line, HostRow row, const LineConversion& conversion) {
+void Convert(const ScanLines& lines, const HostRows& rows, const LineConversion& conversion) {
   if (conversion.pixelType == kTrueColour) {
-    BuildTrueColor(line, row, conversion);
+    BuildTrueColor(lines, rows, conversion);
   } else {
-    ConvertLine(line, row, conversion);
+    ConvertLines(lines, rows, conversion);
   }
 }
 
@@ -85,18 +86,20 @@ void ExtScanCmd::AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bu
 
 // The host may set another scan up out of its progress routine: the band then ends.
 bool ExtScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows) {
+  // Without a routine there is nothing to stop for: whoever sets one up ends the band.
+  const std::uint32_t linesPerReport = progress_ != nullptr ? kLinesPerProgressCall : rows.lines;
   const auto report = [&](std::uint32_t) {
     if (progress_ != nullptr) progress_(PercentDone(stream_.LinesDelivered(), plan_.height));
   };
-  const auto next = [&](ScanLine& line) {
+  const auto next = [&](ScanLines& lines, std::uint32_t most) {
     if (stream_.SetUpNumber() != setUp) return Fail(kTransferFailed);
-    return stream_.NextLine(*this, call, plan_, line);
+    return stream_.NextLines(*this, call, plan_, most, lines);
   };
-  const auto convert = [&](const ScanLine& line, HostRow row) {
-    Convert(line, row, ConversionFor(plan_, call.settings));
-    stream_.CountLine();
+  const auto convert = [&](const ScanLines& lines, const HostRows& targets) {
+    Convert(lines, targets, ConversionFor(plan_, call.settings));
+    stream_.CountLines(lines.count);
   };
-  return DeliverBand<kLinesPerProgressCall>(rows, report, next, convert);
+  return DeliverBand(rows, linesPerReport, report, next, convert);
 }
 
 bool ExtScanCmd::StartTransfer(Call& call) {
@@ -132,9 +135,9 @@ std::uint32_t ExtScanCmd::AbortScan(Call& call) {
     Fail(kTransferFailed);
     return 0;
   }
-  ScanLine dropped;
+  ScanLines dropped;
   while (!stream_.IsOver()) {
-    if (!stream_.NextLine(*this, call, plan_, dropped)) return 0;
+    if (!stream_.NextLines(*this, call, plan_, 1, dropped)) return 0;
   }
   return 1;
 }

@@ -59,8 +59,8 @@ void ExtBlockStream::Cancel() {
   }
 }
 
-bool ExtBlockStream::NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
-                              ScanLine& line) {
+bool ExtBlockStream::NextLines(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
+                               std::uint32_t most, ScanLines& lines) {
   const TraceScope trace{"Extcmd::GetScanData"};
   if (!HasBuffer() || plan.linesPerBlock == 0) return scanner.Fail(kTransferFailed);
   if (linesDelivered_ % plan.linesPerBlock == 0) {
@@ -69,8 +69,21 @@ bool ExtBlockStream::NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan
   } else {
     lineOffset_ += plan.rawLineBytes;
   }
-  PointAtLine(plan, line);
+  PointAtLine(plan, lines.first);
+  lines.lineBytes = plan.rawLineBytes;
+  lines.count = LinesAtHand(plan, lines.first.plane0.size(), most);
+  lineOffset_ += (lines.count - 1) * plan.rawLineBytes;
   return true;
+}
+
+// Lines from the one under the cursor on, of which `bytes` are left, that lie whole in the block
+// and in the area. With a log each line is told of.
+std::uint32_t ExtBlockStream::LinesAtHand(const ExtScanPlan& plan, std::size_t bytes,
+                                          std::uint32_t most) const {
+  if (platform::currentLog != nullptr || linesDelivered_ >= plan.linesToScan) return 1;
+  const std::uint32_t inBlock = plan.linesPerBlock - linesDelivered_ % plan.linesPerBlock;
+  const std::uint32_t inArea = plan.linesToScan - linesDelivered_;
+  return WholeLines(bytes, plan.rawLineBytes, std::min({most, inBlock, inArea}));
 }
 
 bool ExtBlockStream::ReceiveBlock(GeneralCmd& scanner, Call& call) {

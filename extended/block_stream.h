@@ -45,20 +45,21 @@ class ExtBlockStream {
   void Cancel();
 
   // Moves to the next line of a transfer that was started, and receives the next block where the
-  // line is its first. False with the last error: kTransferFailed, or what the status of the
-  // scanner tells.
-  [[nodiscard]] bool NextLine(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
-                              ScanLine& line);
+  // line is its first; then on over those that can be converted with it, up to `most` in all. False
+  // with the last error: kTransferFailed, or what the status of the scanner tells.
+  [[nodiscard]] bool NextLines(GeneralCmd& scanner, Call& call, const ExtScanPlan& plan,
+                               std::uint32_t most, ScanLines& lines);
 
   // Lines that were delivered to the host; the caller counts each.
   std::uint32_t LinesDelivered() const { return linesDelivered_; }
-  void CountLine() { ++linesDelivered_; }
+  void CountLines(std::uint32_t lines) { linesDelivered_ += lines; }
 
  private:
   bool ReceiveBlock(GeneralCmd& scanner, Call& call);
   bool AnswerBlock(GeneralCmd& scanner, Call& call);
   bool FailForBlock(GeneralCmd& scanner, Call& call);
   void PointAtLine(const ExtScanPlan& plan, ScanLine& line);
+  std::uint32_t LinesAtHand(const ExtScanPlan& plan, std::size_t bytes, std::uint32_t most) const;
 
   ReceiveBuffer buffer_;  // data and status byte of the block last received
   State state_ = State::kSetUp;

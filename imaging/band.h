@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -15,9 +16,11 @@ struct Band {
   std::uint32_t lines;
   bool topDown;
 
-  HostRow Row(std::uint32_t line) const {
+  // The row of a line, and those of the lines behind it.
+  HostRows RowsFrom(std::uint32_t line) const {
     const std::size_t row = topDown ? line : lines - 1 - line;
-    return rows.subspan(row * rowBytes, rowBytes);
+    const auto step = static_cast<std::ptrdiff_t>(rowBytes);
+    return {rows.subspan(row * rowBytes, rowBytes), topDown ? step : -step};
   }
 };
 
@@ -26,15 +29,18 @@ constexpr std::uint32_t LinesThatFit(std::uint32_t bufferBytes, std::uint32_t ro
   return static_cast<std::uint16_t>(bufferBytes / rowBytes);
 }
 
-// Fills a band line by line: `report(line)` on every few lines, then `next(scanLine)`, which
-// fetches the line or ends the band with false, then `convert(scanLine, row)`.
-template <std::uint32_t linesPerReport, class Report, class Next, class Convert>
-[[nodiscard]] bool DeliverBand(const Band& band, Report report, Next next, Convert convert) {
-  ScanLine line;
-  for (std::uint32_t i = 0; i < band.lines; ++i) {
-    if (i % linesPerReport == 0) report(i);
-    if (!next(line)) return false;
-    convert(line, band.Row(i));
+// Fills a band: `report(line)` on every `linesPerReport` lines, then `next(scanLines, most)`, which
+// fetches the line and up to `most` with it or ends the band with false, then `convert(scanLines,
+// rows)`.
+template <class Report, class Next, class Convert>
+[[nodiscard]] bool DeliverBand(const Band& band, std::uint32_t linesPerReport, Report report,
+                               Next next, Convert convert) {
+  ScanLines lines;
+  for (std::uint32_t i = 0; i < band.lines; i += lines.count) {
+    const std::uint32_t reported = i % linesPerReport;
+    if (reported == 0) report(i);
+    if (!next(lines, std::min(linesPerReport - reported, band.lines - i))) return false;
+    convert(lines, band.RowsFrom(i));
   }
   return true;
 }

@@ -8,48 +8,54 @@
 
 namespace pmddb832::Scanutil {
 
-void Pix256Color(const ScanLine& line, HostRow row, bool firstPlaneLeads, std::int16_t pad,
-                 bool whiteFill) {
+void Pix256Color(const ScanLines& lines, const HostRows& rows, bool firstPlaneLeads,
+                 std::int16_t pad, bool whiteFill) {
   const TraceScope trace{"Scanutil::Pix256Color"};
+  const ScanLine& line = lines.first;
   ColourPlanes planes{line.plane0.data(), line.plane1.data(), line.plane2.data()};
   if (!firstPlaneLeads) std::swap(planes.first, planes.last);
   const std::size_t bytesPerPlane =
       std::min({line.plane0.size(), line.plane1.size(), line.plane2.size()});
-  ConvertRow(line, row, {pad, whiteFill}, 2 * bytesPerPlane, 1,
-             [&planes](const std::uint8_t*, std::uint8_t* to, std::size_t pixels) {
-               FastestRowKernels().paletteIndices(planes, to, pixels);
-             });
+  const std::size_t rowPixels = rows.first.size();
+  const PlanesKernel convert = FastestRowKernels().paletteIndices;
+  ForEachRow(
+      lines, rows, bytesPerPlane,
+      [&](std::size_t left) {
+        return DivideRow(std::int64_t{line.pixelCount} - pad, pad, 2 * left, rowPixels);
+      },
+      [&](const RowFrame& frame, std::size_t offset, HostRow row) {
+        convert({planes.first + offset, planes.middle + offset, planes.last + offset}, row.data(),
+                frame.converted);
+        if (!frame.IsConvertedOnly()) FinishRow(row, frame, 1, whiteFill);
+      });
 }
 
-void PixTrueColor(const ScanLine& line, HostRow row, bool swapChannels, std::int16_t pad,
+void PixTrueColor(const ScanLines& lines, const HostRows& rows, bool swapChannels, std::int16_t pad,
                   bool whiteFill) {
   const TraceScope trace{"Scanutil::PixTrueColor"};
   if (swapChannels) {
-    ConvertRow(line, row, {pad, whiteFill}, line.plane0.size() / 3, 3,
-               FastestRowKernels().swapBytes);
+    ConvertRows(lines, rows, {pad, whiteFill}, {3, 3}, FastestRowKernels().swapBytes);
   } else {
-    CopyRow(line, row, {pad, whiteFill}, 3);
+    CopyRows(lines, rows, {pad, whiteFill}, 3);
   }
 }
 
-void Pix4096Color(const ScanLine& line, HostRow row, std::int16_t pad, bool whiteFill) {
+void Pix4096Color(const ScanLines& lines, const HostRows& rows, std::int16_t pad, bool whiteFill) {
   const TraceScope trace{"Scanutil::Pix4096Color"};
-  ConvertRow(line, row, {pad, whiteFill}, 2 * (line.plane0.size() / 3), 2,
-             FastestRowKernels().unpack12);
+  ConvertRows(lines, rows, {pad, whiteFill}, {2, 3, 2}, FastestRowKernels().unpack12);
 }
 
-void PixSuperColor(const ScanLine& line, HostRow row, bool swapChannels, std::int16_t pad,
-                   bool reduce, bool whiteFill) {
+void PixSuperColor(const ScanLines& lines, const HostRows& rows, bool swapChannels,
+                   std::int16_t pad, bool reduce, bool whiteFill) {
   const TraceScope trace{"Scanutil::PixSuperColor"};
-  const std::size_t linePixels = line.plane0.size() / 6;
   const RowKernels& kernels = FastestRowKernels();
   if (reduce) {
-    ConvertRow(line, row, {pad, whiteFill}, linePixels, 3,
-               swapChannels ? kernels.reduceSwapped : kernels.reduce);
+    ConvertRows(lines, rows, {pad, whiteFill}, {3, 6},
+                swapChannels ? kernels.reduceSwapped : kernels.reduce);
   } else if (swapChannels) {
-    ConvertRow(line, row, {pad, whiteFill}, linePixels, 6, kernels.swapSamples);
+    ConvertRows(lines, rows, {pad, whiteFill}, {6, 6}, kernels.swapSamples);
   } else {
-    CopyRow(line, row, {pad, whiteFill}, 6);
+    CopyRows(lines, rows, {pad, whiteFill}, 6);
   }
 }
 

@@ -9,7 +9,7 @@
 
 namespace pmddb832 {
 
-// What turns a raw line into the host's row.
+// What turns raw lines into the host's rows.
 struct LineConversion {
   std::uint32_t pixelType;
   std::int16_t pad;  // pixels cut off at the edge of the area
@@ -33,7 +33,7 @@ inline LineConversion ConversionFor(const ScanPlan& plan, const ScannerSettings&
           whiteFill};
 }
 
-// Converts a line. Types that have no conversion write nothing.
-void ConvertLine(const ScanLine& line, HostRow row, const LineConversion& conversion);
+// Converts lines. Types that have no conversion write nothing.
+void ConvertLines(const ScanLines& lines, const HostRows& rows, const LineConversion& conversion);
 
 }  // namespace pmddb832

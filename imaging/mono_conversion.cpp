@@ -12,24 +12,30 @@ constexpr std::int32_t BytesForPixels(std::int16_t pixels) {
   return pixels < 1 ? 0 : ((pixels - 1) >> 3) + 1;
 }
 
+void Copy(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes) {
+  if (bytes > 0) std::memcpy(to, from, bytes);
+}
+
 }  // namespace
 
-void Pix2Mono(const ScanLine& line, HostRow row, std::int16_t pad, bool invert, bool whiteFill) {
+void Pix2Mono(const ScanLines& lines, const HostRows& rows, std::int16_t pad, bool invert,
+              bool whiteFill) {
   const TraceScope trace{"Scanutil::Pix2Mono"};
-  const std::uint8_t* from = line.plane0.data();
-  const RowFrame frame =
-      DivideRow(line.pixelCount, BytesForPixels(pad), line.plane0.size(), row.size());
-  if (frame.converted == 0) {
-    FinishRow(row, frame, 1, nullptr, whiteFill);
-    return;
-  }
-  if (invert) {
-    FastestRowKernels().invert(from, row.data(), frame.converted);
-  } else {
-    std::memcpy(row.data(), from, frame.converted);
-  }
-  if (frame.IsConvertedOnly()) return;
-  FinishRow(row, frame, 1, from + frame.converted - 1, whiteFill);
+  const ScanLine& line = lines.first;
+  const std::int32_t fill = BytesForPixels(pad);
+  const std::size_t rowBytes = rows.first.size();
+  const RowKernel convert = invert ? FastestRowKernels().invert : Copy;
+  ForEachRow(
+      lines, rows, line.plane0.size(),
+      [&](std::size_t left) { return DivideRow(line.pixelCount, fill, left, rowBytes); },
+      [&](const RowFrame& frame, std::size_t offset, HostRow row) {
+        const std::uint8_t* const from = line.plane0.data() + offset;
+        convert(from, row.data(), frame.converted);
+        if (frame.IsConvertedOnly()) return;
+        const std::uint8_t* const last =
+            frame.converted == 0 ? nullptr : from + frame.converted - 1;
+        FinishRow(row, frame, 1, last, whiteFill);
+      });
 }
 
 }  // namespace pmddb832::Scanutil

@@ -39,11 +39,11 @@ void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes, bool 
   FinishRow(row, frame, pixelBytes, lastPixel, whiteFill);
 }
 
-void CopyRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t pixelBytes) {
+void CopyRows(const ScanLines& lines, const HostRows& rows, RowFill fill, std::size_t pixelBytes) {
   const auto copy = [pixelBytes](const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
     if (pixels > 0) std::memcpy(to, from, pixels * pixelBytes);
   };
-  ConvertRow(line, row, fill, line.plane0.size() / pixelBytes, pixelBytes, copy);
+  ConvertRows(lines, rows, fill, {pixelBytes, pixelBytes}, copy);
 }
 
 }  // namespace pmddb832

@@ -15,6 +15,7 @@ struct RowFrame {
   std::size_t filled;
   bool cutShort;
 
+  constexpr bool operator==(const RowFrame&) const = default;
   constexpr bool IsConvertedOnly() const { return filled == 0 && !cutShort; }
 };
 
@@ -44,18 +45,49 @@ void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes,
 // Finishes a row with the last converted pixel as its fill.
 void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes, bool whiteFill);
 
-// Converts one row: `convert(source, destination, pixels)` writes `rowPixelBytes` bytes for each
-// pixel of the line, which holds `linePixels` of them.
+// Calls `convert(frame, offset, row)` for each row, with how far in the planes its line begins.
+// `divide(bytes)` is how a row is divided that so many bytes of its plane are left for: as the
+// first one is and the last one, so are those between.
+template <class Divide, class Convert>
+void ForEachRow(const ScanLines& lines, const HostRows& rows, std::size_t planeBytes, Divide divide,
+                Convert convert) {
+  const auto offset = [&](std::uint32_t i) {
+    return std::min(planeBytes, std::size_t{i} * lines.lineBytes);
+  };
+  const auto left = [&](std::uint32_t i) { return planeBytes - offset(i); };
+  const RowFrame first = divide(left(0));
+  const bool alike = lines.count == 1 || divide(left(lines.count - 1)) == first;
+  for (std::uint32_t i = 0; i < lines.count; ++i) {
+    convert(alike ? first : divide(left(i)), offset(i), rows.Row(i));
+  }
+}
+
+// What pixels take: one has `rowBytes` bytes in a row, and `pixels` have `lineBytes` in a line.
+struct PixelBytes {
+  std::size_t rowBytes;
+  std::size_t lineBytes;
+  std::size_t pixels = 1;
+};
+
+// Converts rows: `convert(source, destination, pixels)` does so with those of one line.
 template <class Convert>
-void ConvertRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t linePixels,
-                std::size_t rowPixelBytes, Convert convert) {
-  const RowFrame frame = DivideRow(std::int64_t{line.pixelCount} - fill.pixels, fill.pixels,
-                                   linePixels, row.size() / rowPixelBytes);
-  convert(line.plane0.data(), row.data(), frame.converted);
-  if (!frame.IsConvertedOnly()) FinishRow(row, frame, rowPixelBytes, fill.isWhite);
+void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill, PixelBytes bytes,
+                 Convert convert) {
+  const ScanLine& line = lines.first;
+  const std::int64_t wanted = std::int64_t{line.pixelCount} - fill.pixels;
+  const std::size_t rowPixels = rows.first.size() / bytes.rowBytes;
+  ForEachRow(
+      lines, rows, line.plane0.size(),
+      [&](std::size_t left) {
+        return DivideRow(wanted, fill.pixels, left / bytes.lineBytes * bytes.pixels, rowPixels);
+      },
+      [&](const RowFrame& frame, std::size_t offset, HostRow row) {
+        convert(line.plane0.data() + offset, row.data(), frame.converted);
+        if (!frame.IsConvertedOnly()) FinishRow(row, frame, bytes.rowBytes, fill.isWhite);
+      });
 }
 
 // Copies pixels of `pixelBytes` bytes unchanged.
-void CopyRow(const ScanLine& line, HostRow row, RowFill fill, std::size_t pixelBytes);
+void CopyRows(const ScanLines& lines, const HostRows& rows, RowFill fill, std::size_t pixelBytes);
 
 }  // namespace pmddb832

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -14,7 +16,39 @@ struct ScanLine {
   std::span<const std::uint8_t> plane2;  // Pix256Color only
 };
 
+// A line and those behind it that are converted like it, because nobody can ask for anything else
+// before they are: no transfer lies between them, no progress is told, and there is no log.
+struct ScanLines {
+  // NOLINTNEXTLINE(google-explicit-constructor) A line is a run of one.
+  ScanLines(const ScanLine& line) : first(line) {}
+  ScanLines() = default;
+
+  ScanLine first;
+  std::uint32_t count = 1;
+  std::uint32_t lineBytes = 0;  // from one line to the next
+};
+
 // One row of the host's image: the line bytes that were announced, alignment included.
 using HostRow = std::span<std::uint8_t>;
+
+// A row and those that follow it, upwards or downwards.
+struct HostRows {
+  // NOLINTNEXTLINE(google-explicit-constructor) A row is a run of one.
+  HostRows(HostRow row, std::ptrdiff_t toNext = 0) : first(row), step(toNext) {}
+
+  HostRow Row(std::uint32_t i) const {
+    return {first.data() + step * static_cast<std::ptrdiff_t>(i), first.size()};
+  }
+
+  HostRow first;
+  std::ptrdiff_t step;  // from one row to the next, in bytes
+};
+
+// How many of `most` lines lie whole in a block, of which `bytes` are from the first line on. At
+// least the first one, whole or not.
+constexpr std::uint32_t WholeLines(std::size_t bytes, std::uint32_t lineBytes, std::uint32_t most) {
+  if (most <= 1 || lineBytes == 0 || bytes / lineBytes <= 1) return 1;
+  return static_cast<std::uint32_t>(std::min<std::size_t>(bytes / lineBytes, most));
+}
 
 }  // namespace pmddb832

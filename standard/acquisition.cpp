@@ -54,19 +54,21 @@ void StdScanCmd::AcquireImage(Call& call, std::uint8_t* buffer, std::uint32_t bu
 // the band then ends.
 bool StdScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows,
                          std::uint32_t& lineCount) {
+  // Without a routine there is nothing to stop for: whoever sets one up ends the band.
+  const std::uint32_t linesPerReport = progress_ != nullptr ? kLinesPerProgressCall : rows.lines;
   const auto report = [&](std::uint32_t line) {
     if (progress_ != nullptr) progress_(PercentDone(linesDone_ + line, linesTotal_));
   };
-  const auto next = [&](ScanLine& line) {
+  const auto next = [&](ScanLines& lines, std::uint32_t most) {
     if (stream_.SetUpNumber() != setUp) return Fail(kTransferFailed);
-    return stream_.GetScanLine(*this, call, facts_, plan_, line);
+    return stream_.GetScanLines(*this, call, facts_, plan_, most, lines);
   };
-  const auto convert = [&](const ScanLine& line, HostRow row) {
-    ConvertLine(line, row, ConversionFor(plan_, call.settings));
-    lineCount = static_cast<std::uint32_t>(line.pixelCount);
+  const auto convert = [&](const ScanLines& lines, const HostRows& targets) {
+    ConvertLines(lines, targets, ConversionFor(plan_, call.settings));
+    lineCount = static_cast<std::uint32_t>(lines.first.pixelCount);
     if (plan_.pixelType == kLineArt) lineCount = std::min(lineCount, rows.rowBytes);
   };
-  return DeliverBand<kLinesPerProgressCall>(rows, report, next, convert);
+  return DeliverBand(rows, linesPerReport, report, next, convert);
 }
 
 bool StdScanCmd::FinishPage(Call& call) {

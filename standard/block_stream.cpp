@@ -162,16 +162,28 @@ bool StdBlockStream::AnswerBlock(GeneralCmd& scanner, Call& call, const StdScann
   return true;
 }
 
-bool StdBlockStream::GetScanLine(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts,
-                                 const ScanPlan& plan, ScanLine& line) {
+bool StdBlockStream::GetScanLines(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts,
+                                  const ScanPlan& plan, std::uint32_t most, ScanLines& lines) {
   const TraceScope trace{"Scmdnt::GetScanLine"};
   if (white_) Cancel();
   if (!NextScanStep(scanner, call, facts)) return false;
   if (!buffer_.IsThere()) return scanner.Fail(kTransferFailed);
   std::uint32_t end = block_.receivedBytes;
   if (white_) end = WhitenLine(plan.hostLineBytes);
-  PointAtLine(plan, end, line);
+  PointAtLine(plan, end, lines.first);
+  lines.lineBytes = block_.lineBytes;
+  lines.count = LinesAtHand(lines.first.plane0.size(), most);
+  block_.nextLine = static_cast<std::uint16_t>(block_.nextLine + lines.count - 1);
+  lineOffset_ += (lines.count - 1) * block_.lineBytes;
   return true;
+}
+
+// Lines from the one under the cursor on, of which `bytes` are left, that lie whole in the block.
+// With a log each line is told of.
+std::uint32_t StdBlockStream::LinesAtHand(std::size_t bytes, std::uint32_t most) const {
+  if (platform::currentLog != nullptr || !severalLines_ || white_ || IsCancelled()) return 1;
+  const std::uint32_t behind = block_.lines - block_.nextLine;
+  return WholeLines(bytes, block_.lineBytes, std::min(most, behind + 1));
 }
 
 // The line under the cursor is the first one, as behind every cancel. What the buffer then holds

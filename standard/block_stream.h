@@ -65,9 +65,10 @@ class StdBlockStream {
   // when no line came; kTransferFailed when there is no room for it, or the scan was overtaken.
   bool NextScanStep(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts);
 
-  // The same, and describes the line.
-  [[nodiscard]] bool GetScanLine(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts,
-                                 const ScanPlan& plan, ScanLine& line);
+  // The same, then on over those that can be converted with it, up to `most` in all; describes
+  // them.
+  [[nodiscard]] bool GetScanLines(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts,
+                                  const ScanPlan& plan, std::uint32_t most, ScanLines& lines);
 
  private:
   struct Block {
@@ -84,6 +85,7 @@ class StdBlockStream {
   bool AnswerBlock(GeneralCmd& scanner, Call& call, const StdScannerFacts& facts);
   std::uint32_t WhitenLine(std::uint32_t lineBytes);
   void PointAtLine(const ScanPlan& plan, std::uint32_t end, ScanLine& line);
+  std::uint32_t LinesAtHand(std::size_t bytes, std::uint32_t most) const;
 
   ReceiveBuffer buffer_;           // lines start some bytes into it
   std::uint32_t receiveSize_ = 0;  // what the lines per block are computed from

@@ -2,6 +2,9 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
+#include <span>
+
 #include "imaging/band.h"
 #include "interface/scanner_settings.h"
 #include "tests/imaging/pixel_oracle.h"
@@ -16,7 +19,7 @@ struct LineFixture {
     plan.pixelType = pixelType;
     Routine routine{};
     routine.convert = [this](const ScanLine& scanLine, HostRow row, std::int16_t, bool) {
-      ConvertLine(scanLine, row, ConversionFor(plan, settings));
+      ConvertLines(scanLine, row, ConversionFor(plan, settings));
     };
     return routine.Row(line, pixels, rowBytes, 0);
   }
@@ -25,7 +28,91 @@ struct LineFixture {
   ScanPlan plan{.padPixels = 1};
 };
 
+// Five lines of seven bytes, of which the last ones may be missing.
+struct FiveLines {
+  static constexpr std::uint32_t kCount = 5;
+  static constexpr std::uint32_t kLineBytes = 7;
+  static constexpr std::size_t kRowBytes = 9;
+
+  FiveLines(std::size_t bytesReceived, std::int32_t pixels) {
+    for (std::size_t i = 0; i < bytesReceived; ++i) {
+      received.push_back(static_cast<std::uint8_t>(17 * i + 3));
+    }
+    lines.first = LineAt(0, pixels);
+    lines.count = kCount;
+    lines.lineBytes = kLineBytes;
+  }
+
+  ScanLine LineAt(std::size_t line, std::int32_t pixels) const {
+    const auto from = [&](std::size_t offset) {
+      return std::span(received).subspan(std::min(offset, received.size()));
+    };
+    const std::size_t start = line * kLineBytes;
+    return {pixels, from(start), from(start + 2), from(start + 4)};
+  }
+
+  // All of them at once, and one by one, from the top or from the bottom.
+  Bytes Together(const LineConversion& conversion, bool topDown) const {
+    Bytes image(kCount * kRowBytes, kUntouched);
+    const Band band{image, kRowBytes, kCount, topDown};
+    ConvertLines(lines, band.RowsFrom(0), conversion);
+    return image;
+  }
+  Bytes Apart(const LineConversion& conversion, bool topDown) const {
+    Bytes image(kCount * kRowBytes, kUntouched);
+    for (std::size_t line = 0; line < kCount; ++line) {
+      const std::size_t row = topDown ? line : kCount - 1 - line;
+      ConvertLines(LineAt(line, lines.first.pixelCount),
+                   HostRow(image).subspan(row * kRowBytes, kRowBytes), conversion);
+    }
+    return image;
+  }
+
+  Bytes received;
+  ScanLines lines;
+};
+
 }  // namespace
+
+TEST_CASE("lines that are converted together are those that are converted one by one") {
+  for (std::uint32_t variant = 0; variant < 9 * 16; ++variant) {
+    const bool flag = (variant & 1) != 0;
+    for (std::int16_t pad = -2; pad <= 3; ++pad) {
+      const LineConversion conversion{
+          variant / 16,      pad, flag, flag, (variant & 2) != 0, (variant & 4) != 0,
+          (variant & 8) != 0};
+      for (std::size_t bytes = 0; bytes <= 40; ++bytes) {
+        CAPTURE(variant);
+        CAPTURE(pad);
+        CAPTURE(bytes);
+        const FiveLines five(bytes, 1 + static_cast<std::int32_t>(bytes % 5));
+        CHECK(five.Together(conversion, flag) == five.Apart(conversion, flag));
+      }
+    }
+  }
+}
+
+TEST_CASE("lines that are converted together go from the top or from the bottom") {
+  const LineConversion swapped{kTrueColour, 0, true, false, false, false, false};
+  const FiveLines five(35, 2);
+  const auto rows = [&](bool topDown) {
+    const Bytes image = five.Together(swapped, topDown);
+    return Hex(Bytes(image.begin(), image.begin() + 18));
+  };
+  CHECK(rows(true) == "25 14 03 58 47 36 C3 C3 C3 9C 8B 7A CF BE AD C3 C3 C3");
+  CHECK(rows(false) == "01 F0 DF 34 23 12 C3 C3 C3 8A 79 68 BD AC 9B C3 C3 C3");
+}
+
+TEST_CASE("of the lines at hand those count that lie whole in what is there") {
+  CHECK(WholeLines(21, 7, 5) == 3);
+  CHECK(WholeLines(20, 7, 5) == 2);
+  CHECK(WholeLines(70, 7, 5) == 5);
+  CHECK(WholeLines(6, 7, 5) == 1);
+  CHECK(WholeLines(0, 7, 5) == 1);
+  CHECK(WholeLines(70, 0, 5) == 1);
+  CHECK(WholeLines(70, 7, 1) == 1);
+  CHECK(WholeLines(70, 7, 0) == 1);
+}
 
 TEST_CASE_FIXTURE(LineFixture, "line art is inverted when the settings say so") {
   CHECK(Row(0, {0x12, 0x34}, 2, 4) == "12 34 34 C3");

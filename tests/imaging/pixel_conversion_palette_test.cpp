@@ -15,8 +15,8 @@ struct Planes {
 std::string Palette(const Planes& planes, std::int32_t pixels, std::size_t rowBytes,
                     std::int16_t pad, bool firstLeads, bool whiteFill = false) {
   Bytes row(rowBytes, kUntouched);
-  Scanutil::Pix256Color({pixels, planes.first, planes.second, planes.third}, row, firstLeads, pad,
-                        whiteFill);
+  Scanutil::Pix256Color(ScanLine{pixels, planes.first, planes.second, planes.third}, HostRow(row),
+                        firstLeads, pad, whiteFill);
   return Hex(row);
 }
 
