@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 
@@ -36,10 +37,16 @@ std::string Number(double value, int decimals) {
 
 std::string Ratio(const Medians& medians, const std::string& numerator,
                   const std::string& denominator) {
+  const std::optional<double> ratio = RatioOf(medians, numerator, denominator);
+  return ratio.has_value() ? Number(*ratio, 2) : "-";
+}
+
+std::optional<double> RatioOf(const Medians& medians, const std::string& numerator,
+                              const std::string& denominator) {
   const auto above = medians.find(numerator);
   const auto below = medians.find(denominator);
-  if (above == medians.end() || below == medians.end()) return "-";
-  return Number(above->second / below->second, 2);
+  if (above == medians.end() || below == medians.end()) return std::nullopt;
+  return above->second / below->second;
 }
 
 void PrintTable(const std::vector<std::vector<std::string>>& rows) {
@@ -50,6 +57,16 @@ void PrintTable(const std::vector<std::vector<std::string>>& rows) {
   PrintRow(rows.front(), widths);
   PrintRule(widths);
   for (std::size_t i = 1; i < rows.size(); ++i) PrintRow(rows[i], widths);
+}
+
+void PrintGoals(const std::vector<Goal>& goals) {
+  for (const Goal& goal : goals) {
+    const bool atLeast = goal.kind == Goal::Kind::kAtLeast;
+    const double reserve = atLeast ? goal.value - goal.limit : goal.limit - goal.value;
+    std::cout << (reserve >= 0 ? "held" : "MISSED") << " by " << Number(std::abs(reserve), 2)
+              << ": " << goal.figure << " is " << Number(goal.value, 2) << ", to be at "
+              << (atLeast ? "least " : "most ") << Number(goal.limit, 2) << '\n';
+  }
 }
 
 }  // namespace pmddb832::bench

@@ -56,7 +56,7 @@ int Main(int argc, char** argv) {
   }
   const Medians medians = RunInterleaved(argc, argv);
   if (medians.empty()) return 1;
-  PrintRowTable(jobs, medians);
+  PrintRows(jobs, medians);
   return 0;
 }
 

@@ -48,17 +48,55 @@ void Memcpy(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes) {
   std::memcpy(to, from, bytes);
 }
 
+// What a row is measured by: a copy of as many bytes where it only moves them, and where it
+// computes the SSSE3 routine that was enough once; of the preview map that was the plain loop.
+struct Measure {
+  const char* contender;
+  double speed;
+};
+constexpr Measure kCopy{"memcpy", 0.9};
+constexpr Measure kNarrow{"SSSE3", 1.7};
+
 Job MakeJob(const std::string& name, std::size_t bytesRead, std::size_t bytesWritten,
-            Contender ours, Contender scalar) {
+            Measure measure, std::vector<Contender> contenders) {
   const std::size_t copied = (bytesRead + bytesWritten) / 2;
   return {name,
-          {std::move(ours), std::move(scalar)},
-          {OnArena("copy loop", CopyLoop, copied), OnArena("memcpy", Memcpy, copied)}};
+          std::move(contenders),
+          {OnArena("copy loop", CopyLoop, copied), OnArena("memcpy", Memcpy, copied)},
+          measure.contender,
+          measure.speed};
+}
+
+// The kernels of each kind of vectors that this processor has, and the chosen ones.
+struct Kernels {
+  std::string name;
+  const RowKernels& rows;
+};
+
+std::vector<Kernels> KernelsHere() {
+  std::vector<Kernels> kernels{{"ours", FastestRowKernels()}, {"scalar", kScalarRowKernels}};
+  const RowVectors widest = WidestRowVectors(AskProcessor());
+  if (widest >= RowVectors::kSsse3) kernels.push_back({"SSSE3", kSsse3RowKernels});
+  if (widest >= RowVectors::kAvx2) kernels.push_back({"AVX2", kAvx2RowKernels});
+  return kernels;
 }
 
 Job RowKernelJob(const std::string& name, std::size_t bytesRead, std::size_t bytesWritten,
-                 RowJob ours, RowJob scalar) {
-  return MakeJob(name, bytesRead, bytesWritten, Row("ours", ours), Row("scalar", scalar));
+                 Measure measure, RowKernel RowKernels::*row) {
+  std::vector<Contender> contenders;
+  for (const Kernels& kernels : KernelsHere()) {
+    contenders.push_back(Row(kernels.name, kernels.rows.*row));
+  }
+  return MakeJob(name, bytesRead, bytesWritten, measure, std::move(contenders));
+}
+
+Job PaletteJob() {
+  std::vector<Contender> contenders;
+  for (const Kernels& kernels : KernelsHere()) {
+    contenders.push_back(Planes(kernels.name, kernels.rows.paletteIndices));
+  }
+  return MakeJob("palette from three planes", 3 * kPlaneBytes, kPixels, kNarrow,
+                 std::move(contenders));
 }
 
 bool AllWriteTheSame(const Job& job) {
@@ -81,23 +119,17 @@ std::vector<Job> RowJobs() {
   for (std::size_t i = 0; i < source.size(); ++i) {
     source[i] = static_cast<std::uint8_t>(i * 2654435761u >> 13);
   }
-  const RowKernels& fastest = FastestRowKernels();
   constexpr std::size_t kBytes = 3 * kPixels;
   return {
-      RowKernelJob("inversion", kPixels, kPixels, fastest.invert, scalar_rows::Invert),
-      RowKernelJob("preview map", kPixels, kPixels, fastest.previewGrey, scalar_rows::PreviewGrey),
-      RowKernelJob("24-bit swap", kBytes, kBytes, fastest.swapBytes, scalar_rows::SwapBytes),
-      RowKernelJob("48-bit swap", 2 * kBytes, 2 * kBytes, fastest.swapSamples,
-                   scalar_rows::SwapSamples),
-      RowKernelJob("48 to 24 bits, same order", 2 * kBytes, kBytes, fastest.reduce,
-                   scalar_rows::Reduce),
-      RowKernelJob("48 to 24 bits, reversed", 2 * kBytes, kBytes, fastest.reduceSwapped,
-                   scalar_rows::ReduceSwapped),
-      RowKernelJob("12-bit unpack", kBytes / 2, 2 * kPixels, fastest.unpack12,
-                   scalar_rows::Unpack12),
-      MakeJob("palette from three planes", kBytes / 2, kPixels,
-              Planes("ours", fastest.paletteIndices),
-              Planes("scalar", scalar_rows::PaletteIndices)),
+      RowKernelJob("inversion", kPixels, kPixels, kCopy, &RowKernels::invert),
+      RowKernelJob("preview map", kPixels, kPixels, kNarrow, &RowKernels::previewGrey),
+      RowKernelJob("24-bit swap", kBytes, kBytes, kCopy, &RowKernels::swapBytes),
+      RowKernelJob("48-bit swap", 2 * kBytes, 2 * kBytes, kCopy, &RowKernels::swapSamples),
+      RowKernelJob("48 to 24 bits, same order", 2 * kBytes, kBytes, kCopy, &RowKernels::reduce),
+      RowKernelJob("48 to 24 bits, reversed", 2 * kBytes, kBytes, kCopy,
+                   &RowKernels::reduceSwapped),
+      RowKernelJob("12-bit unpack", kBytes / 2, 2 * kPixels, kNarrow, &RowKernels::unpack12),
+      PaletteJob(),
   };
 }
 
@@ -109,21 +141,45 @@ bool AllWriteTheSame(const std::vector<Job>& jobs) {
   return std::all_of(jobs.begin(), jobs.end(), [](const Job& job) { return AllWriteTheSame(job); });
 }
 
+namespace {
+
 void PrintRowTable(const std::vector<Job>& jobs, const Medians& medians) {
-  std::vector<std::vector<std::string>> table{{"row of 10,200 pixels", "ns", "speed / copy loop",
-                                               "speed / memcpy", "speed / scalar", "speed / libyuv",
-                                               "speed / OpenCV"}};
+  constexpr const char* kOthers[]{"copy loop", "memcpy", "scalar", "SSSE3",
+                                  "AVX2",      "libyuv", "OpenCV"};
+  std::vector<std::vector<std::string>> table{{"row of 10,200 pixels", "ns"}};
+  for (const char* other : kOthers) table.front().push_back(std::string("speed / ") + other);
   for (const Job& job : jobs) {
     const std::string ours = job.name + "/ours";
     const auto found = medians.find(ours);
     if (found == medians.end()) continue;
     std::vector<std::string> row{job.name, Number(found->second, 0)};
-    for (const char* other : {"/copy loop", "/memcpy", "/scalar", "/libyuv", "/OpenCV"}) {
-      row.push_back(Ratio(medians, job.name + other, ours));
-    }
+    for (const char* other : kOthers) row.push_back(Ratio(medians, job.name + "/" + other, ours));
     table.push_back(row);
   }
   PrintTable(table);
+}
+
+void PrintRowGoals(const std::vector<Job>& jobs, const Medians& medians) {
+  std::vector<Goal> goals;
+  const auto add = [&](const Job& job, const std::string& other, double limit) {
+    const auto speed = RatioOf(medians, job.name + "/" + other, job.name + "/ours");
+    if (!speed.has_value()) return;
+    goals.push_back({job.name + ", speed / " + other, *speed, Goal::Kind::kAtLeast, limit});
+  };
+  for (const Job& job : jobs) {
+    add(job, job.measuredBy, job.goal);
+    add(job, "libyuv", 1);
+    add(job, "OpenCV", 1);
+  }
+  PrintGoals(goals);
+}
+
+}  // namespace
+
+void PrintRows(const std::vector<Job>& jobs, const Medians& medians) {
+  PrintRowTable(jobs, medians);
+  std::cout << '\n';
+  PrintRowGoals(jobs, medians);
 }
 
 }  // namespace pmddb832::bench

@@ -21,6 +21,9 @@ struct Job {
   std::string name;
   std::vector<Contender> contenders;  // all of them write the same bytes
   std::vector<Contender> copies;      // of as many bytes as the job reads and writes on average
+  // Our speed is to be at least so many times that of the contender.
+  std::string measuredBy;
+  double goal;
 };
 
 // Every job, with our kernels and the scalar ones, a loop of 16-byte moves and memcpy.
@@ -32,7 +35,7 @@ Contender Row(const std::string& name, RowJob convert);
 // False, with a line on standard error, when one of the contenders writes other bytes.
 bool AllWriteTheSame(const std::vector<Job>& jobs);
 
-// The table of all jobs; a median goes by "JOB/CONTENDER".
-void PrintRowTable(const std::vector<Job>& jobs, const Medians& medians);
+// The table of all jobs, and a line for each goal; a median goes by "JOB/CONTENDER".
+void PrintRows(const std::vector<Job>& jobs, const Medians& medians);
 
 }  // namespace pmddb832::bench

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <iostream>
 #include <string>
 
 #include "bench/interleaved_run.h"
@@ -48,6 +49,11 @@ int Main(int argc, char** argv) {
               {"untraced", Number(medians.at("chain/untraced"), 2), "1.00"},
               {"traced", Number(medians.at("chain/traced"), 2),
                Ratio(medians, "chain/traced", "chain/untraced")}});
+  std::cout << '\n';
+  const auto time = RatioOf(medians, "chain/traced", "chain/untraced");
+  if (time.has_value()) {
+    PrintGoals({{"traced chain, time / untraced", *time, Goal::Kind::kAtMost, 1.5}});
+  }
   return 0;
 }
 

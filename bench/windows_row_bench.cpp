@@ -57,7 +57,7 @@ int Main() {
   for (int i = 0; i < kRepetitions; ++i) std::for_each(timings.begin(), timings.end(), Repeat);
   Medians medians;
   for (const Timing& timing : timings) medians[timing.name] = Median(timing.nanoseconds);
-  PrintRowTable(jobs, medians);
+  PrintRows(jobs, medians);
   return 0;
 }
 
