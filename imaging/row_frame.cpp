@@ -39,11 +39,29 @@ void FinishRow(HostRow row, const RowFrame& frame, std::size_t pixelBytes, bool 
   FinishRow(row, frame, pixelBytes, lastPixel, whiteFill);
 }
 
+void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill,
+                 const PixelBytes& bytes, RowKernel convert) {
+  const ScanLine& line = lines.first;
+  const std::int64_t wanted = std::int64_t{line.pixelCount} - fill.pixels;
+  const std::size_t rowPixels = rows.first.size() / bytes.rowBytes;
+  ForEachRow(
+      lines, rows, line.plane0.size(),
+      [&](std::size_t left) {
+        return DivideRow(wanted, fill.pixels, left / bytes.lineBytes * bytes.pixels, rowPixels);
+      },
+      [&](const RowFrame& frame, std::size_t offset, HostRow row) {
+        const std::uint8_t* const from = line.plane0.data() + offset;
+        if (convert != nullptr) {
+          convert(from, row.data(), frame.converted);
+        } else if (frame.converted > 0) {
+          std::memcpy(row.data(), from, frame.converted * bytes.rowBytes);
+        }
+        if (!frame.IsConvertedOnly()) FinishRow(row, frame, bytes.rowBytes, fill.isWhite);
+      });
+}
+
 void CopyRows(const ScanLines& lines, const HostRows& rows, RowFill fill, std::size_t pixelBytes) {
-  const auto copy = [pixelBytes](const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-    if (pixels > 0) std::memcpy(to, from, pixels * pixelBytes);
-  };
-  ConvertRows(lines, rows, fill, {pixelBytes, pixelBytes}, copy);
+  ConvertRows(lines, rows, fill, {pixelBytes, pixelBytes}, nullptr);
 }
 
 }  // namespace pmddb832

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "imaging/row_kernels.h"
 #include "imaging/scan_line.h"
 
 namespace pmddb832 {
@@ -69,23 +70,9 @@ struct PixelBytes {
   std::size_t pixels = 1;
 };
 
-// Converts rows: `convert(source, destination, pixels)` does so with those of one line.
-template <class Convert>
-void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill, PixelBytes bytes,
-                 Convert convert) {
-  const ScanLine& line = lines.first;
-  const std::int64_t wanted = std::int64_t{line.pixelCount} - fill.pixels;
-  const std::size_t rowPixels = rows.first.size() / bytes.rowBytes;
-  ForEachRow(
-      lines, rows, line.plane0.size(),
-      [&](std::size_t left) {
-        return DivideRow(wanted, fill.pixels, left / bytes.lineBytes * bytes.pixels, rowPixels);
-      },
-      [&](const RowFrame& frame, std::size_t offset, HostRow row) {
-        convert(line.plane0.data() + offset, row.data(), frame.converted);
-        if (!frame.IsConvertedOnly()) FinishRow(row, frame, bytes.rowBytes, fill.isWhite);
-      });
-}
+// Converts rows, those of one line at a time; without a kernel they are copied.
+void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill,
+                 const PixelBytes& bytes, RowKernel convert);
 
 // Copies pixels of `pixelBytes` bytes unchanged.
 void CopyRows(const ScanLines& lines, const HostRows& rows, RowFill fill, std::size_t pixelBytes);
