@@ -74,7 +74,8 @@ class Picked {
   // Vector 0, 1, ... of a block whose source begins at `from`.
   template <int vector>
   static inline Bytes Vector(const std::uint8_t* from) {
-    const std::uint8_t* share = from + vector * kPerVector * Map::kRead / Map::kWritten;
+    const std::uint8_t* share =
+        from + std::ptrdiff_t{vector} * kPerVector * Map::kRead / Map::kWritten;
     constexpr int kPlanned = vector % kPeriod;
     const Bytes bytes = Pick<kPlan.masks[kPlanned][0]>(LoadLanes<kShare>(share + WindowStart(0)),
                                                        Load(kPlan.orders[kPlanned][0]));

@@ -30,6 +30,7 @@ inline void Prefetch(const std::uint8_t* next) {
   constexpr std::size_t kCacheLine = 64;
   const auto address = reinterpret_cast<std::uintptr_t>(next) + kAhead;
   for (std::size_t i = 0; i < bytes; i += kCacheLine) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr) It may lie beyond the row, and is not read.
     _mm_prefetch(reinterpret_cast<const char*>(address + i), _MM_HINT_T0);
   }
 }
@@ -91,7 +92,7 @@ struct Row {
 
   template <int vector>
   static inline void StoreVectors(const std::uint8_t* source, std::uint8_t* block) {
-    StoreLanes<Maker::kPerLane>(block + vector * Maker::kPerVector,
+    StoreLanes<Maker::kPerLane>(block + std::ptrdiff_t{vector} * Maker::kPerVector,
                                 Maker::template Vector<vector>(source));
     if constexpr (vector + 1 < Maker::kVectors) StoreVectors<vector + 1>(source, block);
   }
@@ -133,7 +134,7 @@ struct InvertedRow {
     Bytes ones = Bytes{} - 1;
     // Where the compiler knows that these are ones, each inversion waits for the one before it.
     asm("" : "+x"(ones));
-    return Load(source + vector * kVectorBytes) ^ ones;
+    return Load(source + std::ptrdiff_t{vector} * kVectorBytes) ^ ones;
   }
 };
 
@@ -151,7 +152,7 @@ struct PreviewRow {
   template <int vector>
   static inline Bytes Vector(const std::uint8_t* source) {
     constexpr std::uint16_t kEleventh = 5958;
-    const Bytes grey = Load(source + vector * kVectorBytes);
+    const Bytes grey = Load(source + std::ptrdiff_t{vector} * kVectorBytes);
     const Words even = MultiplyHigh(AsWords(grey) & 0xFF, kEleventh);
     const Words odd = MultiplyHigh(AsWords(grey) >> 8, kEleventh) << 8;
     const auto isWhite = reinterpret_cast<Bytes>(grey == 0xFF);
@@ -171,7 +172,7 @@ struct ReducedRow {
 
   template <int vector>
   static inline Bytes Vector(const std::uint8_t* source) {
-    const std::uint8_t* samples = source + 2 * vector * kVectorBytes;
+    const std::uint8_t* samples = source + std::ptrdiff_t{2} * vector * kVectorBytes;
     return HighBytes(Load(samples), Load(samples + kVectorBytes));
   }
 };
@@ -251,13 +252,14 @@ void Convert(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
   plain(from + units * Maker::kRead, to + units * Maker::kWritten, pixels % Maker::kPixels);
 }
 
-void PaletteIndices(const ColourPlanes& from, std::uint8_t* to, std::size_t pixels) {
+// NOLINTNEXTLINE(readability-non-const-parameter) The row writes there.
+inline void PaletteIndices(const ColourPlanes& from, std::uint8_t* to, std::size_t pixels) {
   const PaletteRow row{from, to};
   ConvertInBlocks(row, pixels / 2);
   if (pixels % 2 != 0) row.PlainPixels(pixels / 2, 1);
 }
 
-constexpr RowKernels kBodies{
+inline constexpr RowKernels kBodies{
     Convert<InvertedRow, scalar_rows::Invert>,
     Convert<PreviewRow, scalar_rows::PreviewGrey>,
     Convert<PickedRow<Reversed<3, 1>>, scalar_rows::SwapBytes>,

@@ -93,8 +93,8 @@ inline void StoreAlternating(std::uint8_t* to, Bytes even, Bytes odd) {
   const __m256i tails = _mm256_unpackhi_epi8(evenBytes, oddBytes);
   StoreLane(to, _mm256_castsi256_si128(heads));
   StoreLane(to + kLaneBytes, _mm256_castsi256_si128(tails));
-  StoreLane(to + 2 * kLaneBytes, _mm256_extracti128_si256(heads, 1));
-  StoreLane(to + 3 * kLaneBytes, _mm256_extracti128_si256(tails, 1));
+  StoreLane(to + std::ptrdiff_t{2} * kLaneBytes, _mm256_extracti128_si256(heads, 1));
+  StoreLane(to + std::ptrdiff_t{3} * kLaneBytes, _mm256_extracti128_si256(tails, 1));
 }
 
 }  // namespace

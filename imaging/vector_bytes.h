@@ -29,6 +29,7 @@ inline Bytes Load(const std::uint8_t* from) {
   return reinterpret_cast<const AnywhereBytes*>(from)->bytes;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter) The vector is written there.
 inline void Store(std::uint8_t* to, Bytes bytes) {
   reinterpret_cast<AnywhereBytes*>(to)->bytes = bytes;
 }
