@@ -44,7 +44,7 @@ struct Options {
   Command helpOf = Command::kHelp;  // the subcommand that help was asked for; kHelp: of all
   std::string device = "sim:extended";
   std::string faults;      // a script of faults; empty: none
-  std::string modulePath;  // empty: Pmddb832.dll beside the program
+  std::string modulePath;  // empty: the one beside the program
   bool isJson = false;     // the report is a JSON document
   CaptureChoice capture;   // without a file: none
   bool mayOverwrite = false;

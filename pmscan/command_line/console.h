@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,6 @@ namespace pmscan {
 // The arguments behind the program's name, in UTF-8. Makes standard output and standard error
 // UTF-8 as well.
 std::vector<std::string> CommandLineArguments();
-
-std::wstring ToWide(const std::string& utf8);
-std::string ToUtf8(const wchar_t* wide);
 
 // Where the user's profiles are kept; relative when the system tells no folder for it.
 std::filesystem::path ProfileFolder();
@@ -28,18 +26,23 @@ bool IsErrorOutputTerminal();
 // Columns of the terminal that standard error goes to; 80 where that is not known.
 std::size_t ErrorOutputColumns();
 
+// Writes the bytes as they are to standard output, which has been flushed. False when not all went
+// there.
+bool WriteToOutput(std::span<const char> bytes);
+
 // Copies all of the stream to standard output, byte for byte. False when not all went there.
 bool WriteStandardOutput(std::istream& stream);
 
 // Of this process.
 std::uint32_t ProcessNumber();
 
-// What the system's number of an error means, and the number: "Access denied (Windows error 5)"; of
-// one that the system has no words for, the number.
+// What the system's number of an error means, and the number: "Access denied (Windows error 5)",
+// "Permission denied (error 13)"; of one that the system has no words for, the number.
 std::string SystemWords(std::uint32_t error);
 
 // From here on a text goes to standard output and standard error in one piece.
 void JoinOutput();
+void FlushOutput();
 
 // From here on the first Ctrl+C no longer ends the program but makes IsInterrupted true; the second
 // one ends it at once.

@@ -16,12 +16,12 @@
 #include "pmscan/command_line/help_text.h"
 #include "pmscan/command_line/profiles_command.h"
 #include "pmscan/command_line/progress.h"
+#include "pmscan/command_line/system_services.h"
 #include "pmscan/devices/bed_teller.h"
 #include "pmscan/devices/device_connection.h"
 #include "pmscan/devices/devices_command.h"
 #include "pmscan/devices/watched_device.h"
 #include "pmscan/maintenance/maintenance.h"
-#include "pmscan/pictures/imaging_component.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/json_report.h"
 #include "pmscan/report/report.h"
@@ -209,7 +209,7 @@ void ListDevices(bool isJson) {
 }
 
 int RunDeviceCommand(const Options& options) {
-  const ComApartment apartment;
+  const SystemServices services;
   if (options.command == Command::kDevices) {
     ListDevices(options.isJson);
     return 0;

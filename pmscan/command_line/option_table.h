@@ -126,7 +126,7 @@ inline constexpr std::array kAll{
     OptionRow{kScanner | kReplay, kGiven, "--tolerant", "", &At<&W::isTolerant>,
               "go on behind a difference from the capture, and count them"},
     OptionRow{kScanner | kReplay, kGiven, "--dll", "PATH", &At<&W::modulePath>,
-              "the module (default: Pmddb832.dll beside this program)"},
+              "the module (default: the one beside this program)"},
     OptionRow{kScanner | kReplay | Bit(Command::kDevices) | Bit(Command::kDecode), kGiven, "--json",
               "", &At<&W::isJson>, "print the report as JSON"},
     OptionRow{kScanner | kReplay, kGiven, "--capture", "FILE", &At<&W::captureFile>,

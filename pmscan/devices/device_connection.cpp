@@ -3,7 +3,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/devices/captured_connection.h"
 #include "pmscan/devices/simulated_connection.h"
-#include "pmscan/devices/still_image_connection.h"
+#include "pmscan/devices/still_image_devices.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -37,7 +37,7 @@ std::unique_ptr<DeviceConnection> ConnectDevice(const Options& options) {
   }
   if (IsStillImageName(options.device)) {
     RequireSimulated(options);
-    return std::make_unique<StillImageConnection>(options.device);
+    return ConnectStillImageDevice(options.device);
   }
   return std::make_unique<SimulatedConnection>(options);
 }

@@ -5,7 +5,7 @@
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/devices/simulated_connection.h"
-#include "pmscan/devices/still_image_service.h"
+#include "pmscan/devices/still_image_devices.h"
 #include "simulator/catalog/catalog.h"
 #include "simulator/catalog/models.h"
 #include "simulator/catalog/profile.h"
@@ -53,7 +53,7 @@ DeviceList FindDevices() {
     list.scannerFiles.push_back({"sim:" + name, DescriptionOf(name)});
   }
   try {
-    list.stillImage = StillImageService().Devices();
+    list.stillImage = StillImageDevices();
   } catch (const Failure& failure) {
     list.whyNoService = failure.what();
   }

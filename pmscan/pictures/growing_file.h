@@ -17,8 +17,8 @@ class GrowingFile {
 
   const std::filesystem::path& Path() const { return path_; }
 
-  // Replaces what stands in the place, if it may. Nobody has the file open. Returns 0 or Windows'
-  // error number.
+  // Replaces what stands in the place, if it may. Nobody has the file open. Returns 0 or the
+  // system's error number.
   std::uint32_t TakePlace(bool mayReplace) const;
 
  private:

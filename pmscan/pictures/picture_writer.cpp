@@ -6,6 +6,7 @@
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/encoders/encoders.h"
 #include "pmscan/pictures/picture_pixels.h"
 #include "pmscan/report/error_codes.h"
@@ -16,7 +17,7 @@ namespace {
 
 // Standard output takes a picture when it is whole.
 std::filesystem::path GrowingPath(const std::string& name) {
-  if (name != kStandardOutput) return ToWide(GrowingName(name));
+  if (name != kStandardOutput) return PathOf(GrowingName(name));
   return std::filesystem::temp_directory_path() / ("pmscan-" + std::to_string(ProcessNumber()));
 }
 
@@ -30,7 +31,7 @@ void PourOut(const std::filesystem::path& path) {
 
 PictureWriter::PictureWriter(const PictureFile& pictureFile)
     : file_(pictureFile),
-      growing_(GrowingPath(file_.name), ToWide(file_.name)),
+      growing_(GrowingPath(file_.name), PathOf(file_.name)),
       bytes_(growing_.Path(), file_.name),
       encoder_(MakeEncoder(file_.format.container, bytes_,
                            {file_.mode.layout, file_.dotsPerInch, file_.quality, file_.origin})) {}

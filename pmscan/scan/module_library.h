@@ -8,7 +8,8 @@ namespace pmscan {
 // settings record for the last time, so that must live longer.
 class ModuleLibrary {
  public:
-  // `path` in UTF-8; empty for Pmddb832.dll beside the program. Throws Failure(kModuleMissing).
+  // `path` in UTF-8; empty for the module beside the program, Pmddb832.dll on Windows and
+  // Pmddb832.so elsewhere. Throws Failure(kModuleMissing).
   explicit ModuleLibrary(const std::string& path);
   ~ModuleLibrary();
   ModuleLibrary(const ModuleLibrary&) = delete;

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "pmscan/devices/device_connection.h"
-#include "pmscan/devices/still_image_service.h"
+#include "pmscan/windows/still_image_service.h"
 
 namespace pmscan {
 

@@ -35,15 +35,6 @@ class ComPointer {
   Interface* object_ = nullptr;
 };
 
-// Initialises COM for this thread as long as it lives.
-class ComApartment {
- public:
-  ComApartment() { CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
-  ~ComApartment() { CoUninitialize(); }
-  ComApartment(const ComApartment&) = delete;
-  ComApartment& operator=(const ComApartment&) = delete;
-};
-
 // Throws Failure(`failureCode`) that says which step failed on which file.
 void RequireSuccess(HRESULT result, std::uint32_t failureCode, const char* step,
                     const std::string& file);

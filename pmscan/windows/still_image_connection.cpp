@@ -1,5 +1,6 @@
-#include "pmscan/devices/still_image_connection.h"
+#include "pmscan/windows/still_image_connection.h"
 
+#include "pmscan/devices/still_image_devices.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -24,6 +25,14 @@ StillImageConnection::~StillImageConnection() {
 // Our declaration of the interface is that of the system by position.
 pmddb832::StillImageDevice& StillImageConnection::Device() {
   return *reinterpret_cast<pmddb832::StillImageDevice*>(stillImage_.Get());
+}
+
+std::vector<StillImageEntry> StillImageDevices() {
+  return StillImageService().Devices();
+}
+
+std::unique_ptr<DeviceConnection> ConnectStillImageDevice(const std::string& device) {
+  return std::make_unique<StillImageConnection>(device);
 }
 
 }  // namespace pmscan

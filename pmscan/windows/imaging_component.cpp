@@ -1,4 +1,4 @@
-#include "pmscan/pictures/imaging_component.h"
+#include "pmscan/windows/imaging_component.h"
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"

@@ -7,11 +7,11 @@
 #include <limits>
 #include <vector>
 
-#include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/pictures/imaging_component.h"
 #include "pmscan/pictures/original_picture.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/windows/imaging_component.h"
+#include "pmscan/windows/wide_text.h"
 
 namespace pmscan {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "pmscan/devices/still_image_device_names.h"
-#include "pmscan/pictures/imaging_component.h"
+#include "pmscan/windows/imaging_component.h"
 
 namespace pmscan {
 

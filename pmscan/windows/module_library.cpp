@@ -8,6 +8,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/windows/wide_text.h"
 
 namespace pmscan {
 namespace {

@@ -1,11 +1,11 @@
-#include "pmscan/devices/still_image_service.h"
+#include "pmscan/windows/still_image_service.h"
 
 #include <memory>
 #include <span>
 
-#include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/windows/wide_text.h"
 
 namespace pmscan {
 namespace {

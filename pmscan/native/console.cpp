@@ -1,0 +1,127 @@
+#include "pmscan/command_line/console.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+
+namespace pmscan {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kInterruptedExit = 130;
+
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+// A pipe that something can be read from behind the first Ctrl+C.
+std::array<int, 2> interruption{-1, -1};
+
+// Calls nothing but what a signal handler may.
+extern "C" void OnInterrupt(int /*signal*/) {
+  if (interrupted.exchange(true)) _exit(kInterruptedExit);
+  const int before = errno;
+  const char sign = 0;
+  // A pipe that is full, which it is not, would do as well.
+  [[maybe_unused]] const ssize_t written = write(interruption[1], &sign, 1);
+  errno = before;
+}
+
+// Empty when the variable is not set.
+std::filesystem::path FolderNamedBy(const char* variable) {
+  const char* const folder = std::getenv(variable);
+  return folder == nullptr ? "" : folder;
+}
+
+}  // namespace
+
+std::vector<std::string> CommandLineArguments() {
+  std::ifstream words("/proc/self/cmdline", std::ios::binary);
+  std::vector<std::string> arguments;
+  std::string word;
+  std::getline(words, word, '\0');
+  while (std::getline(words, word, '\0')) arguments.push_back(word);
+  return arguments;
+}
+
+std::filesystem::path ProgramFolder() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
+
+// A folder of settings that is relative counts for nothing.
+std::filesystem::path ProfileFolder() {
+  const std::filesystem::path settings = FolderNamedBy("XDG_CONFIG_HOME");
+  if (settings.is_absolute()) return settings / "pmscan";
+  return FolderNamedBy("HOME") / ".config" / "pmscan";
+}
+
+bool IsErrorOutputTerminal() {
+  return isatty(STDERR_FILENO) != 0;
+}
+
+std::size_t ErrorOutputColumns() {
+  constexpr std::size_t kUsual = 80;
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsual;
+  return size.ws_col;
+}
+
+bool WriteToOutput(std::span<const char> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(STDOUT_FILENO, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+std::uint32_t ProcessNumber() {
+  return static_cast<std::uint32_t>(getpid());
+}
+
+std::string SystemWords(std::uint32_t error) {
+  return std::generic_category().message(static_cast<int>(error)) + " (error " +
+         std::to_string(error) + ")";
+}
+
+void CatchInterrupt() {
+  if (pipe2(interruption.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+    throw std::system_error(errno, std::generic_category(), "pipe");
+  }
+  struct sigaction action {};
+  action.sa_handler = &OnInterrupt;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &action, nullptr);
+}
+
+bool IsInterrupted() {
+  return interrupted;
+}
+
+// What else stops a wait does not end the pause.
+void PauseUnlessInterrupted(std::chrono::milliseconds pause) {
+  const Clock::time_point end = Clock::now() + pause;
+  pollfd waited{interruption[0], POLLIN, 0};
+  for (auto left = pause; left.count() > 0 && !IsInterrupted();) {
+    poll(&waited, 1, static_cast<int>(left.count()));
+    left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+  }
+}
+
+void EndProgram(int exitCode) {
+  FlushOutput();
+  _exit(exitCode);
+}
+
+}  // namespace pmscan

@@ -1,0 +1,18 @@
+#define WIN32_LEAN_AND_MEAN
+#include "pmscan/command_line/system_services.h"
+
+#include <windows.h>
+// windows.h comes first: the other header builds on it.
+#include <objbase.h>
+
+namespace pmscan {
+
+SystemServices::SystemServices() {
+  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+}
+
+SystemServices::~SystemServices() {
+  CoUninitialize();
+}
+
+}  // namespace pmscan
