@@ -8,6 +8,10 @@
 namespace pmscan {
 namespace {
 
+// What the library may take at once: something for itself, and room for a picture.
+constexpr std::uint64_t kForItself = 1 << 20;
+constexpr std::uint64_t kMostPixelBytes = 8;
+
 double DotsPerInch(TIFF* tiff) {
   constexpr double kCentimetersPerInch = 2.54;
   float resolution = 0;
@@ -92,7 +96,8 @@ toff_t Size(thandle_t handle) {
 }  // namespace
 
 TiffFile::TiffFile(const PictureSource& source)
-    : stream_{source.file, 0, {}}, tiff_(Open(stream_, source.mostPixels * sizeof(std::uint64_t))) {
+    : stream_{source.file, 0, {}},
+      tiff_(Open(stream_, kForItself + source.mostPixels * kMostPixelBytes)) {
   Require(tiff_ != nullptr);
   // The picture is turned for all kinds of files in the same way, later.
   TIFFSetField(tiff_.get(), TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);

@@ -36,7 +36,7 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
   const ProgramResult result = Run("replay page.capture");
   CHECK(result.exitCode == 0);
   CHECK(Has(result.output, "Picture      not compared: the capture holds no image data"));
-  CHECK(Has(result.output, "Differences  0\r\n"));
+  CHECK(Has(result.output, "Differences  0\n"));
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the capture of a failing scan ends with its end") {
@@ -56,9 +56,9 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a replay names the line that is
   const ProgramResult result = Run("replay reset.capture");
   CHECK(result.exitCode == 77);
   CHECK(Has(result.errors,
-            "reset.capture, line 4, in PMOpenScanner:\r\n"
-            "  expected  write 2 : 1B 40\r\n"
-            "  came      write 2 : 1B 49\r\n"));
+            "reset.capture, line 4, in PMOpenScanner:\n"
+            "  expected  write 2 : 1B 40\n"
+            "  came      write 2 : 1B 49\n"));
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a tolerant replay counts what is not the same") {
@@ -68,7 +68,7 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a tolerant replay counts what i
   Write("page.capture", text);
   const ProgramResult result = Run("replay page.capture --tolerant");
   CHECK(result.exitCode == 77);
-  CHECK(Has(result.output, "Differences  1\r\n"));
+  CHECK(Has(result.output, "Differences  1\n"));
   CHECK(Has(result.errors, "There is one difference, shown above."));
 }
 

@@ -1,81 +1,27 @@
 #include "tests/program/pmscan_program.h"
 
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
-
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
+
+#include "pmscan/command_line/file_name.h"
+#include "tests/program/process.h"
 
 namespace pmscan::tests {
 namespace {
-
-constexpr DWORD kLongestRun = 120000;  // milliseconds
 
 std::string ReadAll(const std::filesystem::path& path) {
   std::ifstream stream(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// A file that a program writes its output to.
-class OutputFile {
- public:
-  explicit OutputFile(const std::filesystem::path& path) {
-    SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
-    handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                         &inherited, CREATE_ALWAYS, 0, nullptr);
+// Texts of programs have the line ends of the system.
+std::string TextOf(std::string bytes) {
+  const std::string lineEnd = kLineEnd;
+  for (std::size_t at = 0; (at = bytes.find(lineEnd, at)) != bytes.npos; ++at) {
+    bytes.replace(at, lineEnd.size(), "\n");
   }
-  ~OutputFile() { CloseHandle(handle); }
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-
-  HANDLE handle;
-};
-
-// A running pmscan.exe.
-class Process {
- public:
-  Process(const std::filesystem::path& program, const std::filesystem::path& folder,
-          const std::string& arguments, const OutputFile& output, const OutputFile& errors) {
-    std::wstring line =
-        L"\"" + program.wstring() + L"\" " + std::wstring(arguments.begin(), arguments.end());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = output.handle;
-    startup.hStdError = errors.handle;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
-                       &startup, &information_) == 0) {
-      throw std::runtime_error("pmscan.exe does not start: Windows error " +
-                               std::to_string(GetLastError()));
-    }
-  }
-  ~Process() {
-    TerminateProcess(information_.hProcess, 255);
-    CloseHandle(information_.hThread);
-    CloseHandle(information_.hProcess);
-  }
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
-
-  unsigned long ExitCode() const {
-    DWORD code = 0;
-    if (WaitForSingleObject(information_.hProcess, kLongestRun) != WAIT_OBJECT_0) {
-      throw std::runtime_error("pmscan.exe does not end.");
-    }
-    GetExitCodeProcess(information_.hProcess, &code);
-    return code;
-  }
-
- private:
-  PROCESS_INFORMATION information_{};
-};
-
-std::filesystem::path OwnFolder() {
-  std::wstring name(MAX_PATH, L'\0');
-  name.resize(GetModuleFileNameW(nullptr, name.data(), MAX_PATH));
-  return std::filesystem::path(name).parent_path();
+  return bytes;
 }
 
 std::uint32_t NumberAt(const std::string& file, std::size_t offset, std::size_t bytes) {
@@ -90,8 +36,7 @@ std::uint32_t NumberAt(const std::string& file, std::size_t offset, std::size_t 
 
 ProgramUnderTest::ProgramUnderTest(const std::filesystem::path& programPath)
     : program_(OwnFolder() / programPath),
-      folder_(std::filesystem::current_path() /
-              ("pmscan_program_" + std::to_string(GetCurrentProcessId()))) {
+      folder_(std::filesystem::current_path() / ("pmscan_program_" + std::to_string(OwnNumber()))) {
   std::filesystem::remove_all(folder_);
   std::filesystem::create_directory(folder_);
 }
@@ -103,18 +48,15 @@ ProgramUnderTest::~ProgramUnderTest() {
 
 ProgramResult ProgramUnderTest::Run(const std::string& arguments) const {
   ProgramResult result;
-  {
-    const OutputFile output(Output());
-    const OutputFile errors(Errors());
-    result.exitCode = Process(program_, folder_, arguments, output, errors).ExitCode();
-  }
-  result.output = ReadAll(Output());
-  result.errors = ReadAll(Errors());
+  result.exitCode = RunProcess({program_, arguments, folder_, Output(), Errors()});
+  result.outputBytes = ReadAll(Output());
+  result.output = TextOf(result.outputBytes);
+  result.errors = TextOf(ReadAll(Errors()));
   return result;
 }
 
 std::string ProgramUnderTest::Contents(const std::string& file) const {
-  return ReadAll(folder_ / file);
+  return ReadAll(folder_ / PathOf(file));
 }
 
 void ProgramUnderTest::Write(const std::string& file, const std::string& contents) const {
@@ -125,7 +67,7 @@ std::vector<std::string> ProgramUnderTest::Files() const {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
     if (entry.path() == Output() || entry.path() == Errors()) continue;
-    names.push_back(entry.path().filename().string());
+    names.push_back(Utf8(entry.path().filename()));
   }
   std::sort(names.begin(), names.end());
   return names;

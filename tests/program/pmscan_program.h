@@ -5,19 +5,22 @@
 #include <string>
 #include <vector>
 
+#include "tests/program/process.h"
+
 namespace pmscan::tests {
 
 struct ProgramResult {
   unsigned long exitCode = 0;
-  std::string output;  // standard output
-  std::string errors;  // standard error
+  std::string outputBytes;  // standard output as it came
+  std::string output;       // standard output, lines ending in "\n"
+  std::string errors;       // standard error, likewise
 };
 
-// pmscan.exe in an empty folder of its own, which goes with this object.
+// pmscan in an empty folder of its own, which goes with this object.
 class ProgramUnderTest {
  public:
   // `programPath` counts from the folder of the test's own program.
-  explicit ProgramUnderTest(const std::filesystem::path& programPath = "pmscan.exe");
+  explicit ProgramUnderTest(const std::filesystem::path& programPath = PmscanPath());
   ~ProgramUnderTest();
   ProgramUnderTest(const ProgramUnderTest&) = delete;
   ProgramUnderTest& operator=(const ProgramUnderTest&) = delete;
@@ -25,7 +28,9 @@ class ProgramUnderTest {
   // Runs it with the arguments, which hold no quotes, until it ends.
   ProgramResult Run(const std::string& arguments) const;
 
-  // Empty when there is no such file.
+  const std::filesystem::path& Folder() const { return folder_; }
+
+  // Empty when there is no such file. Names are in UTF-8.
   std::string Contents(const std::string& file) const;
   void Write(const std::string& file, const std::string& contents) const;
 

@@ -26,8 +26,8 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a bed of level B3 is scanned, a
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the feeder is fed and emptied") {
   for (const char* device : {"sim:extended:QM2500", "sim:standard:PS3100"}) {
     const std::string with = std::string(" --device ") + device;
-    CHECK(Run("feed" + with).output == "The feeder was told to draw in a page.\r\n");
-    CHECK(Run("eject" + with).output == "The feeder was told to throw out its page.\r\n");
+    CHECK(Run("feed" + with).output == "The feeder was told to draw in a page.\n");
+    CHECK(Run("eject" + with).output == "The feeder was told to throw out its page.\n");
     CHECK(Run("feed" + with + "+pages=0").exitCode == 13);
     CHECK(Run("reset" + with).exitCode == 0);
   }
@@ -35,7 +35,7 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the feeder is fed and emptied")
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: focus goes to a position where it can") {
-  CHECK(Run("focus --focus -7").output == "The scanner focuses at -7.\r\n");
+  CHECK(Run("focus --focus -7").output == "The scanner focuses at -7.\n");
   CHECK(Has(Run("focus --focus 9 --json").output, "\"focus\": 9"));
   CHECK(Run("focus --focus 9 --device sim:standard:RV3000").exitCode == 65);
 }
@@ -45,9 +45,9 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: settings of a scan reach the sc
       "scan --dry-run --mode lineart --halftone lines --brightness -2 --gamma 2.8 --sharpness 1 "
       "--zoom 50 --device sim:standard --focus 3");
   CHECK(result.exitCode == 0);
-  for (const char* sent : {"ESC p focus position\r\n  43\r\n", "ESC B halftone\r\n  A0\r\n",
-                           "ESC L brightness\r\n  FE\r\n", "ESC Z gamma code\r\n  10\r\n",
-                           "ESC Q sharpness\r\n  01\r\n", "ESC H zoom\r\n  32 32\r\n"}) {
+  for (const char* sent :
+       {"ESC p focus position\n  43\n", "ESC B halftone\n  A0\n", "ESC L brightness\n  FE\n",
+        "ESC Z gamma code\n  10\n", "ESC Q sharpness\n  01\n", "ESC H zoom\n  32 32\n"}) {
     CAPTURE(sent);
     CHECK(Has(result.output, sent));
   }
@@ -87,6 +87,13 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
     CHECK(Has(result.output, " G start "));
   }
   CHECK(Run("scan --dry-run --focus auto --device sim:standard:RV3000").exitCode == 65);
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: profiles lie where the system keeps settings") {
+  pmscan::tests::SetVariable(pmscan::tests::kSettingsVariable, (Folder() / "settings").string());
+  CHECK(Run("scan --mode grey --save-profile letters").exitCode == 0);
+  CHECK(Contents("settings/pmscan/letters.json") == "{\n  \"mode\": \"grey\"\n}\n");
+  CHECK(Run("profiles").output == "letters\n");
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ struct NoService : ProgramUnderTest {
 TEST_CASE_FIXTURE(Service, "still image: the devices of the service are listed by name") {
   const ProgramResult result = RunWith("", "devices");
   CHECK(result.exitCode == 0);
-  CHECK(Has(result.output, "  sti:Desk scanner          Scanner maker, at Usbscan0\r\n"));
+  CHECK(Has(result.output, "  sti:Desk scanner          Scanner maker, at Usbscan0\n"));
   CHECK(Has(result.output, "  sti:Camera "));
   CHECK(Contents("log.txt") == "service of version 2\r\nservice has 0 references\r\n");
 }
