@@ -1,7 +1,7 @@
-// make_seeds FOLDER CAPTURES CORPORA: writes the seeds of the fuzz targets, a folder for each
-// target: conversations that are written here, what simulated scanners and the captures in a folder
-// say, and the corpora in a folder, a file for each target with one input in hexadecimal digits in
-// each line.
+// make_seeds FOLDER CAPTURES PROFILES CORPORA: writes the seeds of the fuzz targets, a folder for
+// each target: conversations that are written here, what simulated scanners and the captures in a
+// folder say, files for those that read files, and the corpora in a folder, a file for each target
+// with one input in hexadecimal digits in each line.
 
 #include <algorithm>
 #include <array>
@@ -19,6 +19,7 @@
 #include "capture/file/capture_reader.h"
 #include "capture/pcapng/pcapng_writer.h"
 #include "fuzz/conversation_seeds.h"
+#include "fuzz/readers/reader_seeds.h"
 #include "fuzz/recording_device.h"
 #include "interface/exports.h"
 #include "interface/lifecycle.h"
@@ -142,7 +143,14 @@ void AddConversions(Corpora& corpora) {
   }
 }
 
-void MakeSeeds(const char* folder, const char* captures, const char* kept) {
+// The folders that seeds are made of.
+struct Sources {
+  const char* captures;
+  const char* profiles;
+  const char* kept;
+};
+
+void MakeSeeds(const char* folder, const Sources& sources) {
   std::filesystem::remove_all(folder);
   Corpora corpora(folder);
   AddConversations("extended_fuzzer", fuzz::Family::kExtended, corpora);
@@ -150,21 +158,26 @@ void MakeSeeds(const char* folder, const char* captures, const char* kept) {
   for (const std::string& name : simulator::ScannerNames()) {
     corpora.Add("open_fuzzer", OpeningAnswers(name));
   }
-  for (const std::filesystem::path& file : FilesOf(captures)) AddCapture(file, corpora);
+  for (const std::filesystem::path& file : FilesOf(sources.captures)) {
+    AddCapture(file, corpora);
+  }
   AddConversions(corpora);
-  for (const std::filesystem::path& file : FilesOf(kept)) AddCorpus(file, corpora);
+  fuzz::AddReaderSeeds(
+      sources.captures, sources.profiles,
+      [&](const std::string& target, const Bytes& seed) { corpora.Add(target, seed); });
+  for (const std::filesystem::path& file : FilesOf(sources.kept)) AddCorpus(file, corpora);
   std::cout << "wrote " << corpora.Total() << " seeds to " << folder << "\n";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
-    std::cerr << "usage: make_seeds FOLDER CAPTURES CORPORA\n";
+  if (argc != 5) {
+    std::cerr << "usage: make_seeds FOLDER CAPTURES PROFILES CORPORA\n";
     return 1;
   }
   try {
-    MakeSeeds(argv[1], argv[2], argv[3]);
+    MakeSeeds(argv[1], {argv[2], argv[3], argv[4]});
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "make_seeds: " << error.what() << "\n";
