@@ -55,9 +55,23 @@ function(check_include room file included)
   endif()
 endfunction()
 
-# Of the system's headers those of Windows are for one room of the module alone.
+# Headers of one system, and of the libraries that stand for another's: for one room of the module
+# and one folder of pmscan alone.
+set(windows_headers windows.h)
+set(native_headers dlfcn.h jpeglib.h png.h poll.h sys/ioctl.h tiffio.h unistd.h)
+
 function(check_system_include room file included)
-  if(included STREQUAL "windows.h" AND NOT room MATCHES "^(platform|pmscan|pmsim)$")
+  foreach(system windows native)
+    if(included IN_LIST ${system}_headers AND NOT file MATCHES "^(platform|pmsim|pmscan/${system})/")
+      set(wrong "${wrong}  ${file} includes ${included}\n" PARENT_SCOPE)
+    endif()
+  endforeach()
+endfunction()
+
+# What pmscan does for one system is reached by the headers that all have in common.
+function(check_system_folder file included)
+  string(REGEX MATCH "^pmscan/(windows|native)/" folder "${included}")
+  if(folder AND file MATCHES "^pmscan/" AND NOT file MATCHES "^${folder}")
     set(wrong "${wrong}  ${file} includes ${included}\n" PARENT_SCOPE)
   endif()
 endfunction()
@@ -75,6 +89,7 @@ foreach(room IN LISTS rooms)
         check_system_include(${room} ${file} "${included}")
       else()
         check_include(${room} ${file} "${included}")
+        check_system_folder(${file} "${included}")
         math(EXPR checked "${checked} + 1")
       endif()
     endforeach()

@@ -23,6 +23,6 @@ install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.debug" "${CMAKE_BINARY_DIR}/Pmsim.de
 
 add_custom_target(package_archive
   COMMAND "${CMAKE_COMMAND}" "-DBUILD=${CMAKE_BINARY_DIR}" "-DNAME=pmddb832-${PROJECT_VERSION}"
-    -P "${PROJECT_SOURCE_DIR}/cmake/pack.cmake"
+    -DFORMAT=zip -P "${PROJECT_SOURCE_DIR}/cmake/pack.cmake"
   VERBATIM)
 add_dependencies(package_archive Pmddb832 Pmsim host_header pmscan)

@@ -1,0 +1,16 @@
+# What is handed out for Linux, as build/native/pmddb832-VERSION-linux-MACHINE.tar.gz:
+#
+#   cmake --workflow --preset package-native
+
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
+install(TARGETS pmscan Pmddb832 RUNTIME DESTINATION . LIBRARY DESTINATION .)
+install(FILES cmake/linux_package/README.md DESTINATION .)
+install(DIRECTORY simulator/profiles DESTINATION .)
+install(DIRECTORY docs DESTINATION .)
+
+set(package_name "pmddb832-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR}")
+add_custom_target(package_archive
+  COMMAND "${CMAKE_COMMAND}" "-DBUILD=${CMAKE_BINARY_DIR}" "-DNAME=${package_name}"
+    -DFORMAT=tar.gz -DINSTALL_OPTIONS=--strip -P "${PROJECT_SOURCE_DIR}/cmake/pack.cmake"
+  VERBATIM)
+add_dependencies(package_archive Pmddb832 pmscan)
