@@ -15,14 +15,18 @@ capture::Capture Read(const std::string& text) {
   return capture::ReadCapture(stream, "input");
 }
 
-void Use(const capture::Capture& read) {
-  const std::string told = capture::Decode(read);
-  const std::vector<std::uint8_t> packets = capture::ToPcapng(read);
-  std::ostringstream written;
-  capture::CaptureWriter writer(written, "");
+std::string Written(const capture::Capture& read) {
+  std::ostringstream text;
+  capture::CaptureWriter writer(text, "");
   for (const capture::Entry& entry : read.entries) writer.Add(entry);
-  const capture::Capture again = Read(written.str());
-  if (capture::Decode(again) != told || capture::ToPcapng(again) != packets) std::abort();
+  return text.str();
+}
+
+void Use(const capture::Capture& read) {
+  capture::Decode(read);
+  const std::string text = Written(read);
+  const capture::Capture again = Read(text);
+  if (Written(again) != text || capture::ToPcapng(again) != capture::ToPcapng(read)) std::abort();
 }
 
 }  // namespace
