@@ -3,6 +3,7 @@
 #include "fuzz/readers/input_file.h"
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/scan/scan_profile.h"
 #include "pmscan/settings/number_file.h"
 
 namespace {
@@ -16,6 +17,8 @@ void Read(std::uint8_t kind, const pmddb832::fuzz::InputFile& file) {
       pmscan::ReadColorMatrix(file.Name());
       break;
     default:
+      // What is no profile is refused quickly; the command line takes its time.
+      pmscan::LoadProfile(file.folder, "input");
       pmscan::ParseCommandLine({"scan", "-o", "page.png", "--profile", "input"}, file.folder);
       break;
   }

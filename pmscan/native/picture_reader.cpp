@@ -1,8 +1,8 @@
 #include "pmscan/pictures/picture_reader.h"
 
+#include <array>
 #include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <vector>
 
 #include "pmscan/command_line/console.h"
@@ -16,13 +16,21 @@ namespace {
 
 constexpr std::uint64_t kMostPixels = std::uint64_t{1} << 30;
 
+[[noreturn]] void Refuse(const std::string& file, const char* step, const std::string& reason) {
+  throw Failure(kInputFile, file + ": cannot " + step + " it as a picture: " + reason + ".");
+}
+
+// What opens is not always a file: a folder does too.
 std::vector<char> BytesOf(const std::string& file) {
   std::ifstream stream(PathOf(file), std::ios::binary);
-  if (!stream) {
-    const auto error = static_cast<std::uint32_t>(errno);
-    throw Failure(kInputFile, file + ": cannot open it as a picture: " + SystemWords(error) + ".");
+  if (!stream) Refuse(file, "open", SystemWords(static_cast<std::uint32_t>(errno)));
+  std::vector<char> bytes;
+  std::array<char, 65536> part;
+  while (stream.read(part.data(), part.size()), stream.gcount() > 0) {
+    bytes.insert(bytes.end(), part.begin(), part.begin() + stream.gcount());
   }
-  return {std::istreambuf_iterator<char>(stream), {}};
+  if (stream.bad()) Refuse(file, "read", SystemWords(static_cast<std::uint32_t>(errno)));
+  return bytes;
 }
 
 }  // namespace
@@ -33,7 +41,7 @@ simulator::Picture ReadPicture(const std::string& file) {
     return DecodePicture(
         {{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, kMostPixels});
   } catch (const PictureError& reason) {
-    throw Failure(kInputFile, file + ": cannot read it as a picture: " + reason.what() + ".");
+    Refuse(file, "read", reason.what());
   }
 }
 

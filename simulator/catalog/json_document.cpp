@@ -180,8 +180,9 @@ JsonNode ParseJson(std::string_view text, const std::string& file) {
 JsonNode ReadJson(const std::string& file) {
   std::ifstream stream(PathOf(file), std::ios::binary);
   if (!stream) throw ProfileError(file, 0, "", "the file cannot be opened");
-  const std::string text((std::istreambuf_iterator<char>(stream)), {});
+  stream.peek();  // some systems open a folder as well, and refuse to read it
   if (stream.bad()) throw ProfileError(file, 0, "", "the file cannot be read");
+  const std::string text((std::istreambuf_iterator<char>(stream)), {});
   return ParseJson(text, file);
 }
 

@@ -102,6 +102,7 @@ TEST_CASE_FIXTURE(Originals, "pmscan: what is no picture cannot lie on the bed")
   CHECK(RefusalOf("text.png").find("text.png: cannot ") != std::string::npos);
   CHECK(!RefusalOf("empty.png").empty());
   CHECK(!RefusalOf("none.png").empty());
+  CHECK(!RefusalOf(".").empty());
 }
 
 }  // namespace

@@ -88,6 +88,8 @@ TEST_CASE("simulator: brackets that are nested too deeply are an error") {
 TEST_CASE("simulator: a file that is not there is an error that names it") {
   CHECK_THROWS_WITH_AS(simulator::ReadJson("no/such.json"),
                        "no/such.json: the file cannot be opened", ProfileError);
+  CHECK_THROWS_WITH_AS(simulator::ReadJson("."), doctest::Contains(".: the file cannot be "),
+                       ProfileError);
 }
 
 TEST_CASE("simulator: the nearest name is found by letters and case") {
