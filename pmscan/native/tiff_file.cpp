@@ -16,6 +16,8 @@ double DotsPerInch(TIFF* tiff) {
   constexpr double kCentimetersPerInch = 2.54;
   float resolution = 0;
   std::uint16_t unit = RESUNIT_INCH;
+  // It is told for both directions or not at all; the horizontal one counts.
+  if (TIFFGetField(tiff, TIFFTAG_YRESOLUTION, &resolution) == 0) return 0;
   if (TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &resolution) == 0) return 0;
   TIFFGetFieldDefaulted(tiff, TIFFTAG_RESOLUTIONUNIT, &unit);
   if (unit == RESUNIT_CENTIMETER) return resolution * kCentimetersPerInch;

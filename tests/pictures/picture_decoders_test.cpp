@@ -48,4 +48,20 @@ TEST_CASE("pmscan: an original of too many pixels is refused") {
   }
 }
 
+// Some versions of Wine take the bytes of these in the wrong order.
+TEST_CASE("pmscan: an original may be a TIFF file of 16 bits with the high bytes first") {
+  const SamplePicture sample{
+      "",
+      "4D4D002A00000008000C010000030000000100010000010100030000000100020000010200030000"
+      "00030000009E01030003000000010001000001060003000000010002000001110004000000010000"
+      "00B401150003000000010003000001160003000000010002000001170004000000010000000C011A"
+      "000500000001000000A4011B000500000001000000AC012800030000000100020000000000000010"
+      "00100010000000C800000001000000C8000000010102FFFE80017F8000FFFF00",
+      200,
+      1,
+      2,
+      {0x0102, 0xFFFE, 0x8001, 0x7F80, 0x00FF, 0xFF00}};
+  CHECK(pmscan::DecodePicture(SourceOf(FileOf(sample))).samples == sample.samples);
+}
+
 }  // namespace

@@ -85,6 +85,38 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: pictures of every kind can lie 
   }
 }
 
+// A BMP file of 7 by 5 colours, no two of them alike, at 100 dots per inch.
+std::string SevenByFive() {
+  std::string file(
+      "BM\xAE\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x07\0\0\0\x05\0\0\0\x01\0\x18\0\0\0\0\0"
+      "\x78\0\0\0\x61\x0F\0\0\x61\x0F\0\0\0\0\0\0\0\0\0\0",
+      54);
+  for (int row = 0; row < 5; ++row) {
+    for (int byte = 0; byte < 21; ++byte) file += static_cast<char>(7 * byte + 50 * row + 3);
+    file += std::string(3, '\0');
+  }
+  return file;
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a scan of an original is the original, byte for byte") {
+  const std::string original = SevenByFive();
+  Write("original.bmp", original);
+  for (const char* family : {"extended", "standard"}) {
+    CAPTURE(family);
+    const std::string how = std::string(" --overwrite --resolution 100 --area 0px,0px,7px,5px") +
+                            " --device sim:" + family + " --original ";
+    CHECK(Run("scan -o copy.bmp" + how + "original.bmp").exitCode == 0);
+    CHECK(Contents("copy.bmp") == original);
+    for (const std::string copy : {"copy.png", "copy.tif"}) {
+      CAPTURE(copy);
+      CHECK(Run("scan -o " + copy + how + "original.bmp").exitCode == 0);
+      CHECK(Run("scan -o again.bmp" + how + copy).exitCode == 0);
+      CHECK(Contents("again.bmp") == original);
+    }
+  }
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a batch into a PDF file makes a page of each") {
   CHECK(Run("scan --batch all.pdf" + kFeeder).exitCode == 0);
   const std::string file = Contents("all.pdf");
