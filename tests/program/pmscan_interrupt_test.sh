@@ -22,7 +22,7 @@ fail() {
 await() {
   until grep -q -e "$2" "$1"; do
     kill -0 "$scan" 2>/dev/null || fail "the scan ended before there was $2"
-    sleep 0.1
+    sleep 0.02
   done
 }
 
