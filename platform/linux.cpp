@@ -1,7 +1,6 @@
-#include <time.h>
-
 #include <cerrno>
 #include <cstdlib>
+#include <ctime>
 
 #include "platform/operating_system.h"
 #include "platform/process_heap.h"

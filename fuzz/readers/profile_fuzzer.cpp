@@ -7,7 +7,7 @@
 namespace {
 
 simulator::Picture SmallPicture() {
-  return {8, 6, 300, std::vector<std::uint16_t>(8 * 6 * 3)};
+  return {8, 6, 300, std::vector<std::uint16_t>(144)};
 }
 
 }  // namespace

@@ -209,7 +209,7 @@ void ListDevices(bool isJson) {
 }
 
 int RunDeviceCommand(const Options& options) {
-  const SystemServices services;
+  const std::shared_ptr<void> services = UseSystemServices();
   if (options.command == Command::kDevices) {
     ListDevices(options.isJson);
     return 0;

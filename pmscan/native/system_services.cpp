@@ -3,7 +3,8 @@
 namespace pmscan {
 
 // This system's ask for nothing.
-SystemServices::SystemServices() = default;
-SystemServices::~SystemServices() = default;
+std::shared_ptr<void> UseSystemServices() {
+  return nullptr;
+}
 
 }  // namespace pmscan

@@ -28,8 +28,8 @@ void AddDeep(TiffFile& tiff, simulator::Picture& picture) {
   std::vector<std::uint16_t> line(std::size_t{picture.width} * samples);
   for (std::uint32_t row = 0; row < picture.height; ++row) {
     tiff.ReadLine(row, line.data());
-    for (std::size_t i = 0; i < line.size(); ++i) {
-      picture.samples.insert(picture.samples.end(), samples == 1 ? 3 : 1, line[i]);
+    for (const std::uint16_t sample : line) {
+      picture.samples.insert(picture.samples.end(), samples == 1 ? 3 : 1, sample);
     }
   }
 }

@@ -7,12 +7,9 @@
 
 namespace pmscan {
 
-SystemServices::SystemServices() {
+std::shared_ptr<void> UseSystemServices() {
   CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-}
-
-SystemServices::~SystemServices() {
-  CoUninitialize();
+  return {nullptr, [](void*) { CoUninitialize(); }};
 }
 
 }  // namespace pmscan

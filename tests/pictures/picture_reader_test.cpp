@@ -37,7 +37,7 @@ struct Originals : pmscan::tests::TestFolder {
     }
   }
 
-  const pmscan::SystemServices services{};
+  const std::shared_ptr<void> services = pmscan::UseSystemServices();
 };
 
 TEST_CASE_FIXTURE(Originals, "pmscan: originals of every kind lie on the bed as they are") {
