@@ -4,9 +4,13 @@
 
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 install(TARGETS pmscan Pmddb832 RUNTIME DESTINATION . LIBRARY DESTINATION .)
-install(FILES cmake/linux_package/README.md DESTINATION .)
-install(DIRECTORY simulator/profiles DESTINATION .)
-install(DIRECTORY docs DESTINATION .)
+include(package_documents)
+install_documents(cmake/linux_package/README.md)
+set(terms /usr/share/doc)
+install_licences(
+  cli11 ${terms}/libcli11-dev/copyright
+  nlohmann-json ${terms}/nlohmann-json3-dev/copyright
+  zlib ${terms}/zlib1g-dev/copyright)
 
 set(package_name "pmddb832-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR}")
 add_custom_target(package_archive
