@@ -6,7 +6,9 @@
 
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/progress.h"
+#include "pmscan/devices/still_image_device_names.h"
 #include "pmscan/pictures/picture_origin.h"
 #include "pmscan/pictures/picture_store.h"
 #include "pmscan/report/error_codes.h"
