@@ -17,8 +17,8 @@ install(TARGETS Pmddb832 Pmsim RUNTIME DESTINATION . ARCHIVE DESTINATION lib)
 install(TARGETS pmscan RUNTIME DESTINATION .)
 install(FILES interface/pmddb832.def pmsim/pmsim.def DESTINATION lib)
 install(FILES interface/pmddb832.h pmsim/pmsim.h DESTINATION include)
-install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.debug" "${CMAKE_BINARY_DIR}/Pmsim.debug"
-    "${CMAKE_BINARY_DIR}/pmscan.debug"
+install(FILES "${CMAKE_BINARY_DIR}/Pmddb832.pdb" "${CMAKE_BINARY_DIR}/Pmsim.pdb"
+    "${CMAKE_BINARY_DIR}/pmscan.pdb"
   DESTINATION symbols)
 
 add_custom_target(package_archive

@@ -3,6 +3,7 @@
 set(PMDDB832_SANITIZE "" CACHE STRING "Sanitizers to build with, as in address,undefined")
 option(PMDDB832_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(PMDDB832_COVERAGE "Record which lines and branches run (clang only)" OFF)
+option(PMDDB832_UNIT_TESTS "Build the tests that link the sources, not only those of the built files" ON)
 option(PMDDB832_BENCHMARKS "Build the benchmarks" OFF)
 
 add_library(pmddb832_options INTERFACE)
@@ -33,16 +34,11 @@ if(PMDDB832_FUZZ)
   # Programs that are no fuzz targets take what the instrumented code calls from a sanitizer's runtime.
   target_link_options(pmddb832_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
-if(WIN32)
-  target_link_options(pmddb832_options INTERFACE
-    -static -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
-endif()
-
 # A room of the module: built without exceptions and run-time type information.
 function(add_module_room name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC pmddb832_options)
-  target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti $<$<PLATFORM_ID:Windows>:-g>)
+  target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
@@ -50,22 +46,16 @@ endfunction()
 function(add_host_library name description definition)
   set(resource "${CMAKE_CURRENT_BINARY_DIR}/${name}.rc")
   configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
-  add_library(${name} SHARED ${ARGN} "${definition}" "${resource}")
+  add_library(${name} SHARED ${ARGN} "${resource}")
+  # The linker's command stands in the symbols, so the module definition is named without a folder
+  # of this machine.
+  set(exports "${CMAKE_CURRENT_BINARY_DIR}/${definition}")
+  configure_file("${definition}" "${exports}" COPYONLY)
+  file(RELATIVE_PATH exports_of_linker "${CMAKE_BINARY_DIR}" "${exports}")
+  target_link_options(${name} PRIVATE "${exports_of_linker}")
   set_target_properties(${name} PROPERTIES
-    PREFIX "" LINKER_LANGUAGE CXX IMPORT_PREFIX "" IMPORT_SUFFIX ".lib"
+    PREFIX "" LINKER_LANGUAGE CXX LINK_DEPENDS "${exports}" IMPORT_PREFIX "" IMPORT_SUFFIX ".lib"
     ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
-endfunction()
-
-# What is handed out holds no symbols: those of `target` lie in a file beside it. With a second
-# argument, the build fails when the target has more bytes than that.
-function(split_symbols target)
-  set(symbols "${CMAKE_BINARY_DIR}/${target}.debug")
-  add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND "${CMAKE_COMMAND}" "-DFILE=$<TARGET_FILE:${target}>" "-DSYMBOLS=${symbols}"
-      "-DMOST_BYTES=${ARGN}" "-DOBJCOPY=${CMAKE_OBJCOPY}" "-DSTRIP=${CMAKE_STRIP}"
-      -P "${PROJECT_SOURCE_DIR}/cmake/split_symbols.cmake"
-    BYPRODUCTS "${symbols}"
-    VERBATIM)
 endfunction()
 
 # Header-only libraries of the distribution, also for the cross build: linked into a folder of

@@ -23,30 +23,32 @@ class ComDevice final : public IStiDevice {
 
   std::string ModelId() const { return served_.ModelId(); }
 
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
+  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) noexcept override;
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override;
 
-  STDMETHODIMP LockDevice(DWORD timeoutMilliseconds) override;
-  STDMETHODIMP UnLockDevice() override;
-  STDMETHODIMP RawReadData(void* buffer, DWORD* byteCount, OVERLAPPED* overlapped) override;
-  STDMETHODIMP RawWriteData(void* buffer, DWORD byteCount, OVERLAPPED* overlapped) override;
-  STDMETHODIMP GetLastError(DWORD* error) override;
-  STDMETHODIMP GetLastErrorInfo(STI_ERROR_INFO* info) override;
+  STDMETHODIMP LockDevice(DWORD timeoutMilliseconds) noexcept override;
+  STDMETHODIMP UnLockDevice() noexcept override;
+  STDMETHODIMP RawReadData(void* buffer, DWORD* byteCount,
+                           OVERLAPPED* overlapped) noexcept override;
+  STDMETHODIMP RawWriteData(void* buffer, DWORD byteCount,
+                            OVERLAPPED* overlapped) noexcept override;
+  STDMETHODIMP GetLastError(DWORD* error) noexcept override;
+  STDMETHODIMP GetLastErrorInfo(STI_ERROR_INFO* info) noexcept override;
 
-  STDMETHODIMP Initialize(HINSTANCE, LPCWSTR, DWORD, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP GetCapabilities(STI_DEV_CAPS*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetStatus(STI_DEVICE_STATUS*) override { return E_NOTIMPL; }
-  STDMETHODIMP DeviceReset() override { return E_NOTIMPL; }
-  STDMETHODIMP Diagnostic(STI_DIAG*) override { return E_NOTIMPL; }
-  STDMETHODIMP Escape(STI_RAW_CONTROL_CODE, void*, DWORD, void*, DWORD, DWORD*) override {
+  STDMETHODIMP Initialize(HINSTANCE, LPCWSTR, DWORD, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetCapabilities(STI_DEV_CAPS*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetStatus(STI_DEVICE_STATUS*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DeviceReset() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Diagnostic(STI_DIAG*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Escape(STI_RAW_CONTROL_CODE, void*, DWORD, void*, DWORD, DWORD*) noexcept override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP RawReadCommand(void*, DWORD*, OVERLAPPED*) override { return E_NOTIMPL; }
-  STDMETHODIMP RawWriteCommand(void*, DWORD, OVERLAPPED*) override { return E_NOTIMPL; }
-  STDMETHODIMP Subscribe(STISUBSCRIBE*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetLastNotificationData(STINOTIFY*) override { return E_NOTIMPL; }
-  STDMETHODIMP UnSubscribe() override { return E_NOTIMPL; }
+  STDMETHODIMP RawReadCommand(void*, DWORD*, OVERLAPPED*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP RawWriteCommand(void*, DWORD, OVERLAPPED*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Subscribe(STISUBSCRIBE*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetLastNotificationData(STINOTIFY*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP UnSubscribe() noexcept override { return E_NOTIMPL; }
 
  private:
   ~ComDevice() = default;

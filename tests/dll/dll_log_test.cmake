@@ -8,7 +8,7 @@ set_target_properties(fake_wiaservc PROPERTIES
   PREFIX "" OUTPUT_NAME wiaservc RUNTIME_OUTPUT_DIRECTORY "${log_test_folder}")
 
 add_unit_tests(dll_log_tests
-  SOURCES ../scans/dll_module.cpp ../scans/whole_scan.cpp dll_log_test.cpp
+  SOURCES ../scans/call_guard.cpp ../scans/dll_module.cpp ../scans/whole_scan.cpp dll_log_test.cpp
   LIBRARIES simulator ole32)
 target_compile_definitions(dll_log_tests PRIVATE "PMDDB832_DLL=\"..\\\\Pmddb832.dll\"")
 set_target_properties(dll_log_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${log_test_folder}")

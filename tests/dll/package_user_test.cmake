@@ -14,7 +14,7 @@ set(files
   licences/cli11.txt licences/gcc-runtime.txt licences/gpl-3.txt licences/mingw-w64.txt
   licences/nlohmann-json.txt licences/zlib.txt
   profiles/schema.json profiles/office_feeder.json profiles/pictures/sheet_1.png
-  symbols/Pmddb832.debug symbols/Pmsim.debug symbols/pmscan.debug
+  symbols/Pmddb832.pdb symbols/Pmsim.pdb symbols/pmscan.pdb
   docs/hosting.md docs/pmscan.md docs/wireshark/pmddb832.lua)
 
 function(run)

@@ -36,23 +36,23 @@ bool HasFault(const char* name) {
 
 class FakeDevice final : public IStiDevice {
  public:
-  STDMETHODIMP QueryInterface(REFIID, LPVOID*) override { return E_NOINTERFACE; }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
+  STDMETHODIMP QueryInterface(REFIID, LPVOID*) noexcept override { return E_NOINTERFACE; }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
     const ULONG left = --references_;
     Note("device has " + std::to_string(left) + " references");
     if (left == 0) delete this;
     return left;
   }
-  STDMETHODIMP LockDevice(DWORD milliseconds) override {
+  STDMETHODIMP LockDevice(DWORD milliseconds) noexcept override {
     Note("lock within " + std::to_string(milliseconds) + " ms");
     return HasFault("lock") ? kInUse : S_OK;
   }
-  STDMETHODIMP UnLockDevice() override {
+  STDMETHODIMP UnLockDevice() noexcept override {
     Note("unlock");
     return S_OK;
   }
-  STDMETHODIMP RawReadData(LPVOID buffer, LPDWORD count, LPOVERLAPPED) override {
+  STDMETHODIMP RawReadData(LPVOID buffer, LPDWORD count, LPOVERLAPPED) noexcept override {
     constexpr std::uint64_t kUntilStuck = 512 * 1024;
     if (HasFault("silent") || (HasFault("stuck") && delivered_ > kUntilStuck)) {
       Note("stuck");
@@ -64,25 +64,26 @@ class FakeDevice final : public IStiDevice {
     delivered_ += bytes;
     return result;
   }
-  STDMETHODIMP RawWriteData(LPVOID buffer, DWORD count, LPOVERLAPPED) override {
+  STDMETHODIMP RawWriteData(LPVOID buffer, DWORD count, LPOVERLAPPED) noexcept override {
     return scanner_->RawWriteData(buffer, count, nullptr);
   }
 
-  STDMETHODIMP Initialize(HINSTANCE, LPCWSTR, DWORD, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP GetCapabilities(PSTI_DEV_CAPS) override { return E_NOTIMPL; }
-  STDMETHODIMP GetStatus(PSTI_DEVICE_STATUS) override { return E_NOTIMPL; }
-  STDMETHODIMP DeviceReset() override { return E_NOTIMPL; }
-  STDMETHODIMP Diagnostic(LPSTI_DIAG) override { return E_NOTIMPL; }
-  STDMETHODIMP Escape(STI_RAW_CONTROL_CODE, LPVOID, DWORD, LPVOID, DWORD, LPDWORD) override {
+  STDMETHODIMP Initialize(HINSTANCE, LPCWSTR, DWORD, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetCapabilities(PSTI_DEV_CAPS) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetStatus(PSTI_DEVICE_STATUS) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DeviceReset() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Diagnostic(LPSTI_DIAG) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Escape(STI_RAW_CONTROL_CODE, LPVOID, DWORD, LPVOID, DWORD,
+                      LPDWORD) noexcept override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP GetLastError(LPDWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP RawReadCommand(LPVOID, LPDWORD, LPOVERLAPPED) override { return E_NOTIMPL; }
-  STDMETHODIMP RawWriteCommand(LPVOID, DWORD, LPOVERLAPPED) override { return E_NOTIMPL; }
-  STDMETHODIMP Subscribe(LPSTISUBSCRIBE) override { return E_NOTIMPL; }
-  STDMETHODIMP GetLastNotificationData(LPSTINOTIFY) override { return E_NOTIMPL; }
-  STDMETHODIMP UnSubscribe() override { return E_NOTIMPL; }
-  STDMETHODIMP GetLastErrorInfo(STI_ERROR_INFO*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetLastError(LPDWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP RawReadCommand(LPVOID, LPDWORD, LPOVERLAPPED) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP RawWriteCommand(LPVOID, DWORD, LPOVERLAPPED) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Subscribe(LPSTISUBSCRIBE) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetLastNotificationData(LPSTINOTIFY) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP UnSubscribe() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetLastErrorInfo(STI_ERROR_INFO*) noexcept override { return E_NOTIMPL; }
 
  private:
   ULONG references_ = 1;
@@ -93,15 +94,15 @@ class FakeDevice final : public IStiDevice {
 
 class FakeService final : public IStillImageW {
  public:
-  STDMETHODIMP QueryInterface(REFIID, LPVOID*) override { return E_NOINTERFACE; }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
+  STDMETHODIMP QueryInterface(REFIID, LPVOID*) noexcept override { return E_NOINTERFACE; }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
     const ULONG left = --references_;
     Note("service has " + std::to_string(left) + " references");
     if (left == 0) delete this;
     return left;
   }
-  STDMETHODIMP GetDeviceList(DWORD, DWORD, DWORD* count, LPVOID* buffer) override {
+  STDMETHODIMP GetDeviceList(DWORD, DWORD, DWORD* count, LPVOID* buffer) noexcept override {
     if (HasFault("list")) return E_FAIL;
     auto* const devices = static_cast<STI_DEVICE_INFORMATIONW*>(
         LocalAlloc(LPTR, 2 * sizeof(STI_DEVICE_INFORMATIONW)));
@@ -111,7 +112,8 @@ class FakeService final : public IStillImageW {
     *buffer = devices;
     return S_OK;
   }
-  STDMETHODIMP CreateDevice(LPWSTR name, DWORD mode, PSTIDEVICE* device, LPUNKNOWN) override {
+  STDMETHODIMP CreateDevice(LPWSTR name, DWORD mode, PSTIDEVICE* device,
+                            LPUNKNOWN) noexcept override {
     const std::wstring wide(name);
     Note("create " + std::string(wide.begin(), wide.end()) + " in mode " + std::to_string(mode));
     if (HasFault("open")) return E_ACCESSDENIED;
@@ -119,23 +121,29 @@ class FakeService final : public IStillImageW {
     return S_OK;
   }
 
-  STDMETHODIMP Initialize(HINSTANCE, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP GetDeviceInfo(LPWSTR, LPVOID*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetDeviceValue(LPWSTR, LPWSTR, LPDWORD, LPBYTE, LPDWORD) override {
+  STDMETHODIMP Initialize(HINSTANCE, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetDeviceInfo(LPWSTR, LPVOID*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetDeviceValue(LPWSTR, LPWSTR, LPDWORD, LPBYTE, LPDWORD) noexcept override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP SetDeviceValue(LPWSTR, LPWSTR, DWORD, LPBYTE, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP GetSTILaunchInformation(LPWSTR, DWORD*, LPWSTR) override { return E_NOTIMPL; }
-  STDMETHODIMP RegisterLaunchApplication(LPWSTR, LPWSTR) override { return E_NOTIMPL; }
-  STDMETHODIMP UnregisterLaunchApplication(LPWSTR) override { return E_NOTIMPL; }
-  STDMETHODIMP EnableHwNotifications(LPCWSTR, WINBOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP GetHwNotificationState(LPCWSTR, WINBOOL*) override { return E_NOTIMPL; }
-  STDMETHODIMP RefreshDeviceBus(LPCWSTR) override { return E_NOTIMPL; }
-  STDMETHODIMP LaunchApplicationForDevice(LPWSTR, LPWSTR, LPSTINOTIFY) override {
+  STDMETHODIMP SetDeviceValue(LPWSTR, LPWSTR, DWORD, LPBYTE, DWORD) noexcept override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP SetupDeviceParameters(PSTI_DEVICE_INFORMATIONW) override { return E_NOTIMPL; }
-  STDMETHODIMP WriteToErrorLog(DWORD, LPCWSTR) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSTILaunchInformation(LPWSTR, DWORD*, LPWSTR) noexcept override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP RegisterLaunchApplication(LPWSTR, LPWSTR) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP UnregisterLaunchApplication(LPWSTR) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP EnableHwNotifications(LPCWSTR, WINBOOL) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetHwNotificationState(LPCWSTR, WINBOOL*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP RefreshDeviceBus(LPCWSTR) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP LaunchApplicationForDevice(LPWSTR, LPWSTR, LPSTINOTIFY) noexcept override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP SetupDeviceParameters(PSTI_DEVICE_INFORMATIONW) noexcept override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP WriteToErrorLog(DWORD, LPCWSTR) noexcept override { return E_NOTIMPL; }
 
  private:
   static void Describe(STI_DEVICE_INFORMATIONW& device, const wchar_t* internalName, LPWSTR name) {

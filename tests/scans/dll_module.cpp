@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "tests/scans/call_guard.h"
 #include "tests/scans/module_under_test.h"
 
 namespace pmddb832::tests {
@@ -24,6 +25,7 @@ ModuleUnderTest::ModuleUnderTest() : library_(LoadLibraryA(PMDDB832_DLL)) {
     throw std::runtime_error(PMDDB832_DLL " cannot be loaded: Windows error " +
                              std::to_string(GetLastError()));
   }
+  GuardCalls(library_);
   Find(library_, "PMOpenScanner", exports_.OpenScanner);
   Find(library_, "PMSetScannerHardware", exports_.SetScannerHardware);
   Find(library_, "PMInitAcquire", exports_.InitAcquire);
