@@ -19,8 +19,8 @@ struct LoadConfiguration {
   Address dispatchRoutine;
   Address callTargets;
   Address callTargetsCount;
-  Address guardFlags;  // the upper half, the kind of a signature, is zero
-  std::uint8_t signature[8];
+  Address guardFlags;  // 32 bits, and 32 that are zero here
+  std::uint8_t unusedToo[8];
   Address importTargets;
   Address importTargetsCount;
   Address jumpTargets;
@@ -37,7 +37,8 @@ constexpr std::uintptr_t kUndrawnCookie = 0x2B992DDFA232;
 
 }  // namespace
 
-// The names are those of the compiler and the linker. NOLINTBEGIN(bugprone-reserved-identifier)
+// The names are those of the compiler and the linker.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
 // The linker's: tables, and counts and flags in the place of addresses.
@@ -79,7 +80,7 @@ std::uintptr_t __stack_chk_guard = kUndrawnCookie;
     .callTargets = &__guard_fids_table,
     .callTargetsCount = &__guard_fids_count,
     .guardFlags = &__guard_flags,
-    .signature = {},
+    .unusedToo = {},
     .importTargets = &__guard_iat_table,
     .importTargetsCount = &__guard_iat_count,
     .jumpTargets = &__guard_longjmp_table,
@@ -87,4 +88,4 @@ std::uintptr_t __stack_chk_guard = kUndrawnCookie;
 };
 
 }  // extern "C"
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)

@@ -2,6 +2,7 @@
 // only while an object is made or destroyed. The C++ library's own one tells the name of the
 // exception that is being handled before it ends the process: twice the size of the module.
 
-extern "C" [[noreturn]] void __cxa_pure_virtual() {  // NOLINT(bugprone-reserved-identifier)
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" [[noreturn]] void __cxa_pure_virtual() {
   __builtin_trap();
 }
