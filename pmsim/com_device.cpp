@@ -14,7 +14,7 @@ constexpr HRESULT kLocked = HRESULT_FROM_WIN32(ERROR_LOCK_VIOLATION);
 
 }  // namespace
 
-HRESULT ComDevice::QueryInterface(REFIID interfaceId, void** object) {
+HRESULT ComDevice::QueryInterface(REFIID interfaceId, void** object) noexcept {
   if (object == nullptr) return E_POINTER;
   const bool isOurs =
       IsEqualGUID(interfaceId, IID_IUnknown) || IsEqualGUID(interfaceId, IID_IStiDevice);
@@ -24,13 +24,13 @@ HRESULT ComDevice::QueryInterface(REFIID interfaceId, void** object) {
   return S_OK;
 }
 
-ULONG ComDevice::Release() {
+ULONG ComDevice::Release() noexcept {
   const ULONG left = --references_;
   if (left == 0) delete this;
   return left;
 }
 
-HRESULT ComDevice::LockDevice(DWORD timeoutMilliseconds) {
+HRESULT ComDevice::LockDevice(DWORD timeoutMilliseconds) noexcept {
   std::unique_lock guard(locking_);
   const bool isFree = unlocked_.wait_for(guard, std::chrono::milliseconds(timeoutMilliseconds),
                                          [this] { return !isLocked_; });
@@ -39,7 +39,7 @@ HRESULT ComDevice::LockDevice(DWORD timeoutMilliseconds) {
   return S_OK;
 }
 
-HRESULT ComDevice::UnLockDevice() {
+HRESULT ComDevice::UnLockDevice() noexcept {
   const std::lock_guard guard(locking_);
   if (!isLocked_) return S_FALSE;
   isLocked_ = false;
@@ -62,7 +62,7 @@ HRESULT ComDevice::Transfer(const Operation& operation) {
   return result;
 }
 
-HRESULT ComDevice::RawReadData(void* buffer, DWORD* byteCount, OVERLAPPED* overlapped) {
+HRESULT ComDevice::RawReadData(void* buffer, DWORD* byteCount, OVERLAPPED* overlapped) noexcept {
   if (byteCount == nullptr || (buffer == nullptr && *byteCount > 0)) return E_POINTER;
   if (overlapped != nullptr) return E_INVALIDARG;
   std::uint32_t bytes = *byteCount;
@@ -73,7 +73,7 @@ HRESULT ComDevice::RawReadData(void* buffer, DWORD* byteCount, OVERLAPPED* overl
   return result;
 }
 
-HRESULT ComDevice::RawWriteData(void* buffer, DWORD byteCount, OVERLAPPED* overlapped) {
+HRESULT ComDevice::RawWriteData(void* buffer, DWORD byteCount, OVERLAPPED* overlapped) noexcept {
   if (buffer == nullptr && byteCount > 0) return E_POINTER;
   if (overlapped != nullptr) return E_INVALIDARG;
   return Transfer([&](pmddb832::StillImageDevice& device) {
@@ -81,14 +81,14 @@ HRESULT ComDevice::RawWriteData(void* buffer, DWORD byteCount, OVERLAPPED* overl
   });
 }
 
-HRESULT ComDevice::GetLastError(DWORD* error) {
+HRESULT ComDevice::GetLastError(DWORD* error) noexcept {
   if (error == nullptr) return E_POINTER;
   const std::lock_guard guard(transferring_);
   *error = static_cast<DWORD>(lastFailure_);
   return S_OK;
 }
 
-HRESULT ComDevice::GetLastErrorInfo(STI_ERROR_INFO* info) {
+HRESULT ComDevice::GetLastErrorInfo(STI_ERROR_INFO* info) noexcept {
   if (info == nullptr) return E_POINTER;
   if (info->dwSize != sizeof(*info)) return E_INVALIDARG;
   const std::lock_guard guard(transferring_);
