@@ -159,8 +159,9 @@ class FakeService final : public IStillImageW {
 
 }  // namespace
 
-extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE
-    StiCreateInstanceW(HINSTANCE, DWORD version, IStillImageW** service, LPUNKNOWN) {
+// Exported, as all is where nothing says so: the service's header has declared it without.
+extern "C" HRESULT STDAPICALLTYPE StiCreateInstanceW(HINSTANCE, DWORD version,
+                                                     IStillImageW** service, LPUNKNOWN) {
   Note("service of version " + std::to_string(version));
   *service = new FakeService;
   return S_OK;
