@@ -77,14 +77,15 @@ Bytes ParameterBlock();
 void Put32(Bytes& block, std::size_t offset, std::uint32_t value);
 
 // FS W with that block, and with one from the option unit, as conversations.
-inline const std::string kSetUp =
+// One for each source: those of a source that are made of it must find it made.
+const std::string kSetUp =
     "> 1C 57 < 06"
     "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 00 00 04 01 "
     "00 00"
     "01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
     "00"
     "< 06";
-inline const std::string kSetUpOption =
+const std::string kSetUpOption =
     "> 1C 57 < 06"
     "> 64 00 00 00 64 00 00 00 00 00 00 00 00 00 00 00 10 00 00 00 0A 00 00 00 00 08 01 00 04 01 "
     "00 00"

@@ -19,7 +19,7 @@ simulator::StandardScannerConfig SmallStandardFeeder(std::size_t pages);
 // with these commands in place of their namesakes, or behind them: "C 13, K 01". "-d" leaves a
 // command out: that is line mode.
 std::string Upload(std::string_view changes = "");
-inline const std::string kUploadOption = "+ e 01" + Upload();
+const std::string kUploadOption = "+ e 01" + Upload();
 
 // ESC G and all blocks behind it, acknowledged; returns the lines without headers.
 Bytes StandardScanAll(simulator::Scanner& scanner, bool lineMode = false);
