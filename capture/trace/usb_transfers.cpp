@@ -1,6 +1,5 @@
 #include "capture/trace/usb_transfers.h"
 
-#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -35,9 +34,7 @@ class Pairing {
 
   UsbTransfers Finish() {
     for (const auto& [request, open] : open_) GiveUp(open);
-    std::stable_sort(ended_.begin(), ended_.end(),
-                     [](const Placed& a, const Placed& b) { return a.place < b.place; });
-    for (Placed& one : ended_) result_.transfers.push_back(one.transfer);
+    for (const auto& [place, transfer] : ended_) result_.transfers.push_back(transfer);
     if (!hasEndsOfWrites_) result_.writesWithoutEnd = 0;
     return std::move(result_);
   }
@@ -48,9 +45,7 @@ class Pairing {
     UsbTransfer transfer;
   };
 
-  void Put(std::uint64_t place, const UsbTransfer& transfer) {
-    ended_.push_back({place, transfer});
-  }
+  void Put(std::uint64_t place, const UsbTransfer& transfer) { ended_.emplace(place, transfer); }
 
   void Begin(const UsbPacket& packet) {
     UsbTransfer transfer = TransferOf(packet);
@@ -92,8 +87,8 @@ class Pairing {
 
   std::uint64_t place_ = 0;
   std::map<std::uint64_t, Placed> open_;
-  std::vector<Placed> ended_;
-  bool hasEndsOfWrites_ = false;  // a trace without any does not tell them
+  std::multimap<std::uint64_t, UsbTransfer> ended_;  // by their place in the trace
+  bool hasEndsOfWrites_ = false;                     // a trace without any does not tell them
   UsbTransfers result_;
 };
 

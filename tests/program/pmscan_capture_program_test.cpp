@@ -95,7 +95,7 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a tolerant replay writes the li
   const ProgramResult result =
       Run("replay broken.capture -o part.png --tolerant --json --capture new.capture");
   CHECK(result.exitCode == 77);
-  CHECK(Has(result.output, "\"then\": {\r\n    \"call\": \"PMAcquireImage\""));
+  CHECK(Has(result.output, "\"then\": {\n    \"call\": \"PMAcquireImage\""));
   CHECK(Has(result.output, "\"exitCode\": 77"));
   CHECK(Has(result.errors, "of 1201 lines that came."));
   CHECK(Contents("part.png").starts_with("\x89PNG"));

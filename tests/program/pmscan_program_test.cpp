@@ -197,7 +197,7 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: what goes on is told before the page is there") {
   const ProgramResult result = Run("scan -o a.png --progress bar --original none.png");
   CHECK(result.exitCode == 66);
-  CHECK(result.errors.starts_with("Preparing the scan\r\n"));
+  CHECK(result.errors.starts_with("Preparing the scan\n"));
   CHECK(result.errors.size() > 100);
   CHECK(Run("scan -o a.png --original none.png").errors.starts_with("pmscan: error 66"));
 }
