@@ -88,13 +88,15 @@ set(runtime_targets
   DllEntryPoint DllMainCRTStartup _GetPEImageBase __acrt_iob_func __gcc_register_frame __main
   __mingw_GetSectionCount __mingw_GetSectionForAddress __mingw_TLScallback _execute_onexit_table
   _initialize_onexit_table _pei386_runtime_relocator _register_onexit_function atexit fpreset)
-# Ours: the virtual functions, and the row kernels, which are chosen by processor.
+# Ours: the virtual functions, and the row kernels, which are chosen by processor and by type.
 string(CONCAT module_targets
   "^(__cxa_pure_virtual|pmddb832::("
   "(Checkcmd|ExtScanCmd|GeneralCmd|StdScanCmd)::(AbortScan|AcquireImage|Close|EnableOption"
   "|GetLastError|GetOptionStatus|GetScanPaperSize|InitAcquire|InitWorkArea|Open|SetFocusPos)"
   "|LocalType::(CheckAck|EjectPage|FeedPaper|Read|SendAck|SendEscCode|SendFSCode|Write|~LocalType)"
   "|Transport::ErrorCode"
+  "|.anonymous namespace'::(Convert<pmddb832::|PaletteIndices)"
+  "|Scanutil::.anonymous namespace'::Copy"
   "|[a-z0-9]+_rows::[A-Za-z0-9]+))$")
 
 function(run output)
