@@ -29,9 +29,9 @@ constexpr std::uint32_t LinesThatFit(std::uint32_t bufferBytes, std::uint32_t ro
   return static_cast<std::uint16_t>(bufferBytes / rowBytes);
 }
 
-// Fills a band: `report(line)` on every `linesPerReport` lines, then `next(scanLines, most)`, which
-// fetches the line and up to `most` with it or ends the band with false, then `convert(scanLines,
-// rows)`.
+// Fills a band: `report(line)` on every `linesPerReport` lines, which are not 0 where the band has
+// any, then `next(scanLines, most)`, which fetches the line and up to `most` with it or ends the
+// band with false, then `convert(scanLines, rows)`.
 template <class Report, class Next, class Convert>
 [[nodiscard]] bool DeliverBand(const Band& band, std::uint32_t linesPerReport, Report report,
                                Next next, Convert convert) {

@@ -28,7 +28,7 @@ constexpr bool HasAll(std::uint32_t bits, std::uint32_t wanted) {
 std::uint32_t SavedByXsave() {
   std::uint32_t low;
   std::uint32_t high;
-  asm("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+  asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
   return low;
 }
 

@@ -9,9 +9,11 @@
 // PMDDB832_USE_NO_MORE. It says in front what its set does in a way of its own:
 //
 //   kVectorBytes, kLaneBytes  of a vector, and of a lane, which is what Pick chooses from
-//   LoadLanes<step>           lanes that begin `step` bytes apart
-//   Pick<mask>                byte order[i] of its lane for each byte i; 0 where the mask has no
-//   bit PickMore<mask>            the same, and leaves the bytes alone where the mask has no bit
+//   LaneStart<step>           where a lane begins when they lie `step` bytes apart
+//   LoadLanes, StoreLanes     a vector of such lanes
+//   Pick<mask>                byte order[i] of its lane for each byte i. It is 0 where order[i] is
+//                             0x80, and there the mask has no bit: a set looks at one of the two
+//   PickMore<mask>            the same, and leaves the bytes alone there
 //   LookUp                    in a table of sixteen bytes, which a vector repeats
 //   MultiplyHigh              high halves of the products of 16-bit words
 //   HighBytes                 those of the words of two vectors
@@ -48,10 +50,11 @@ inline std::size_t UnitsUntilAligned(const std::uint8_t* to) {
 }
 
 // A row is converted in units, groups of bytes that belong together, and these in blocks of whole
-// vectors. Behind the first block all are stored at aligned addresses, but for the last one, which
-// ends with the row: blocks overlap where it must be, and write the same bytes again. A block may
-// read kMargin units beyond both of its ends; so many at the ends of the row, and a row that is too
-// short for a block, are converted by the plain loop.
+// vectors. Where a row has whole vectors to store (kAligns), all behind the first block are stored
+// at aligned addresses, but for the last block, which ends with the row: blocks overlap where it
+// must be, and write the same bytes again. A block may read kMargin units beyond both of its ends;
+// so many at the ends of the row, and a row that is too short for a block, are converted by the
+// plain loop.
 template <class Row>
 inline void ConvertInBlocks(const Row& row, std::size_t units) {
   if (units < Row::kUnits + 2 * Row::kMargin) return row.Plain(0, units);
@@ -67,7 +70,7 @@ inline void ConvertInBlocks(const Row& row, std::size_t units) {
   }
 }
 
-// Rows that are converted `vectors` vectors at a time. Vector<i>(source) makes vector i of a block.
+// Rows that are converted kVectors vectors at a time; Maker::Vector<i>(source) makes vector i.
 template <class Maker, RowKernel plain>
 struct Row {
   static constexpr std::size_t kRead = Maker::kRead;

@@ -174,14 +174,13 @@ bool StdBlockStream::GetScanLines(GeneralCmd& scanner, Call& call, const StdScan
   lines.lineBytes = block_.lineBytes;
   lines.count = LinesAtHand(lines.first.plane0.size(), most);
   block_.nextLine = static_cast<std::uint16_t>(block_.nextLine + lines.count - 1);
-  lineOffset_ += (lines.count - 1) * block_.lineBytes;
   return true;
 }
 
 // Lines from the one under the cursor on, of which `bytes` are left, that lie whole in the block.
 // With a log each line is told of.
 std::uint32_t StdBlockStream::LinesAtHand(std::size_t bytes, std::uint32_t most) const {
-  if (platform::currentLog != nullptr || !severalLines_ || white_ || IsCancelled()) return 1;
+  if (platform::currentLog != nullptr || !severalLines_ || IsCancelled()) return 1;
   const std::uint32_t behind = block_.lines - block_.nextLine;
   return WholeLines(bytes, block_.lineBytes, std::min(most, behind + 1));
 }
