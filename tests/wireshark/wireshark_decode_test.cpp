@@ -78,7 +78,7 @@ std::size_t CompareAll(const std::vector<capture::Capture>& captures) {
     const std::vector<DecodedPacket> decoded = DecodedPackets(captures[i]);
     for (std::size_t transfer = 0; transfer < decoded.size(); ++transfer) {
       const std::string text = Differences(decoded[transfer], Split(dissection.Packet(++packet)));
-      troubles += decoded[transfer].hasTrouble && !decoded[transfer].isBehindTrouble ? 1 : 0;
+      if (decoded[transfer].hasTrouble && !decoded[transfer].isBehindTrouble) ++troubles;
       CHECK_MESSAGE(text.empty(), "capture ", i, ", transfer ", transfer, ": ", text);
     }
   }
