@@ -17,6 +17,7 @@ struct Use {
   std::uint64_t ofProtocol = 0;  // commands, or reads right behind one
   std::uint64_t packets = 0;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr) It sees the zero that the compiler compares with.
   auto operator<=>(const Use&) const = default;
 };
 

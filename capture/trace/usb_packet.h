@@ -14,6 +14,7 @@ struct UsbAddress {
   std::uint32_t bus = 0;
   std::uint32_t device = 0;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr) It sees the zero that the compiler compares with.
   auto operator<=>(const UsbAddress&) const = default;
 };
 
