@@ -82,6 +82,30 @@ TEST_CASE_FIXTURE(OpenExtended, "progress is told before the block of its line i
   CHECK(progress == std::vector<std::uint32_t>{0});
 }
 
+TEST_CASE_FIXTURE(OpenExtended,
+                  "what the progress routine changes in the settings counts from its line on") {
+  settings.areaHeightPx = 12;
+  StartScan(With(ParameterBlock(), 20, Word(12)), Header(0, 0, 192), 1);
+  SendLastBlock(Fill(192, 0xFF));
+  atPercent = 1;  // the second call, at line 5
+  duringProgress = [this] { settings.previewMode = 1; };
+  CHECK(Acquire(192).Rows(16) == "FF FF FF FF FF EA EA EA EA EA EA EA");
+  CHECK(progress == std::vector<std::uint32_t>{0, 41, 83, 100});
+}
+
+TEST_CASE_FIXTURE(OpenExtended,
+                  "what changes in the settings while a block is read counts from its lines on") {
+  const Bytes parameters = AskForWideLines(7);  // blocks of four lines and of three
+  InitAcquire(1, nullptr);
+  AcceptParameters(parameters);
+  AnswerStart(Header(64000, 1, 48000));
+  SendBlock(Fill(64000, 0xFF));
+  SendLastBlock(Fill(48000, 0xFF));
+  device.duringReadOf = 48001;
+  device.duringRead = [this] { settings.previewMode = 1; };
+  CHECK(Acquire(7 * 16000).Rows(16000) == "FF FF FF FF EA EA EA");
+}
+
 TEST_CASE_FIXTURE(OpenExtended, "a call behind the end delivers no line and is done again") {
   ScanPage();
   const Band band = Acquire(64);

@@ -143,6 +143,32 @@ TEST_CASE_FIXTURE(OpenB4, "standard: without a progress routine none is called")
   CHECK(progress.empty());
 }
 
+TEST_CASE_FIXTURE(
+    OpenB4, "standard: what the progress routine changes in the settings counts from its line on") {
+  settings.areaHeightPx = 13;
+  StartWithoutUpload(BlockHeader(0x20, 16, 13));
+  device.Reply(Fill(208, 0xFF));
+  atPercent = 1;  // the second call, at line 10
+  duringProgress = [this] { settings.previewMode = 1; };
+  CHECK(Acquire(208).Rows(16) == "FF FF FF FF FF FF FF FF FF FF EA EA EA");
+  CHECK(progress == std::vector<std::uint32_t>{0, 76, 100});
+}
+
+TEST_CASE_FIXTURE(
+    OpenB4,
+    "standard: what changes in the settings while a block is read counts from its lines on") {
+  settings.areaHeightPx = 7;
+  InitAcquire(1, nullptr);
+  AcceptUpload(UploadOf("B4", "A 00 00 00 00 10 00 07 00"));
+  device.ExpectBlock(0x1B, 'd', {0x07});
+  AnswerStart(BlockHeader(0x00, 16, 4));
+  SendLines(Fill(64, 0xFF));
+  SendLastBlock(BlockHeader(0x20, 16, 3), Fill(48, 0xFF));
+  device.duringReadOf = 48;
+  device.duringRead = [this] { settings.previewMode = 1; };
+  CHECK(Acquire(112).Rows(16) == "FF FF FF FF EA EA EA");
+}
+
 TEST_CASE_FIXTURE(OpenB4, "standard: a scan of 0 lines is started and done") {
   settings.areaHeightPx = 0;
   StartScanOf(Replaced(UploadOf("B4"), "04 00", "00 00"), BlockHeader(0x00, 16, 4), 0x04, 1);
