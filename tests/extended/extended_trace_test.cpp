@@ -63,6 +63,30 @@ TEST_CASE_FIXTURE(TracedScanner, "a scan is traced routine by routine") {
         "BuildTrueColor");
 }
 
+TEST_CASE_FIXTURE(OpenExtended,
+                  "a log that comes amid a block traces the lines behind it one by one") {
+  const ReplacedSet replaced;
+  settings.areaHeightPx = 9;
+  StartScan(With(ParameterBlock(), 20, Word(9)), Header(0, 0, 144), 1);
+  SendLastBlock(Ramp(0, 144));
+  atPercent = 1;  // at line 5
+  duringProgress = [this] {
+    system.logAvailable = true;
+    CHECK(Open() == 1);
+    system.logLines.clear();
+  };
+  CHECK(Acquire(144).image == Ramp(0, 144));
+  std::string traced;
+  for (const platform::TraceLine& line : system.logLines) traced += line.text + '\n';
+  std::string expected;
+  for (int line = 5; line < 9; ++line) {
+    expected +=
+        "Extcmd::GetScanData, entering\nExtcmd::GetScanData, leaving\n"
+        "Scanutil::Pix256MonoFinal, entering\nScanutil::Pix256MonoFinal, leaving\n";
+  }
+  CHECK(traced == expected);
+}
+
 TEST_CASE_FIXTURE(TracedScanner, "the option, paper and error queries are traced") {
   OpenUntraced();
   AnswerStatus();

@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <memory>
 #include <set>
 
+#include "standard/std_scan_cmd.h"
 #include "tests/standard/standard_fixture.h"
 
 // The names under which the routines of the standard set appear in the host's log.
@@ -22,6 +25,12 @@ std::vector<std::string> Entered(const platform::NativePlatform& system) {
   }
   return names;
 }
+
+// What is traced of a line of grey whose block is there.
+const std::vector<std::string> kLineOfGrey{
+    "Scmdnt::GetScanLine, entering",       "Scmdnt::NextScanStep, entering",
+    "Scmdnt::NextScanStep, leaving",       "Scmdnt::GetScanLine, leaving",
+    "Scanutil::Pix256MonoFinal, entering", "Scanutil::Pix256MonoFinal, leaving"};
 
 struct TracedScanner : StandardScanner {
   TracedScanner() { system.logAvailable = true; }
@@ -57,6 +66,40 @@ TEST_CASE_FIXTURE(TracedScanner, "standard: the trace of a scan") {
                                                     "SendParam3", "MaximumWidth", "SendParamW5",
                                                     "CheckWarmup", "GetStatusNoE", "GetScanLine",
                                                     "NextScanStep", "AbortScan"});
+}
+
+TEST_CASE_FIXTURE(TracedScanner,
+                  "standard: each line of a block is traced, fetched and converted") {
+  REQUIRE(Open() == 1);
+  system.logLines.clear();
+  REQUIRE(ScanPage().record.lines == 4);
+  for (const std::string& text : kLineOfGrey) {
+    CAPTURE(text);
+    const auto isText = [&](const platform::TraceLine& line) { return line.text == text; };
+    CHECK(std::count_if(system.logLines.begin(), system.logLines.end(), isText) == 4);
+  }
+}
+
+TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a log that comes amid a block traces the lines behind it one by one") {
+  const std::unique_ptr<StdScanCmd> replaced(static_cast<StdScanCmd*>(currentCommandSet));
+  settings.areaHeightPx = 13;
+  StartWithoutUpload(BlockHeader(0x20, 16, 13));
+  device.Reply(Ramp(0, 208));
+  atPercent = 1;  // at line 10
+  duringProgress = [this] {
+    system.logAvailable = true;
+    CHECK(Open() == 1);
+    system.logLines.clear();
+  };
+  CHECK(Acquire(208).image == Ramp(0, 208));
+  std::vector<std::string> texts;
+  for (const platform::TraceLine& line : system.logLines) texts.push_back(line.text);
+  std::vector<std::string> expected;
+  for (int line = 10; line < 13; ++line) {
+    expected.insert(expected.end(), kLineOfGrey.begin(), kLineOfGrey.end());
+  }
+  CHECK(texts == expected);
 }
 
 TEST_CASE_FIXTURE(TracedScanner, "standard: the trace of the queries and of focus") {
