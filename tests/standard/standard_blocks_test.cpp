@@ -142,6 +142,22 @@ TEST_CASE_FIXTURE(OpenB4, "standard: behind a last block with too few lines the 
   CHECK(band.record.status == kGoOn);
 }
 
+TEST_CASE_FIXTURE(
+    OpenB4,
+    "standard: behind a block that failed and a reset the scan goes on, without older rows") {
+  StartScan(BlockHeader(0x00, 16, 2), 255);
+  SendLines(Rows({1, 2}));
+  REQUIRE(Acquire(32, 3).record.lines == 2);
+  device.Reply(BlockHeader(0x20, 16, 2)).FailNextRead(Rows({7, 8}));
+  CheckAcquireFails(32, 0);
+  AnswerReset();
+  CHECK(PMReset() == 1);
+  device.FailNextRead();
+  CHECK(Acquire(32).Rows(16) == "A5 A5");
+  SendLastBlock(BlockHeader(0x20, 16, 1), Rows({9}));
+  CHECK(Acquire(32).Rows(16) == "09 FF");
+}
+
 TEST_CASE_FIXTURE(OpenB3, "standard: in line mode the last line stays behind the last block") {
   StartScan(BlockHeader(0, 16, 1), 0);
   SendLastBlock({0x02, 0x20, 0x10, 0x00}, Rows({7}));
