@@ -21,7 +21,7 @@ class StdBlockStream {
     kIdle,        // no scan was begun; Cancel
     kReceiving,   // a scan was begun, if not started: blocks come and are acknowledged; End, Cancel
     kCancelling,  // the next block is answered with CAN, unless it is the last one; End
-    kEnded,       // the last block has come, or the scanner was reset; Cancel
+    kEnded,       // the last block has come, or the scanner was opened anew; Cancel
     kCancelled,   // no block comes any more: the first line of the one received repeats
   };
 
