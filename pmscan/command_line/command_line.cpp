@@ -203,7 +203,7 @@ std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
                           : "There is no subcommand \"" + words.front() + "\"") +
            "; it can be: " + SubcommandNames() + ".";
   }
-  const std::string text = error.what();
+  std::string text = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
   return text.substr(0, text.find(':')) + " needs a value behind it.";
 }
