@@ -122,14 +122,19 @@ struct PickedRow {
   }
 };
 
-struct InvertedRow {
+// Of makers whose vectors are stored whole. One that reads beyond its source has a margin of its
+// own.
+struct WholeVectors {
+  static constexpr int kPerLane = kLaneBytes;
+  static constexpr int kPerVector = kVectorBytes;
+  static constexpr int kMargin = 0;
+};
+
+struct InvertedRow : WholeVectors {
   static constexpr int kRead = 1;
   static constexpr int kWritten = 1;
   static constexpr int kPixels = 1;
   static constexpr int kVectors = 4;
-  static constexpr int kPerLane = kLaneBytes;
-  static constexpr int kPerVector = kVectorBytes;
-  static constexpr int kMargin = 0;
   static constexpr bool kPrefetches = false;
 
   template <int vector>
@@ -142,14 +147,11 @@ struct InvertedRow {
 };
 
 // An eleventh less: the plain loop tells why, and why white is out of step.
-struct PreviewRow {
+struct PreviewRow : WholeVectors {
   static constexpr int kRead = 1;
   static constexpr int kWritten = 1;
   static constexpr int kPixels = 1;
   static constexpr int kVectors = 2;
-  static constexpr int kPerLane = kLaneBytes;
-  static constexpr int kPerVector = kVectorBytes;
-  static constexpr int kMargin = 0;
   static constexpr bool kPrefetches = false;
 
   template <int vector>
@@ -163,14 +165,11 @@ struct PreviewRow {
   }
 };
 
-struct ReducedRow {
+struct ReducedRow : WholeVectors {
   static constexpr int kRead = 6;
   static constexpr int kWritten = 3;
   static constexpr int kPixels = 1;
   static constexpr int kVectors = 3;
-  static constexpr int kPerLane = kLaneBytes;
-  static constexpr int kPerVector = kVectorBytes;
-  static constexpr int kMargin = 0;
   static constexpr bool kPrefetches = true;
 
   template <int vector>
@@ -182,13 +181,11 @@ struct ReducedRow {
 
 // In each 16-bit pixel the nibble that belongs to it is moved to the top of its byte by a
 // multiplication, by 1 for first pixels and by 16 for second ones.
-struct UnpackedRow {
+struct UnpackedRow : WholeVectors {
   static constexpr int kRead = 3;
   static constexpr int kWritten = 4;
   static constexpr int kPixels = 2;
   static constexpr int kVectors = 1;
-  static constexpr int kPerLane = kLaneBytes;
-  static constexpr int kPerVector = kVectorBytes;
   static constexpr int kMargin = Picked<OuterChannels>::Margin();
   static constexpr bool kPrefetches = true;
 
