@@ -14,7 +14,7 @@ using Json = nlohmann::ordered_json;
 // "grey, 8 bits".
 std::string FormOf(const PictureShape& shape) {
   if (shape.bits == 0) return {};
-  const std::string bits = std::to_string(shape.bits) + (shape.bits == 1 ? " bit" : " bits");
+  std::string bits = std::to_string(shape.bits) + (shape.bits == 1 ? " bit" : " bits");
   for (const pmddb832::ValueName& name : pmddb832::names::kColorModes) {
     if (name.value == shape.colorMode) return std::string(name.name) + ", " + bits;
   }
