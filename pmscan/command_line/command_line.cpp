@@ -195,7 +195,7 @@ std::string SubcommandNames() {
 
 // What is wrong with the command line, in words of our own where the library's tell too little.
 std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
-  if (const std::string suggestion = Suggestion(app); !suggestion.empty()) return suggestion;
+  if (std::string suggestion = Suggestion(app); !suggestion.empty()) return suggestion;
   const Command command = CommandOf(app);
   if (command == Command::kHelp) {
     const std::vector<std::string> words = app.remaining(true);
