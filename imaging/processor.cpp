@@ -25,14 +25,15 @@ constexpr bool HasAll(std::uint32_t bits, std::uint32_t wanted) {
   return (bits & wanted) == wanted;
 }
 
-std::uint32_t SavedByXsave() {
+}  // namespace
+
+std::uint32_t SavedByXsave(std::uint32_t features) {
+  if (!HasAll(features, kOsxsave)) return 0;
   std::uint32_t low;
   std::uint32_t high;
   asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
   return low;
 }
-
-}  // namespace
 
 ProcessorAnswers AskProcessor() {
   ProcessorAnswers answers{};
@@ -42,10 +43,8 @@ ProcessorAnswers AskProcessor() {
   std::uint32_t d;
   __cpuid(0, answers.highestLeaf, b, c, d);
   __cpuid(1, a, b, answers.features, d);
-  if (answers.highestLeaf >= kExtendedFeatures) {
-    __cpuid_count(kExtendedFeatures, 0, a, answers.moreFeatures, answers.lastFeatures, d);
-  }
-  if (HasAll(answers.features, kOsxsave)) answers.savedByXsave = SavedByXsave();
+  __cpuid_count(kExtendedFeatures, 0, a, answers.moreFeatures, answers.lastFeatures, d);
+  answers.savedByXsave = SavedByXsave(answers.features);
   return answers;
 }
 

@@ -8,13 +8,16 @@ namespace pmddb832 {
 struct ProcessorAnswers {
   std::uint32_t highestLeaf;   // CPUID 0: eax
   std::uint32_t features;      // CPUID 1: ecx
-  std::uint32_t moreFeatures;  // CPUID 7, 0: ebx
-  std::uint32_t lastFeatures;  // CPUID 7, 0: ecx
+  std::uint32_t moreFeatures;  // CPUID 7, 0: ebx; anything where there is no such leaf
+  std::uint32_t lastFeatures;  // CPUID 7, 0: ecx; likewise
   std::uint32_t savedByXsave;  // XGETBV 0: eax; 0 where the system does not use XSAVE
 };
 
 // Of this processor.
 ProcessorAnswers AskProcessor();
+
+// XGETBV 0: eax; 0 where the features, CPUID 1: ecx, do not say that it may be asked.
+std::uint32_t SavedByXsave(std::uint32_t features);
 
 // The vectors that rows can be converted in. Each implies those in front of it.
 enum class RowVectors : std::uint8_t {

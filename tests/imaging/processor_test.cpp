@@ -69,6 +69,12 @@ TEST_CASE("rows are in SSSE3 where the system does not save what AVX2 needs") {
   }
 }
 
+TEST_CASE("a processor is asked what the system saves where it knows the question only") {
+  CHECK(SavedByXsave(~0x08000000u) == 0);
+  const ProcessorAnswers answers = AskProcessor();
+  CHECK(SavedByXsave(answers.features) == answers.savedByXsave);
+}
+
 TEST_CASE("what a processor says of a leaf that it does not have does not count") {
   ProcessorAnswers answers = kEverything;
   answers.highestLeaf = 6;
