@@ -51,11 +51,7 @@ void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill,
       },
       [&](const RowFrame& frame, std::size_t offset, HostRow row) {
         const std::uint8_t* const from = line.plane0.data() + offset;
-        if (convert != nullptr) {
-          convert(from, row.data(), frame.converted);
-        } else if (frame.converted > 0) {
-          std::memcpy(row.data(), from, frame.converted * bytes.rowBytes);
-        }
+        ConvertUnits(convert, from, row.data(), frame.converted, frame.converted * bytes.rowBytes);
         if (!frame.IsConvertedOnly()) FinishRow(row, frame, bytes.rowBytes, fill.isWhite);
       });
 }

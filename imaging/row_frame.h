@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "imaging/row_kernels.h"
 #include "imaging/scan_line.h"
@@ -69,6 +70,16 @@ struct PixelBytes {
   std::size_t lineBytes;
   std::size_t pixels = 1;
 };
+
+// Converts units of a row; without a kernel their `bytes` bytes are copied.
+inline void ConvertUnits(RowKernel convert, const std::uint8_t* from, std::uint8_t* to,
+                         std::size_t units, std::size_t bytes) {
+  if (convert != nullptr) {
+    convert(from, to, units);
+  } else if (bytes > 0) {
+    std::memcpy(to, from, bytes);
+  }
+}
 
 // Converts rows, those of one line at a time; without a kernel they are copied.
 void ConvertRows(const ScanLines& lines, const HostRows& rows, RowFill fill,

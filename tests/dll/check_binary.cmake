@@ -96,7 +96,6 @@ string(CONCAT module_targets
   "|LocalType::(CheckAck|EjectPage|FeedPaper|Read|SendAck|SendEscCode|SendFSCode|Write|~LocalType)"
   "|Transport::ErrorCode"
   "|.anonymous namespace'::(Convert<pmddb832::|PaletteIndices)"
-  "|Scanutil::.anonymous namespace'::Copy"
   "|[a-z0-9]+_rows::[A-Za-z0-9]+))$")
 
 function(run output)
