@@ -94,7 +94,7 @@ Json ParseFile(std::istream& stream, const std::string& file) {
   try {
     Json document = Json::parse(stream);
     if (document.is_object()) return document;
-  } catch (const Json::parse_error& error) {
+  } catch (const Json::exception& error) {
     throw Failure(kProfile, file + ": " + error.what() + ".");
   }
   throw Failure(kProfile,

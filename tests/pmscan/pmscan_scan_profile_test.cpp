@@ -103,7 +103,8 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a file that is no profile is refused with t
   Write("key", R"({"output": "a.png"})");
   Write("type", R"({"resolution": "high"})");
   Write("sign", R"({"resolution": -1})");
-  for (const std::string name : {"list", "cut", "key", "type", "sign"}) {
+  Write("endless", R"({"resolution": 3e3333})");
+  for (const std::string name : {"list", "cut", "key", "type", "sign", "endless"}) {
     const std::string refusal = RefusalOf({"scan", "-o", "a.png", "--profile", name});
     CAPTURE(refusal);
     CHECK(refusal.starts_with("78 "));
