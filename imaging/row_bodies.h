@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "imaging/picked_bytes.h"
 #include "imaging/row_kernels.h"
 #include "imaging/vector_bytes.h"
@@ -54,7 +56,7 @@ inline std::size_t UnitsUntilAligned(const std::uint8_t* to) {
 // at aligned addresses, but for the last block, which ends with the row: blocks overlap where it
 // must be, and write the same bytes again. A block may read kMargin units beyond both of its ends;
 // so many at the ends of the row, and a row that is too short for a block, are converted by the
-// plain loop.
+// plain loop. Where blocks are so short that a turn of the loop costs (kTurn), it converts several.
 template <class Row>
 inline void ConvertInBlocks(const Row& row, std::size_t units) {
   if (units < Row::kUnits + 2 * Row::kMargin) return row.Plain(0, units);
@@ -62,6 +64,10 @@ inline void ConvertInBlocks(const Row& row, std::size_t units) {
   row.Block(Row::kMargin);
   std::size_t unit = Row::kMargin;
   unit += Row::kAligns ? UnitsUntilAligned<Row>(row.to + unit * Row::kWritten) : Row::kUnits;
+  if constexpr (Row::kTurn > 1) {
+    constexpr std::size_t kTurnUnits = Row::kTurn * Row::kUnits;
+    for (; unit + kTurnUnits <= last; unit += kTurnUnits) row.Turn(unit);
+  }
   for (; unit < last; unit += Row::kUnits) row.Block(unit);
   row.Block(last);
   if constexpr (Row::kMargin > 0) {
@@ -70,13 +76,15 @@ inline void ConvertInBlocks(const Row& row, std::size_t units) {
   }
 }
 
-// Rows that are converted kVectors vectors at a time; Maker::Vector<i>(source) makes vector i.
+// Rows that are converted kVectors vectors at a time, and kTurn times as many in a turn of the
+// loop; Maker::Vector<i>(source) makes vector i.
 template <class Maker, RowKernel plain>
 struct Row {
   static constexpr std::size_t kRead = Maker::kRead;
   static constexpr std::size_t kWritten = Maker::kWritten;
   static constexpr std::size_t kUnits = Maker::kVectors * Maker::kPerVector / kWritten;
   static constexpr std::size_t kMargin = Maker::kMargin;
+  static constexpr std::size_t kTurn = Maker::kTurn;
   static constexpr bool kAligns = Maker::kPerVector == kVectorBytes;
 
   void Plain(std::size_t unit, std::size_t units) const {
@@ -84,20 +92,25 @@ struct Row {
   }
 
   void Block(std::size_t unit) const {
+    ConvertVectors(unit, std::make_index_sequence<Maker::kVectors>());
+  }
+
+  void Turn(std::size_t unit) const {
+    ConvertVectors(unit, std::make_index_sequence<kTurn * Maker::kVectors>());
+  }
+
+  // All vectors are made before one is stored: loads between stores slow both down.
+  template <std::size_t... vector>
+  void ConvertVectors(std::size_t unit, std::index_sequence<vector...> vectors) const {
     const std::uint8_t* source = from + unit * kRead;
     std::uint8_t* block = to + unit * kWritten;
     if constexpr (Maker::kPrefetches) {
-      Prefetch<kUnits * kRead>(source);
-      Prefetch<kUnits * kWritten>(block);
+      constexpr std::size_t kConverted = vectors.size() * Maker::kPerVector / kWritten;
+      Prefetch<kConverted * kRead>(source);
+      Prefetch<kConverted * kWritten>(block);
     }
-    StoreVectors<0>(source, block);
-  }
-
-  template <int vector>
-  static inline void StoreVectors(const std::uint8_t* source, std::uint8_t* block) {
-    StoreLanes<Maker::kPerLane>(block + std::ptrdiff_t{vector} * Maker::kPerVector,
-                                Maker::template Vector<vector>(source));
-    if constexpr (vector + 1 < Maker::kVectors) StoreVectors<vector + 1>(source, block);
+    const Bytes made[]{Maker::template Vector<vector>(source)...};
+    (StoreLanes<Maker::kPerLane>(block + vector * Maker::kPerVector, made[vector]), ...);
   }
 
   const std::uint8_t* from;
@@ -114,6 +127,7 @@ struct PickedRow {
   static constexpr int kPerLane = Picked<Map>::kPerLane;
   static constexpr int kPerVector = Picked<Map>::kPerVector;
   static constexpr int kMargin = Picked<Map>::Margin();
+  static constexpr int kTurn = 1;
   static constexpr bool kPrefetches = true;
 
   template <int vector>
@@ -128,13 +142,15 @@ struct WholeVectors {
   static constexpr int kPerLane = kLaneBytes;
   static constexpr int kPerVector = kVectorBytes;
   static constexpr int kMargin = 0;
+  static constexpr int kTurn = 1;
 };
 
 struct InvertedRow : WholeVectors {
   static constexpr int kRead = 1;
   static constexpr int kWritten = 1;
   static constexpr int kPixels = 1;
-  static constexpr int kVectors = 4;
+  static constexpr int kVectors = 1;
+  static constexpr int kTurn = 8;
   static constexpr bool kPrefetches = false;
 
   template <int vector>
@@ -152,7 +168,7 @@ struct PreviewRow : WholeVectors {
   static constexpr int kWritten = 1;
   static constexpr int kPixels = 1;
   static constexpr int kVectors = 2;
-  static constexpr bool kPrefetches = false;
+  static constexpr bool kPrefetches = true;
 
   template <int vector>
   static inline Bytes Vector(const std::uint8_t* source) {
@@ -221,6 +237,7 @@ struct PaletteRow {
   static constexpr std::size_t kWritten = 2;
   static constexpr std::size_t kUnits = kVectorBytes;
   static constexpr std::size_t kMargin = 0;
+  static constexpr std::size_t kTurn = 1;
   static constexpr bool kAligns = true;
 
   void Plain(std::size_t unit, std::size_t units) const { PlainPixels(unit, 2 * units); }

@@ -72,11 +72,12 @@ const Bytes& Noise() {
   return noise;
 }
 
-// Every width up to several blocks, and widths of real lines that are no multiple of anything.
+// Every width up to several blocks; one that holds exactly a turn of eight of the longest vectors,
+// at one of the addresses; and widths of real lines that are no multiple of anything.
 std::vector<std::size_t> Widths() {
   std::vector<std::size_t> widths;
   for (std::size_t pixels = 0; pixels <= 300; ++pixels) widths.push_back(pixels);
-  widths.insert(widths.end(), {383, 509, 773, 2549, 5101, kLongestRow});
+  widths.insert(widths.end(), {383, 509, 601, 773, 2549, 5101, kLongestRow});
   return widths;
 }
 
