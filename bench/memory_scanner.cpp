@@ -17,6 +17,7 @@ constexpr std::uint8_t kLastBlock = 0x20;
 constexpr std::uint32_t kResolution = 1200;  // the bed's, dots per inch
 constexpr std::uint32_t kBedWidth = 10240;   // pixels
 constexpr std::uint32_t kBedHeight = 13200;
+constexpr std::size_t kBlockHeaderBytes = 6;
 constexpr std::uint32_t kLongestBlock = 0xFF00 - 10;  // bytes, in the standard set
 
 void Append(Bytes& bytes, std::uint32_t value, std::size_t width) {
@@ -81,7 +82,7 @@ std::int32_t MemoryScanner::RawReadData(void* buffer, std::uint32_t* byteCount, 
     std::memcpy(buffer, &kAck, 1);
     return 0;
   }
-  if (replyServed_ == reply_.size() && family_ == Family::kStandard && count == 6) {
+  if (replyServed_ == reply_.size() && family_ == Family::kStandard && count == kBlockHeaderBytes) {
     reply_ = NextBlockHeader();
     replyServed_ = 0;
   }
@@ -171,7 +172,10 @@ MemoryScanner::Bytes MemoryScanner::NextBlockHeader() {
   const std::uint32_t lines =
       std::min({lines_ - linesAnnounced_, linesPerBlock_, kLongestBlock / lineBytes_});
   linesAnnounced_ += lines;
-  Bytes header{kStx, linesAnnounced_ == lines_ ? kLastBlock : std::uint8_t{0}};
+  Bytes header;
+  header.reserve(kBlockHeaderBytes);
+  Append(header, kStx, 1);
+  Append(header, linesAnnounced_ == lines_ ? kLastBlock : 0, 1);
   Append(header, lineBytes_, 2);
   Append(header, lines, 2);
   return header;

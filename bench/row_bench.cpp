@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "bench/interleaved_run.h"
+#include "bench/median_run.h"
 #include "bench/row_jobs.h"
 
 namespace pmddb832::bench {

@@ -7,7 +7,7 @@
 #include <iostream>
 #include <string>
 
-#include "bench/interleaved_run.h"
+#include "bench/median_run.h"
 #include "platform/trace.h"
 
 namespace pmddb832::bench {
