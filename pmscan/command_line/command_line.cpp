@@ -166,8 +166,9 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
   return FinishScan(merged, profileFolder);
 }
 
-// What was probably meant by a word that nobody knows; empty when there is no such word.
-std::string Suggestion(const CLI::App& app) {
+// What is told of a word that nobody knows; empty when there is none, and where a subcommand is
+// missing and nothing like it is there.
+std::string UnknownWord(const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining(true);
   if (unknown.empty()) return {};
   const Command command = CommandOf(app);
@@ -181,7 +182,10 @@ std::string Suggestion(const CLI::App& app) {
   }
   const std::string word = unknown.front().substr(0, unknown.front().find('='));
   const std::string question = DidYouMean(word, names);
-  return question.empty() ? question : "There is no \"" + word + "\"; " + question;
+  if (!question.empty()) return "There is no \"" + word + "\"; " + question;
+  if (command == Command::kHelp) return {};
+  return word.starts_with('-') ? "There is no \"" + word + "\"."
+                               : "Nothing takes \"" + word + "\".";
 }
 
 std::string SubcommandNames() {
@@ -195,7 +199,7 @@ std::string SubcommandNames() {
 
 // What is wrong with the command line, in words of our own where the library's tell too little.
 std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
-  if (std::string suggestion = Suggestion(app); !suggestion.empty()) return suggestion;
+  if (std::string unknown = UnknownWord(app); !unknown.empty()) return unknown;
   const Command command = CommandOf(app);
   if (command == Command::kHelp) {
     const std::vector<std::string> words = app.remaining(true);

@@ -69,7 +69,7 @@ inline constexpr std::array kErrorCodes{
     ErrorCode{0, "Check that the scanner is switched on and connected, then try again."},
     ErrorCode{kUnknownError, "Switch the scanner off and on, then try again.",
               "the module reports an unknown error"},
-    ErrorCode{kUsage, "Read pmscan --help.",
+    ErrorCode{kUsage, "Read pmscan --help, or pmscan SUBCOMMAND --help.",
               "the command line is not understood"},
     ErrorCode{kUnsupported,
               "Change one of the options named above; pmscan info tells what the scanner has.",

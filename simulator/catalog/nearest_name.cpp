@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -19,28 +20,38 @@ std::size_t CostOf(char written, char meant) {
   return Lower(written) == Lower(meant) ? kCase : kLetter;
 }
 
-// What it costs to make `meant` of `written` by adding, dropping and changing letters.
+bool AreSwapped(std::string_view written, std::string_view meant) {
+  return IsSameName(written.substr(0, 1), meant.substr(1, 1)) &&
+         IsSameName(written.substr(1, 1), meant.substr(0, 1));
+}
+
+// What it costs to make `meant` of `written` by adding, dropping, changing and swapping letters.
 std::size_t EditCost(std::string_view written, std::string_view meant) {
-  std::vector<std::size_t> costs;
-  for (std::size_t i = 0; i <= meant.size(); ++i) costs.push_back(i * kLetter);
-  for (const char letter : written) {
-    std::size_t diagonal = costs[0];
-    costs[0] += kLetter;
+  std::vector<std::size_t> row;  // to make the first i letters of `meant` of those so far
+  for (std::size_t i = 0; i <= meant.size(); ++i) row.push_back(i * kLetter);
+  std::vector<std::size_t> above;
+  for (std::size_t letter = 0; letter < written.size(); ++letter) {
+    const std::vector<std::size_t> twoAbove = std::exchange(above, row);
+    row[0] += kLetter;
     for (std::size_t i = 0; i < meant.size(); ++i) {
-      const std::size_t changed = diagonal + CostOf(letter, meant[i]);
-      diagonal = costs[i + 1];
-      costs[i + 1] = std::min({changed, costs[i] + kLetter, costs[i + 1] + kLetter});
+      const std::size_t changed = above[i] + CostOf(written[letter], meant[i]);
+      row[i + 1] = std::min({changed, row[i] + kLetter, above[i + 1] + kLetter});
+      if (letter == 0 || i == 0) continue;
+      if (!AreSwapped(written.substr(letter - 1), meant.substr(i - 1))) continue;
+      row[i + 1] = std::min(row[i + 1], twoAbove[i - 1] + kLetter);
     }
   }
-  return costs.back();
+  return row.back();
 }
 
 }  // namespace
 
 std::string_view NearestName(std::string_view written, const std::vector<std::string_view>& names) {
   std::string_view nearest;
-  // Half of the letters may be wrong.
-  std::size_t best = written.size() + 1;
+  // Half of the letters may be wrong; the dashes of an option are none.
+  const auto letters = static_cast<std::size_t>(std::count_if(
+      written.begin(), written.end(), [](unsigned char c) { return std::isalnum(c) != 0; }));
+  std::size_t best = letters + 1;
   for (const std::string_view name : names) {
     const std::size_t cost = EditCost(written, name);
     if (cost >= best) continue;

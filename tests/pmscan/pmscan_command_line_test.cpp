@@ -83,6 +83,17 @@ TEST_CASE("pmscan: a misspelt word is answered with the one that was meant") {
   CHECK(refusal({"scan", "-o", "a.png", "--mode", "gery"}) ==
         "64 There is no mode \"gery\"; did you mean \"grey\"? --mode can be: lineart, grey, "
         "colour, colour12, palette, deep-grey, deep-colour.");
+  CHECK(refusal({"scan", "-o", "a.png", "--format", "pgn"})
+            .starts_with("64 There is no format \"pgn\"; did you mean \"png\"?"));
+}
+
+TEST_CASE("pmscan: a word that is near to nothing is named alone") {
+  const auto refusal = [](const Arguments& arguments) {
+    return pmscan::tests::RefusalOf([&] { ParseCommandLine(arguments); });
+  };
+  CHECK(refusal({"scan", "--paper-size", "a4"}) == "64 There is no \"--paper-size\".");
+  CHECK(refusal({"scan", "--dpi=300", "-o", "a.png"}) == "64 There is no \"--dpi\".");
+  CHECK(refusal({"decode", "a.capture", "b.capture"}) == "64 Nothing takes \"b.capture\".");
 }
 
 TEST_CASE("pmscan: what is missing in a command line is named") {

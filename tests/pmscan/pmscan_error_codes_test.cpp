@@ -44,7 +44,7 @@ TEST_CASE("pmscan: a failure tells its number, its meaning, the detail and what 
   CHECK(pmscan::Describe(pmscan::Failure(pmscan::kUsage, "There is no mode \"red\".")) ==
         "pmscan: error 64: the command line is not understood\n"
         "  There is no mode \"red\".\n"
-        "  Read pmscan --help.\n");
+        "  Read pmscan --help, or pmscan SUBCOMMAND --help.\n");
   CHECK(pmscan::Describe(pmscan::Failure(99)).starts_with("pmscan: error 99: "));
 }
 

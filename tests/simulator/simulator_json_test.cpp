@@ -96,5 +96,9 @@ TEST_CASE("simulator: the nearest name is found by letters and case") {
   CHECK(NearestName("Level", {"feeder", "level"}) == "level");
   CHECK(NearestName("fedeer", {"level", "feeder"}) == "feeder");
   CHECK(NearestName("maxresolution", {"minResolution", "maxResolution"}) == "maxResolution");
+  CHECK(NearestName("pgn", {"pdf", "png"}) == "png");
+  CHECK(NearestName("Pgn", {"pdf", "png"}) == "png");
   CHECK(NearestName("xyzzy", {"level", "feeder"}).empty());
+  CHECK(NearestName("--paper-size", {"--overwrite"}).empty());
+  CHECK(NearestName("--dpi", {"--dll"}).empty());
 }
