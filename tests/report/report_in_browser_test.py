@@ -54,11 +54,19 @@ class ReportTest(unittest.TestCase):
         self.browser.get(pathlib.Path(self.folder.name, f"{name}.html").as_uri())
 
     def find(self, selector):
+        # What was scrolled is drawn anew with the next frame, and its rows are others then.
+        self.next_frame()
         return self.browser.find_element(By.CSS_SELECTOR, selector)
 
     def texts(self, selector):
-        found = self.browser.find_elements(By.CSS_SELECTOR, selector)
-        return [one.text.strip() for one in found]
+        """What is read there, found and read at once."""
+        return self.browser.execute_script(
+            "return [...document.querySelectorAll(arguments[0])]"
+            ".map((one) => one.innerText.trim().replace(/\\s+/g, ' '))", selector)
+
+    def text(self, selector):
+        first, *_ = self.texts(selector)
+        return first
 
     def rows(self):
         """The rows of the conversation in sight, from the top."""
@@ -88,7 +96,7 @@ class EveryReport(ReportTest):
         for file in sorted(pathlib.Path(self.folder.name).glob("*.html")):
             with self.subTest(file.stem):
                 self.open(file.stem)
-                self.assertRegex(self.find("#outcome").text, r"\.$")
+                self.assertRegex(self.text("#outcome"), r"\.$")
                 self.assertEqual(self.browser.title, f"{file.stem}: scan report")
                 self.assertEqual(self.errors(), [])
 
@@ -119,7 +127,7 @@ class Jam(ReportTest):
         self.open("extended-jam")
 
     def test_the_outcome_names_the_fault(self):
-        self.assertIn("paper jam", self.find("#outcome").text)
+        self.assertIn("paper jam", self.text("#outcome"))
         self.assertIn("trouble", self.find("#outcome").get_attribute("class"))
 
     def test_faults_come_first_and_lead_into_the_conversation(self):
@@ -128,7 +136,7 @@ class Jam(ReportTest):
         self.assertIn("block 1 of 2", faults[0])
         self.assertIn("[line 85]", faults[0])
         self.find("#faults li:nth-child(2) button").click()
-        current = self.find(".row.current").text
+        current = self.text(".row.current")
         self.assertIn("FS F status", current)
         self.assertIn("!!", current)
 
@@ -161,28 +169,28 @@ class Jam(ReportTest):
         self.find("#close-all").click()
         conversation = self.find("#list")
         conversation.send_keys(Keys.END)
-        self.assertIn("PMCloseScanner", self.find(".row.current").text)
+        self.assertIn("PMCloseScanner", self.text(".row.current"))
         conversation.send_keys(Keys.HOME, Keys.ARROW_DOWN)
         self.assertEqual(conversation.get_attribute("aria-activedescendant"), "row-1")
 
     def test_search_finds_words_in_any_case(self):
         self.search("PAPER JAM")
-        self.assertEqual(self.find("#found").text, "1 of 2")
-        self.assertIn("FS F status", self.find(".row.current").text)
+        self.assertEqual(self.text("#found"), "1 of 2")
+        self.assertIn("FS F status", self.text(".row.current"))
         self.find("#next").click()
-        self.assertEqual(self.find("#found").text, "2 of 2")
-        self.assertIn("PMGetScanError", self.find(".row.current").text)
+        self.assertEqual(self.text("#found"), "2 of 2")
+        self.assertIn("PMGetScanError", self.text(".row.current"))
         self.find("#next").click()
-        self.assertEqual(self.find("#found").text, "1 of 2")
+        self.assertEqual(self.text("#found"), "1 of 2")
 
     def test_search_finds_bytes_of_transfers(self):
         self.search("1c 47")
-        self.assertEqual(self.find("#found").text, "1 of 1")
-        self.assertIn("FS G start transfer", self.find(".row.current").text)
+        self.assertEqual(self.text("#found"), "1 of 1")
+        self.assertIn("FS G start transfer", self.text(".row.current"))
 
     def test_search_says_when_there_is_nothing(self):
         self.search("no such words")
-        self.assertEqual(self.find("#found").text, "not found")
+        self.assertEqual(self.text("#found"), "not found")
 
     def test_settings_are_told_with_what_they_were(self):
         settings = self.texts("#settings tbody tr")
@@ -243,7 +251,7 @@ class Timeline(ReportTest):
         ActionChains(self.browser).move_to_element(self.find("#timeline")).click().perform()
         span = self.run_script("return timeline.spanAt(report.total / 2)")
         told = self.run_script(f"return report.exchangeText(report.exchangeOfSpan({span}))")
-        self.assertIn(told.split(",")[0], self.find(".row.current").text)
+        self.assertIn(told.split(",")[0], self.text(".row.current"))
 
     def test_something_is_drawn_in_every_lane(self):
         self.next_frame()
@@ -256,8 +264,8 @@ class Timeline(ReportTest):
 
     def test_without_times_entries_are_counted(self):
         self.open("transfers-only")
-        self.assertIn("keeps no times", self.find("#notes").text)
-        self.assertIn("entry", self.find("#range").text)
+        self.assertIn("keeps no times", self.text("#notes"))
+        self.assertIn("entry", self.text("#range"))
         self.assertFalse(self.find("#bar").is_displayed())
 
 
@@ -317,7 +325,7 @@ class Pages(ReportTest):
     def test_pictures_are_left_out_when_they_are_not_wanted(self):
         self.open("no-pictures")
         self.assertEqual(self.browser.find_elements(By.TAG_NAME, "img"), [])
-        self.assertIn("no picture to show", self.find("figcaption").text)
+        self.assertIn("no picture to show", self.text("figcaption"))
         self.find("#show-blocks").click()
         self.assertGreater(len(self.overlay()["drawn"]), 0)
 
@@ -333,7 +341,7 @@ class Long(ReportTest):
         self.find("#open-all").click()
         self.assertLess(len(self.rows()), 100)
         self.find("#list").send_keys(Keys.END)
-        self.assertIn("returned status failed (2)", self.find(".row.current").text)
+        self.assertIn("returned status failed (2)", self.text(".row.current"))
         self.assertLess(len(self.rows()), 100)
 
     def test_a_fold_of_bands_unfolds(self):
@@ -345,10 +353,10 @@ class Long(ReportTest):
 
     def test_search_goes_to_the_end_and_back(self):
         self.search("block 50001 of")
-        self.assertEqual(self.find("#found").text, "1 of 1")
-        self.assertIn("block 50001 of 50002", self.find(".row.current").text)
+        self.assertEqual(self.text("#found"), "1 of 1")
+        self.assertIn("block 50001 of 50002", self.text(".row.current"))
         self.search("block 77 of")
-        self.assertIn("block 77 of 50002", self.find(".row.current").text)
+        self.assertIn("block 77 of 50002", self.text(".row.current"))
 
     def test_zoom_goes_from_all_of_it_to_a_single_transfer(self):
         self.run_script("for (let i = 0; i < 40; ++i) timeline.zoom(0.5)")
@@ -360,7 +368,7 @@ class Long(ReportTest):
         longest = self.texts("#longest li")
         self.assertEqual(sum(one.startswith("2.001 s") for one in longest), 7)
         self.find("#longest li button").click()
-        self.assertIn("after 2.0 s", self.find(".row.current").text)
+        self.assertIn("after 2.0 s", self.text(".row.current"))
 
     def test_it_stays_usable(self):
         # Limits far beyond what it takes: they tell work that grows with the square of the rows.
