@@ -7,7 +7,8 @@
 
 namespace pmddb832::bench {
 
-// Median processor time of one iteration in nanoseconds, by the benchmark's name.
+// Median processor time of one iteration in nanoseconds, by the benchmark's name; and of each
+// figure that it counts by itself, by "name/figure".
 using Medians = std::map<std::string, double>;
 
 // Cells of a table: a number, and the ratio of two medians, "-" where one was not measured.
