@@ -25,13 +25,18 @@ std::size_t LinesPerBlock(Family family, std::size_t rawBytes) {
 std::vector<std::uint8_t> scannerMemory;
 std::vector<std::uint8_t> hostMemory;
 
+// What pixels of so many bits take, in whole bytes.
+constexpr std::size_t BytesOf(std::size_t pixels, std::size_t bits) {
+  return (pixels * bits + 7) / 8;
+}
+
 template <std::size_t bits>
 void CopyPixels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  std::memcpy(to, from, pixels * bits / 8);
+  std::memcpy(to, from, BytesOf(pixels, bits));
 }
 
 void InvertPixels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  FastestRowKernels().invert(from, to, pixels / 8);
+  FastestRowKernels().invert(from, to, BytesOf(pixels, 1));
 }
 
 void Preview(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
@@ -139,24 +144,23 @@ void CopyOnce(const Page& page) {
 void CopyInTwoSteps(const Page& page) {
   static std::array<std::uint8_t, kBufferBytes> block;
   const std::size_t height = page.Height();
-  const std::size_t rawBytes = std::size_t{page.Width()} * page.scan->rawBits / 8;
-  const std::size_t rowBytes = std::size_t{page.Width()} * page.scan->hostBits / 8;
+  const std::size_t rawBytes = BytesOf(page.Width(), page.scan->rawBits);
+  const std::size_t rowBytes = (BytesOf(page.Width(), page.scan->hostBits) + 3) & ~std::size_t{3};
   const std::size_t linesPerBlock = LinesPerBlock(page.scan->family, rawBytes);
   const std::size_t linesPerBand = page.bufferBytes == 0 ? height : page.bufferBytes / rowBytes;
+  const std::size_t status = page.scan->family == Family::kExtended ? 1 : 0;
+  const bool topDown = IsTopDown(page.scan->outputFormat);
   const std::uint8_t* source = scannerMemory.data();
-  for (std::size_t line = 0; line < height; ++line) {
-    const std::size_t lineInBlock = line % linesPerBlock;
-    if (lineInBlock == 0) {
-      const std::size_t status = page.scan->family == Family::kExtended ? 1 : 0;
-      const std::size_t bytes = std::min(linesPerBlock, height - line) * rawBytes + status;
-      std::memcpy(block.data(), source, bytes);
-      source += bytes;
+  std::size_t lineInBand = 0;
+  for (std::size_t line = 0; line < height; line += linesPerBlock) {
+    const std::size_t lines = std::min(linesPerBlock, height - line);
+    std::memcpy(block.data(), source, lines * rawBytes + status);
+    source += lines * rawBytes + status;
+    for (std::size_t i = 0; i < lines; ++i) {
+      const std::size_t row = topDown ? lineInBand : linesPerBand - 1 - lineInBand;
+      page.scan->row(block.data() + i * rawBytes, hostMemory.data() + row * rowBytes, page.Width());
+      if (++lineInBand == linesPerBand) lineInBand = 0;
     }
-    const std::size_t lineInBand = line % linesPerBand;
-    const std::size_t row =
-        IsTopDown(page.scan->outputFormat) ? lineInBand : linesPerBand - 1 - lineInBand;
-    page.scan->row(block.data() + lineInBlock * rawBytes, hostMemory.data() + row * rowBytes,
-                   page.Width());
   }
 }
 
