@@ -73,7 +73,6 @@ bool StdScanCmd::Deliver(Call& call, std::uint32_t setUp, const Band& rows,
 
 bool StdScanCmd::FinishPage(Call& call) {
   if (progress_ != nullptr) progress_(kAllDone);
-  if (!isOpen_) return Fail(kTransferFailed);  // the host closed the scanner in its routine
   const ScannerSettings& settings = call.settings;
   const bool ejects = facts_.IsFeederSelected(settings.scanSource) || facts_.level.alwaysEjects;
   if (!ejects || stream_.IsCancelled()) return true;

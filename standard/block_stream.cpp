@@ -84,7 +84,6 @@ void StdBlockStream::Abort() {
 }
 
 void StdBlockStream::End() {
-  if (state_ == State::kIdle) return;
   state_ = IsCancelled() ? State::kCancelled : State::kEnded;
 }
 

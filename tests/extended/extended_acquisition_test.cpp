@@ -220,6 +220,18 @@ TEST_CASE_FIXTURE(ExtendedScanner, "the page is ejected behind the last band, af
   CHECK(progress.back() == 100);
 }
 
+TEST_CASE_FIXTURE(ExtendedScanner,
+                  "a page is ejected behind a close in the last call of the routine") {
+  OpenFeeder();
+  StartScan(With(ParameterBlock(), 26, {0x01}), Header(0, 0, 64));
+  SendLastBlock(Fill(64, 1));
+  ExpectEject();
+  atPercent = 100;
+  duringProgress = PMCloseScanner;
+  CHECK(Acquire(64).record.status == kGoOn);
+  CHECK(PMGetScanError() == 0);
+}
+
 TEST_CASE_FIXTURE(ExtendedScanner, "pages of a feeder follow each other, each ejected") {
   OpenFeeder();
   for (int page = 0; page < 3; ++page) {

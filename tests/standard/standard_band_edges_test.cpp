@@ -131,14 +131,6 @@ TEST_CASE_FIXTURE(OpenB3,
   CHECK(Acquire(65280).record.lines == 1);
 }
 
-TEST_CASE_FIXTURE(OpenA5, "standard: a close in the last call of the progress routine is code 9") {
-  StartScan(BlockHeader(0x20, 16, 4));
-  device.Reply(Fill(64, 1));
-  atPercent = 100;
-  duringProgress = PMCloseScanner;
-  CheckAcquireFails(64, 9);
-}
-
 TEST_CASE("standard: a block that a small buffer cancels disarms only if it is not the last one") {
   for (const std::uint8_t status : Bytes{0x00, 0x40, 0x60}) {
     CAPTURE(status);

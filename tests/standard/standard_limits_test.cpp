@@ -107,6 +107,7 @@ TEST_CASE("standard: up to a product of 80000 the area's width is not rounded do
 
 TEST_CASE("standard: the product's limit of a model of quirk 1 is 80000") {
   Bed({50, 300}, 1000, "SCANNER QM-2700 ").CheckSent(400, 200, 3, 2664);
+  Bed({50, 300}, 1000, "Prospectra900   ").CheckSent(400, 200, 3, 2664);
   Bed({50, 300}, 1000, "Prospectra900   ").CheckSent(26667, 3, 3, 2656);
 }
 

@@ -134,6 +134,19 @@ TEST_CASE_FIXTURE(StandardScanner, "standard: a quirk doubles the sizes in pixel
   CHECK(PaperSize(*this, kFlatbed, Status()) == Size{2000, 2800});
 }
 
+TEST_CASE_FIXTURE(
+    StandardScanner,
+    "standard: the doubled size of the feeder's page is what uploads are limited to") {
+  REQUIRE(Open(Identity(), Status(), Product("Prospectra900   ")) == 1);
+  PaperSize(*this, kFeeder, Status(0, 0x40));
+  for (const std::uint8_t source : Bytes{1, 2}) {
+    CAPTURE(source);
+    settings.scanSource = source;
+    settings.areaWidthPx = 1000;
+    Upload(UploadOf("B4", "A 00 00 00 00 20 03 04 00"));  // 1600 of 400 dpi, at 200
+  }
+}
+
 TEST_CASE_FIXTURE(OpenB3, "standard: at level B3 the paper size is what is known") {
   Size size;
   CHECK(PMGetScanPaperSize(kFlatbed, &size.width, &size.height) == 0);
