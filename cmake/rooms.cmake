@@ -42,11 +42,17 @@ function(add_module_room name)
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-# A DLL for hosts, NAME.dll, with its version resource; hosts link with NAME.lib.
-function(add_host_library name description definition)
+# The version resource of a program or DLL for Windows: its file, type and what Windows says it is.
+function(add_version_resource name file type description)
   set(resource "${CMAKE_CURRENT_BINARY_DIR}/${name}.rc")
   configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resource}" @ONLY)
-  add_library(${name} SHARED ${ARGN} "${resource}")
+  target_sources(${name} PRIVATE "${resource}")
+endfunction()
+
+# A DLL for hosts, NAME.dll, with its version resource; hosts link with NAME.lib.
+function(add_host_library name description definition)
+  add_library(${name} SHARED ${ARGN})
+  add_version_resource(${name} ${name}.dll VFT_DLL "${description}")
   # The linker's command stands in the symbols, so the module definition is named without a folder
   # of this machine.
   set(exports "${CMAKE_CURRENT_BINARY_DIR}/${definition}")

@@ -11,6 +11,7 @@ find_program(PDBUTIL llvm-pdbutil-19 REQUIRED)
 find_program(SYMBOLIZER llvm-symbolizer-19 REQUIRED)
 
 cmake_path(GET FILE STEM name)
+cmake_path(GET FILE FILENAME file_name)
 
 set(Pmddb832_exports
   "1 PMAbortScan"
@@ -30,6 +31,7 @@ set(Pmddb832_exports
   "15 DllMain")
 set(Pmsim_exports "1 PmsimCreateDevice")
 set(Pmsim_libraries KERNEL32.dll SHELL32.dll msvcrt.dll ole32.dll)
+set(pmscan_libraries KERNEL32.dll SHELL32.dll msvcrt.dll ole32.dll)
 
 # What the module calls beside the C library and Windows' kernel.
 set(expected_module_imports
@@ -176,7 +178,7 @@ function(check_version)
   expect_match("Resources" "${text}" "Type: VERSIONINFO")
   file(STRINGS "${FILE}" texts ENCODING UTF-16LE LENGTH_MINIMUM 5)
   foreach(entry VS_VERSION_INFO "FileVersion;${VERSION}" "ProductVersion;${VERSION}"
-                "OriginalFilename;${name}.dll")
+                "OriginalFilename;${file_name}")
     string(FIND ";${texts};" ";${entry};" place)
     if(place EQUAL -1)
       message(FATAL_ERROR "The version resource does not hold ${entry}")

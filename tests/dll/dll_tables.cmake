@@ -9,14 +9,14 @@ endfunction()
 
 add_table_tests(Pmddb832 exports module_imports version flags)
 add_table_tests(Pmsim exports version flags)
-add_table_tests(pmscan flags)
+add_table_tests(pmscan version flags)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   return()
 endif()
 
 add_table_tests(Pmddb832 imports sections guard call_targets symbols)
 add_table_tests(Pmsim libraries sections guard symbols)
-add_table_tests(pmscan sections guard symbols)
+add_table_tests(pmscan libraries sections guard symbols)
 
 add_test(NAME checked_calls
   COMMAND "${CMAKE_COMMAND}"
