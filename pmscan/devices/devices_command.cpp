@@ -23,9 +23,9 @@ SimulatedEntry EntryOf(const std::string& name) {
   for (const simulator::Model& model : simulator::ModelTable()) {
     if (model.id != modelId) continue;
     const std::string product(model.productName);
-    const bool isGreat = name.starts_with("extended") && pmddb832::HasGreatDeepBits(product);
     entry.product = product.substr(0, product.find_last_not_of(' ') + 1);
-    entry.deepBits = isGreat ? pmddb832::kGreatDeepBits : pmddb832::kUsualDeepBits;
+    // More come only with extended commands, and from no model that the module knows by its id.
+    entry.deepBits = pmddb832::kUsualDeepBits;
     entry.highestResolution = model.maxResolution;
     if (model.optionUnit == simulator::OptionUnit::kFeeder) entry.unit = "feeder";
     if (model.optionUnit == simulator::OptionUnit::kTransparencyUnit) entry.unit = "film unit";

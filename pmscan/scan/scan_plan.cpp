@@ -5,6 +5,7 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "pmscan/report/scanner_facts.h"
 #include "wire/command_level.h"
 #include "wire/deep_samples.h"
 
@@ -79,7 +80,10 @@ LineWindow WindowOf(const ScanPlan& plan) {
 
 std::uint8_t DeepBits(const pmddb832::ScannerSettings& settings) {
   const std::string_view product(settings.productNameReply, sizeof settings.productNameReply - 1);
-  const bool isGreat = IsExtended(settings) && pmddb832::HasGreatDeepBits(product);
+  // The module asks the product only where the host's model id tells it nothing, and then it
+  // reports no model for a product with more bits.
+  const bool asksProduct = IsExtended(settings) && ReadFacts(settings).model.empty();
+  const bool isGreat = asksProduct && pmddb832::HasGreatDeepBits(product);
   return isGreat ? pmddb832::kGreatDeepBits : pmddb832::kUsualDeepBits;
 }
 

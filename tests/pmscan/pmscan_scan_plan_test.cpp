@@ -88,9 +88,18 @@ TEST_CASE_FIXTURE(Desk, "pmscan: extended commands deliver bytes pixel by pixel,
   CHECK(Plan().picture.area.width == 632);
   options.mode = *pmscan::FindScanMode("deep-grey");
   CHECK(Plan().picture.area.width == 637);
+}
+
+TEST_CASE_FIXTURE(Desk, "pmscan: samples have 14 bits of a product whose model is not known") {
+  settings.scanInfoVariant = 3;
+  options.mode = *pmscan::FindScanMode("deep-grey");
   std::memcpy(settings.productNameReply, "SCANNER RV-3100 ", 16);
+  std::memcpy(settings.modelName, "ORVAN  ", 8);
   CHECK(Plan().picture.area.width == 632);
   CHECK(Plan().sampleBits == 14);
+  std::memcpy(settings.modelName, "RV3100", 7);
+  CHECK(Plan().picture.area.width == 637);
+  CHECK(Plan().sampleBits == 12);
 }
 
 TEST_CASE_FIXTURE(Desk, "pmscan: a page that the module would centre is asked for from the edge") {

@@ -19,6 +19,7 @@ std::unique_ptr<simulator::PageScanner> Make(Config config, const TestedScanner&
   config.identity.level = tested.level;
   config.identity.flatbed = config.identity.feeder = kBed;
   config.identity.feederFlags = tested.feederFlags;
+  if (!tested.productName.empty()) config.identity.productName = tested.productName;
   if (tested.feederFlags != 0) {
     config.optionUnit = simulator::OptionUnit::kFeeder;
     config.feederPages = {document};
@@ -61,6 +62,7 @@ PmscanDesk::PmscanDesk(const TestedScanner& tested, simulator::Picture document)
   bed.emplace(*scanner, true);
   settings.deviceInterface = &*bed;
   settings.useDeviceInterface = 1;
+  tested.modelId.copy(settings.modelId, sizeof settings.modelId - 1);
   session.emplace(exports, settings);
   bed->CorrectLevel(settings);
 }

@@ -20,6 +20,8 @@ struct TestedScanner {
   std::string level;
   bool isExtended = false;
   std::uint8_t feederFlags = 0;  // with other than 0 there is a feeder, with one page
+  std::string productName{};     // 16 characters; empty for one that nobody knows
+  std::string modelId{};         // that the host gives
 };
 
 // The picture that pmscan writes of a scan.

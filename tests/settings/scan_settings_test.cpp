@@ -225,6 +225,21 @@ TEST_CASE("settings: a preview is as coarse as the scanner can, and has the modu
   }
 }
 
+TEST_CASE("settings: white is 65535 in deep pictures, whatever the module takes for the bits") {
+  const std::string product = "SCANNER RV-3100 ";
+  const simulator::Picture white{129, 75, 150, std::vector<std::uint16_t>(129 * 75 * 3, 0xFFFF)};
+  for (const bool isListed : {true, false}) {
+    CAPTURE(isListed);
+    for (const char* mode : {"deep-grey", "deep-colour"}) {
+      PmscanDesk desk({"B7", true, 0, product, isListed ? "RV3100" : "XYZ"}, white);
+      desk.SetMode(mode);
+      const WrittenPicture picture = desk.Scan();
+      CHECK(picture.plan.picture.area.width == (isListed ? 129 : 128));
+      CHECK(picture.pixels == std::vector<std::uint8_t>(picture.pixels.size(), 0xFF));
+    }
+  }
+}
+
 // The module takes the width of the bed in whole groups of eight pixels then.
 TEST_CASE("settings: at the highest resolutions a picture ends with the bed's last whole group") {
   const simulator::Picture document = Document(1200);
