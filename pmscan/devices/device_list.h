@@ -14,7 +14,7 @@ struct SimulatedEntry {
   std::string product;                  // product name, empty for a family's plain scanner
   std::string unit{};                   // "feeder" or "film unit"; empty without one
   unsigned deepBits = 0;                // of a sample in the deep modes
-  std::uint32_t highestResolution = 0;  // dots per inch
+  std::uint32_t highestResolution = 0;  // dots per inch; as pmscan info has it
 };
 
 struct ScannerFileEntry {

@@ -1,13 +1,13 @@
 #include "pmscan/devices/devices_command.h"
 
 #include <string>
+#include <variant>
 
 #include "pmscan/command_line/command_line.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/devices/simulated_connection.h"
 #include "pmscan/devices/still_image_devices.h"
 #include "simulator/catalog/catalog.h"
-#include "simulator/catalog/models.h"
 #include "simulator/catalog/profile.h"
 #include "simulator/catalog/profile_error.h"
 #include "simulator/catalog/scanner_files.h"
@@ -16,20 +16,32 @@
 namespace pmscan {
 namespace {
 
-// What the model has; of a family without a model its name alone.
+// The highest that the module makes of the identity, and takes.
+std::uint32_t HighestResolution(const simulator::ExtendedIdentity& identity) {
+  return identity.maxResolution / 2;
+}
+
+std::uint32_t HighestResolution(const simulator::StandardIdentity& identity) {
+  return identity.resolutions.back();
+}
+
+// What a scanner of a model has; of a family's plain one its name alone.
 SimulatedEntry EntryOf(const std::string& name) {
   SimulatedEntry entry{"sim:" + name, {}};
-  const std::string modelId = simulator::ModelIdOf(name);
-  for (const simulator::Model& model : simulator::ModelTable()) {
-    if (model.id != modelId) continue;
-    const std::string product(model.productName);
-    entry.product = product.substr(0, product.find_last_not_of(' ') + 1);
-    // More come only with extended commands, and from no model that the module knows by its id.
-    entry.deepBits = pmddb832::kUsualDeepBits;
-    entry.highestResolution = model.maxResolution;
-    if (model.optionUnit == simulator::OptionUnit::kFeeder) entry.unit = "feeder";
-    if (model.optionUnit == simulator::OptionUnit::kTransparencyUnit) entry.unit = "film unit";
-  }
+  if (simulator::ModelIdOf(name).empty()) return entry;
+  simulator::ScannerConfig config = simulator::ConfigOf(name);
+  std::visit(
+      [&](const auto& scanner) {
+        const std::string& product = scanner.identity.productName;
+        entry.product = product.substr(0, product.find_last_not_of(' ') + 1);
+        entry.highestResolution = HighestResolution(scanner.identity);
+      },
+      config);
+  // More come only with extended commands, and from no model that the module knows by its id.
+  entry.deepBits = pmddb832::kUsualDeepBits;
+  const simulator::OptionUnit unit = simulator::EquipmentOf(config).optionUnit;
+  if (unit == simulator::OptionUnit::kFeeder) entry.unit = "feeder";
+  if (unit == simulator::OptionUnit::kTransparencyUnit) entry.unit = "film unit";
   return entry;
 }
 

@@ -1,11 +1,14 @@
 #include <doctest/doctest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "tests/program/pmscan_program.h"
 
 // Settings of a scan, and what pmscan does besides scans, as a whole program.
 
 namespace {
 
+using Json = nlohmann::json;
 using pmscan::tests::ProgramResult;
 using pmscan::tests::ProgramUnderTest;
 
@@ -87,6 +90,22 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
     CHECK(Has(result.output, " G start "));
   }
   CHECK(Run("scan --dry-run --focus auto --device sim:standard:RV3000").exitCode == 65);
+}
+
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the list of devices tells what info tells") {
+  const Json simulated = Json::parse(Run("devices --json").output)["simulated"];
+  CHECK(simulated.size() == 50);
+  for (const Json& listed : simulated) {
+    const std::string device = listed["device"];
+    const std::string product = listed["product"];
+    CAPTURE(device);
+    if (product.empty()) continue;
+    const Json info = Json::parse(Run("info --json --device " + device).output);
+    CHECK(info["product"] == product);
+    CHECK(listed["highestResolution"] == info["highestResolution"]);
+    CHECK(info["sources"][1]["fitted"] == (listed["unit"] == "feeder"));
+    CHECK(info["sources"][2]["fitted"] == (listed["unit"] == "film unit"));
+  }
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: profiles lie where the system keeps settings") {
