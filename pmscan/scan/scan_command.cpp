@@ -4,6 +4,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "capture/file/number_text.h"
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
@@ -100,10 +101,10 @@ ScanPlan SetUp(const Options& options, const Surroundings& with, Session& sessio
   session.Select(options.source);
   DescribeScan(plan.asked, settings);
   if (options.focus) FocusFor(options, with, settings);
-  if (options.area && plan.missing > 0) {
+  if (plan.missing > 0) {
     with.progress.Note(
         "Note: the scanner delivers whole groups of eight pixels; the picture ends " +
-        std::to_string(plan.missing) + " pixels before the right edge.");
+        capture::Counted(plan.missing, "pixel") + " before the right edge.");
   }
   return plan;
 }

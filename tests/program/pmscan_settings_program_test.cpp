@@ -92,6 +92,25 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
   CHECK(Run("scan --dry-run --focus auto --device sim:standard:RV3000").exitCode == 65);
 }
 
+// The bed is 637 pixels wide, the feeder 637 as well.
+TEST_CASE_FIXTURE(
+    ProgramUnderTest,
+    "pmscan.exe: columns at the right edge that cannot be had are told of every scan") {
+  const std::string note =
+      "Note: the scanner delivers whole groups of eight pixels; the picture ends 5 pixels before "
+      "the right edge.\n";
+  const std::string scan = "scan --overwrite -o a.bmp --resolution 75 --device sim:";
+  CHECK(Run(scan + "standard:QM2700").errors == note);
+  CHECK(Run(scan + "standard:QM2700 --area 0px,0px,637px,10px").errors == note);
+  CHECK(Run(scan + "standard:QM2500 --source feeder").errors == note);
+  CHECK(Run(scan + "extended:QM2700 --mode lineart").errors == note);
+  CHECK(Run(scan + "standard:QM2700 --area 0px,0px,633px,10px").errors ==
+        "Note: the scanner delivers whole groups of eight pixels; the picture ends 1 pixel before "
+        "the right edge.\n");
+  CHECK(Run(scan + "standard:QM2700 --area 0px,0px,632px,10px").errors.empty());
+  CHECK(Run(scan + "extended:QM2700").errors.empty());
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the list of devices tells what info tells") {
   const Json simulated = Json::parse(Run("devices --json").output)["simulated"];
   CHECK(simulated.size() == 50);
