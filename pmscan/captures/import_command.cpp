@@ -40,12 +40,6 @@ ImportedTrace Import(const Options& options) {
   }
 }
 
-// "folder/usb.pcapng" becomes "folder/usb.capture".
-std::string OutputFor(const Options& options) {
-  if (!options.importedFile.empty()) return options.importedFile;
-  return Utf8(PathOf(options.trace).replace_extension(".capture"));
-}
-
 std::string Remarks(const Options& options, const ImportedTrace& imported) {
   std::string text = "pmscan import " + options.trace;
   for (const std::string& note : imported.notes) text += "\n" + note;
@@ -66,9 +60,14 @@ void Write(const std::string& name, const std::string& remarks, const capture::C
 
 }  // namespace
 
+std::string ImportedFile(const Options& options) {
+  if (!options.importedFile.empty()) return options.importedFile;
+  return Utf8(PathOf(options.trace).replace_extension(".capture"));
+}
+
 void RunImportCommand(const Options& options, std::ostream& out) {
   const ImportedTrace imported = Import(options);
-  const std::string name = OutputFor(options);
+  const std::string name = ImportedFile(options);
   RequireFree(name, options.mayOverwrite);
   Write(name, Remarks(options, imported), imported.capture);
   out << name << ": " << capture::Counted(imported.capture.entries.size(), "transfer")

@@ -12,6 +12,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/module_library.h"
+#include "pmscan/scan/page_names.h"
 
 namespace pmscan {
 namespace {
@@ -69,6 +70,7 @@ void RunReplayCommand(const Options& options, const std::string& commandText, Js
   capture::DifferenceLog log(options.isTolerant);
   std::optional<ReplayedPictures> pictures;
   if (!options.replayedPicture.empty()) {
+    RequireRoom(PageNames::Single(options.replayedPicture), 1, options.mayOverwrite);
     pictures.emplace(options.replayedPicture, options.mayOverwrite);
   }
   Replay replay(capture, options.readCapture, log, pictures.has_value() ? &*pictures : nullptr);

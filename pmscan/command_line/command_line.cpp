@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
+#include "pmscan/command_line/named_files.h"
 #include "pmscan/command_line/option_table.h"
 #include "pmscan/command_line/scan_words.h"
 #include "pmscan/command_line/word_choice.h"
@@ -121,6 +122,7 @@ std::vector<std::string> WithProfile(const Program& program, std::vector<std::st
 Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
   Options& options = program.words;
   ReadScanWords(program.words, options);
+  RequireOwnFiles(program.words);
   if (!options.savedProfile.empty()) {
     SaveProfile(profileFolder, options.savedProfile,
                 GivenOptions(*program.app.get_subcommand("scan")), options.mayOverwrite);
@@ -156,7 +158,10 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
   if (words.command == Command::kFocus) {
     words.focus = ParseFocus(words.focusText.empty() ? "auto" : words.focusText);
   }
-  if (words.command != Command::kScan) return words;
+  if (words.command != Command::kScan) {
+    RequireOwnFiles(words);
+    return words;
+  }
   if (words.profile.empty()) return FinishScan(program, profileFolder);
   RequireSound(profileFolder, words.profile);
   Program merged;

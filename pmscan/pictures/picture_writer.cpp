@@ -31,7 +31,7 @@ void PourOut(const std::filesystem::path& path) {
 
 PictureWriter::PictureWriter(const PictureFile& pictureFile)
     : file_(pictureFile),
-      growing_(GrowingPath(file_.name), PathOf(file_.name)),
+      growing_(GrowingPath(file_.name), PlaceOf(file_.name)),
       bytes_(growing_.Path(), file_.name),
       encoder_(MakeEncoder(file_.format.container, bytes_,
                            {file_.mode.layout, file_.dotsPerInch, file_.quality, file_.origin})) {}

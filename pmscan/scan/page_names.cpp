@@ -57,6 +57,33 @@ std::optional<std::string> OccupiedFile(const std::string& file) {
   return std::nullopt;
 }
 
+// Why the file cannot be written, without the full stop; empty when it can. Tries it.
+std::string ObstacleOf(const std::string& file) {
+  if (std::string standing = StandingInPlace(file); !standing.empty()) return standing;
+  const std::filesystem::path growing = PathOf(GrowingName(file));
+  const std::filesystem::path folder = growing.has_parent_path() ? growing.parent_path() : ".";
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folder, ignored)) {
+    return "there is no folder " + Utf8(folder);
+  }
+  if (std::filesystem::exists(growing, ignored)) return {};
+  const bool isWritable = std::ofstream(growing).is_open();
+  const int reason = errno;
+  std::filesystem::remove(growing, ignored);
+  if (isWritable) return {};
+  return Utf8(growing) + " does not open for writing: " + std::generic_category().message(reason);
+}
+
+// What one of the pages would have to replace and cannot.
+std::string FirstStanding(const PageNames& names, const std::optional<std::uint32_t>& pages) {
+  if (!names.AreNumbered()) return {};
+  for (const std::uint32_t page : names.NumbersInUse()) {
+    if (pages && page > *pages) break;
+    if (std::string standing = StandingInPlace(names.Of(page)); !standing.empty()) return standing;
+  }
+  return {};
+}
+
 }  // namespace
 
 PageNames PageNames::Single(std::string file) {
@@ -109,6 +136,13 @@ std::set<std::uint32_t> PageNames::NumbersInUse() const {
   return numbers;
 }
 
+bool PageNames::Include(const std::string& file) const {
+  if (!isNumbered_) return before_ != kStandardOutput && IsSameFile(before_, file);
+  const std::size_t place = Utf8(PathOf(before_).filename()).size();
+  const std::uint32_t page = NumberAt(Utf8(PathOf(file).filename()), place);
+  return page > 0 && IsSameFile(Of(page), file);
+}
+
 std::optional<std::string> FirstOccupied(const PageNames& names,
                                          const std::optional<std::uint32_t>& pages) {
   if (!names.AreNumbered()) return OccupiedFile(names.Of(1));
@@ -119,28 +153,20 @@ std::optional<std::string> FirstOccupied(const PageNames& names,
   return std::nullopt;
 }
 
-std::optional<std::string> FirstObstacle(const PageNames& names) {
-  const std::string file = names.Of(1);
-  if (file == kStandardOutput) return std::nullopt;
-  const std::filesystem::path path = PathOf(file);
-  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) return file + " is a folder";
-  if (!std::filesystem::is_directory(folder, ignored)) {
-    return "there is no folder " + Utf8(path.parent_path());
+void RequireRoom(const PageNames& names, const std::optional<std::uint32_t>& pages,
+                 bool mayOverwrite) {
+  const std::string first = names.Of(1);
+  std::string obstacle = first == kStandardOutput ? "" : ObstacleOf(first);
+  if (obstacle.empty()) obstacle = FirstStanding(names, pages);
+  if (!obstacle.empty()) throw Failure(kOutputFile, obstacle + ".");
+  if (mayOverwrite) return;
+  if (const auto file = FirstOccupied(names, pages)) {
+    throw Failure(kOutputFile, IsThereAlready(*file));
   }
-  const std::filesystem::path growing = PathOf(GrowingName(file));
-  if (std::filesystem::exists(growing, ignored)) return std::nullopt;
-  const bool isWritable = std::ofstream(growing).is_open();
-  const int reason = errno;
-  std::filesystem::remove(growing, ignored);
-  if (isWritable) return std::nullopt;
-  return GrowingName(file) +
-         " does not open for writing: " + std::generic_category().message(reason);
 }
 
 std::string GrowingName(const std::string& file) {
-  return file + ".part";
+  return Utf8(PlaceOf(file)) + ".part";
 }
 
 }  // namespace pmscan

@@ -28,6 +28,9 @@ class PageNames {
   bool AreNumbered() const { return isNumbered_; }
   std::string Of(std::uint32_t page) const;
 
+  // Whether the file is that of a page.
+  bool Include(const std::string& file) const;
+
   // The numbers in the names of the files in the folder, where the page's number would stand; what
   // else is in those names does not matter.
   std::set<std::uint32_t> NumbersInUse() const;
@@ -44,11 +47,13 @@ class PageNames {
 std::optional<std::string> FirstOccupied(const PageNames& names,
                                          const std::optional<std::uint32_t>& pages);
 
-// What stands in the way of writing the files: a folder that is missing, or a file's name that is a
-// folder's; nothing when they can be written. Tries it, and leaves nothing behind.
-std::optional<std::string> FirstObstacle(const PageNames& names);
+// Throws Failure(kOutputFile) when one of the files cannot be written: its folder is missing, what
+// stands there is no file, or a file that may not be replaced. Tries it, and leaves nothing behind.
+void RequireRoom(const PageNames& names, const std::optional<std::uint32_t>& pages,
+                 bool mayOverwrite);
 
-// Name of the file that a picture is written to before it takes its place.
+// Name of the file that a picture is written to before it takes its place; beside the place that a
+// link leads to.
 std::string GrowingName(const std::string& file);
 
 }  // namespace pmscan

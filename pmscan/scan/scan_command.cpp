@@ -7,7 +7,6 @@
 #include "capture/file/number_text.h"
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
-#include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/progress.h"
 #include "pmscan/devices/still_image_device_names.h"
 #include "pmscan/pictures/picture_origin.h"
@@ -244,13 +243,7 @@ void RequireRunnable(const Options& options) {
                                     options.device + " the commands would really be sent.");
   }
   if (options.isDryRun) return;
-  if (const auto obstacle = FirstObstacle(options.names)) {
-    throw Failure(kOutputFile, *obstacle + ".");
-  }
-  if (options.mayOverwrite) return;
-  const std::optional<std::string> file = FirstOccupied(options.names, options.pages);
-  if (!file) return;
-  throw Failure(kOutputFile, IsThereAlready(*file));
+  RequireRoom(options.names, options.pages, options.mayOverwrite);
 }
 
 }  // namespace pmscan

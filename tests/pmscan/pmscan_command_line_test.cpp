@@ -223,4 +223,28 @@ TEST_CASE("pmscan: replay takes a capture, strictly unless told otherwise") {
   CHECK(RefusalOf({"replay"}) == pmscan::kUsage);
 }
 
+TEST_CASE("pmscan: what is written is not what is read, nor what is written besides") {
+  for (const Arguments& arguments : {
+           Arguments{"report", "a.x", "-o", "./a.x", "--overwrite"},
+           Arguments{"convert", "a.x", "-o", "b/../a.x"},
+           Arguments{"import", "a.x", "-o", "a.x", "--overwrite"},
+           Arguments{"import", "a.capture", "--overwrite"},
+           Arguments{"replay", "a.x", "--capture", "a.x"},
+           Arguments{"replay", "a.x", "-o", "b.png", "--capture", "b.png"},
+           Arguments{"scan", "-o", "a.png", "--capture", "a.png"},
+           Arguments{"scan", "-o", "a.png", "--original", "a.png"},
+           Arguments{"scan", "--batch", "a%d.png", "--source", "feeder", "--capture", "a12.png"},
+           Arguments{"info", "--device", "capture:a.x", "--capture", "a.x"},
+           Arguments{"info", "--device", "sim:a.json", "--capture", "a.json"},
+           Arguments{"info", "--faults", "a.json", "--capture", "a.json"},
+       }) {
+    CAPTURE(arguments[0] + " " + arguments[1]);
+    CHECK(RefusalOf(arguments) == pmscan::kUnsupported);
+  }
+  CHECK(pmscan::tests::RefusalOf([] {
+          ParseCommandLine({"report", "a.x", "-o", "a.x"});
+        }) == "65 -o and FILE name the same file, a.x: what is written needs a file of its own.");
+  CHECK(RefusalOf({"report", "a.x", "-o", "b.x"}) == 0);
+}
+
 }  // namespace

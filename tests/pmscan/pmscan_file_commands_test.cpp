@@ -150,4 +150,14 @@ TEST_CASE("report leaves the pictures out when it is told to") {
   CHECK(folder.Text("some.pcapng").find("data:image/png") == std::string::npos);
 }
 
+TEST_CASE("what is no regular file is not replaced by what is made of a capture") {
+  const CaptureFolder folder;
+  Options options = folder.Write(kReset);
+  options.mayOverwrite = true;
+  std::filesystem::create_directories(options.convertedFile);
+  std::ostringstream out;
+  CHECK(pmscan::tests::RefusalOf([&] { pmscan::RunReportCommand(options, out); }) ==
+        "74 " + options.convertedFile + " is a folder.");
+}
+
 }  // namespace

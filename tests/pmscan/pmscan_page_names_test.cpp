@@ -1,5 +1,9 @@
 #include <doctest/doctest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include <string>
 
 #include "pmscan/scan/page_names.h"
@@ -66,6 +70,55 @@ TEST_CASE_FIXTURE(Folder, "pmscan: a file that is growing occupies its place") {
   CHECK(FirstOccupied(PageNames::Single(Name("page.png")), 1) == Name("page.png.part"));
   CHECK(FirstOccupied(PageNames::Numbered(Name("page%d.png")), 2) == Name("page2.png.part"));
 }
+
+TEST_CASE_FIXTURE(Folder, "pmscan: a picture takes the place of a regular file only") {
+  const auto refusal = [&](const PageNames& names) {
+    return pmscan::tests::RefusalOf([&] { pmscan::RequireRoom(names, std::nullopt, true); });
+  };
+  Make("page.png");
+  CHECK(refusal(PageNames::Single(Name("page.png"))) == "accepted");
+  std::filesystem::create_directories(Name("dir.png"));
+  std::filesystem::create_directories(Name("page2.tif"));
+  CHECK(refusal(PageNames::Single(Name("dir.png"))) == "73 " + Name("dir.png") + " is a folder.");
+  CHECK(refusal(PageNames::Numbered(Name("page%d.tif"))) ==
+        "73 " + Name("page2.tif") + " is a folder.");
+  CHECK(refusal(PageNames::Single(Name("no/page.png"))) ==
+        "73 there is no folder " + Name("no") + ".");
+}
+
+TEST_CASE_FIXTURE(Folder, "pmscan: a file is one of a batch when its name has the page's number") {
+  const PageNames names = PageNames::Numbered(Name("page%03d.png"));
+  CHECK(names.Include(Name("page012.png")));
+  CHECK(names.Include(Name("./page1234.png")));
+  CHECK(!names.Include(Name("page12.png")));
+  CHECK(!names.Include(Name("page000.png")));
+  CHECK(!names.Include(Name("page012.tif")));
+  CHECK(PageNames::Single(Name("a.png")).Include(Name("no/../a.png")));
+  CHECK(!PageNames::Single("-").Include("-"));
+}
+
+#ifndef _WIN32
+TEST_CASE_FIXTURE(Folder, "pmscan: a picture grows beside what its link leads to") {
+  Make("far/kept.png");
+  std::filesystem::create_symlink("far/kept.png", Name("near.png"));
+  std::filesystem::create_symlink("near.png", Name("nearer.png"));
+  std::filesystem::create_symlink("far/new.png", Name("dangling.png"));
+  CHECK(pmscan::GrowingName(Name("nearer.png")) == Name("far/kept.png.part"));
+  CHECK(pmscan::GrowingName(Name("dangling.png")) == Name("far/new.png.part"));
+}
+
+TEST_CASE_FIXTURE(Folder, "pmscan: a picture does not take the place of a pipe, nor of a ring") {
+  Make("page.png");
+  std::filesystem::create_symlink("ring.png", Name("ring.png"));
+  REQUIRE(mkfifo(Name("page2.png").c_str(), S_IRUSR | S_IWUSR) == 0);
+  CHECK(pmscan::tests::RefusalOf([&] {
+          pmscan::RequireRoom(PageNames::Numbered(Name("page%d.png")), 2, true);
+        }) == "73 " + Name("page2.png") + " is no regular file.");
+  CHECK(pmscan::tests::RefusalOf([&] {
+          pmscan::RequireRoom(PageNames::Single(Name("ring.png")), 1, true);
+        }) == "73 " + Name("ring.png") + " is a link that leads in a circle.");
+}
+#endif
 
 TEST_CASE("pmscan: a folder that does not exist holds nothing") {
   CHECK(!FirstOccupied(PageNames::Numbered("no/such/folder/%d.png"), std::nullopt));

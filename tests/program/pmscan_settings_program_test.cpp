@@ -134,4 +134,18 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: profiles lie where the system k
   CHECK(Run("profiles").output == "letters\n");
 }
 
+#ifndef _WIN32
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a picture goes to what its link leads to") {
+  std::filesystem::create_directories(Folder() / "far");
+  Write("far/old.bmp", "old");
+  std::filesystem::create_symlink("far/old.bmp", Folder() / "near.bmp");
+  const std::string scan = "scan -o near.bmp --mode grey --area 0in,0in,13px,7px";
+  CHECK(Run(scan).exitCode == 73);
+  CHECK(Contents("far/old.bmp") == "old");
+  CHECK(Run(scan + " --overwrite").exitCode == 0);
+  CHECK(std::filesystem::is_symlink(Folder() / "near.bmp"));
+  CHECK(Contents("far/old.bmp").starts_with("BM"));
+}
+#endif
+
 }  // namespace
