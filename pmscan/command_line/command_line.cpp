@@ -104,19 +104,19 @@ std::vector<KeptOption> GivenOptions(const CLI::App& scan) {
   std::vector<KeptOption> given;
   for (const CLI::Option* option : scan.get_options()) {
     const std::string name = option->get_single_name();
-    if (option->count() > 0 && IsKept(name)) given.push_back({name, option->results().back()});
+    if (option->count() == 0 || !IsKept(name)) continue;
+    given.push_back(ForAnyFolder({name, option->results().back()}));
   }
   return given;
 }
 
-// The arguments with those of the profile that they do not overrule.
-std::vector<std::string> WithProfile(const Program& program, std::vector<std::string> arguments,
-                                     const std::filesystem::path& folder) {
-  for (const KeptOption& kept : LoadProfile(folder, program.words.profile)) {
-    const bool isGiven = program.app.get_subcommand("scan")->count("--" + kept.name) > 0;
-    if (!isGiven) arguments.push_back("--" + kept.name + "=" + kept.value);
-  }
-  return arguments;
+// The options of the profile that those given besides do not overrule.
+std::vector<KeptOption> ProfileOptions(const Program& program,
+                                       const std::filesystem::path& folder) {
+  std::vector<KeptOption> options = LoadProfile(folder, program.words.profile);
+  const CLI::App& scan = *program.app.get_subcommand("scan");
+  std::erase_if(options, [&](const KeptOption& kept) { return scan.count("--" + kept.name) > 0; });
+  return options;
 }
 
 Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
@@ -148,6 +148,27 @@ void RequireSound(const std::filesystem::path& folder, const std::string& profil
   }
 }
 
+Options FinishWithProfile(const Program& program, std::vector<std::string> arguments,
+                          const std::filesystem::path& folder) {
+  RequireSound(folder, program.words.profile);
+  Program merged;
+  CommandWords& words = merged.words;
+  for (const KeptOption& kept : ProfileOptions(program, folder)) {
+    arguments.push_back("--" + kept.name + "=" + kept.value);
+    const std::string file = FileNamedBy(kept);
+    if (!file.empty()) words.profileNames.push_back(file);
+  }
+  Parse(merged, arguments);
+  words.command = program.words.command;
+  words.capture = program.words.capture;
+  words.profileFile = ProfileFile(folder, program.words.profile);
+  try {
+    return FinishScan(merged, folder);
+  } catch (const Failure& failure) {
+    throw WithProfile(failure, words);
+  }
+}
+
 // The options of a command line without help in it.
 Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
                   const std::filesystem::path& profileFolder) {
@@ -163,12 +184,7 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
     return words;
   }
   if (words.profile.empty()) return FinishScan(program, profileFolder);
-  RequireSound(profileFolder, words.profile);
-  Program merged;
-  Parse(merged, WithProfile(program, arguments, profileFolder));
-  merged.words.command = words.command;
-  merged.words.capture = words.capture;
-  return FinishScan(merged, profileFolder);
+  return FinishWithProfile(program, arguments, profileFolder);
 }
 
 // What is told of a word that nobody knows; empty when there is none, and where a subcommand is

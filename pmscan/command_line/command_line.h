@@ -80,6 +80,8 @@ struct Options {
   bool keepsPartial = false;              // what came of a page that failed
   std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal
   std::string savedProfile;  // the name under which the settings were kept; empty: none
+  std::string profileFile;   // of the profile that was taken; empty: none
+  std::vector<std::string> profileNames;  // the files that it names for this scan
   // Of profiles.
   std::string shownProfile;  // empty: all
   bool removesProfile = false;

@@ -14,6 +14,7 @@
 #include "pmscan/command_line/console.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/help_text.h"
+#include "pmscan/command_line/named_files.h"
 #include "pmscan/command_line/profiles_command.h"
 #include "pmscan/command_line/progress.h"
 #include "pmscan/command_line/system_services.h"
@@ -197,7 +198,8 @@ int RunReporting(const Options& options, Json& report) {
     if (options.command != Command::kReplay) return RunWithDevice(options, report);
     RunReplayCommand(options, CommandText(), report);
     return 0;
-  } catch (const Failure& failure) {
+  } catch (const Failure& reason) {
+    const Failure failure = WithProfile(reason, options);
     report["error"] = FailureJson(failure);
     return Report(failure);
   }

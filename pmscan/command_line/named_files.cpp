@@ -1,5 +1,7 @@
 #include "pmscan/command_line/named_files.h"
 
+#include <algorithm>
+#include <system_error>
 #include <vector>
 
 #include "pmscan/captures/import_command.h"
@@ -42,6 +44,12 @@ bool IsOutput(const CommandWords& words, const std::string& file) {
   return !output.empty() && IsSameFile(output, file);
 }
 
+bool TakesFile(const std::string& optionName) {
+  return std::any_of(kOptions.begin(), kOptions.end(), [&](const OptionRow& row) {
+    return row.value == "FILE" && LongName(row).substr(2) == optionName;
+  });
+}
+
 [[noreturn]] void RefuseShared(const std::string& one, const NamedFile& other) {
   throw Failure(kUnsupported, one + " and " + other.by + " name the same file, " + other.file +
                                   ": what is written needs a file of its own.");
@@ -54,6 +62,31 @@ std::string DeviceFile(const std::string& device) {
   if (!IsSimulatorName(device)) return {};
   const std::string name = SimulatorName(device);
   return simulator::IsScannerFileName(name) ? name : "";
+}
+
+std::string FileNamedBy(const KeptOption& option) {
+  if (option.name == "device") return DeviceFile(option.value);
+  return TakesFile(option.name) ? option.value : "";
+}
+
+KeptOption ForAnyFolder(const KeptOption& option) {
+  const std::string file = FileNamedBy(option);
+  if (file.empty()) return option;
+  const std::filesystem::path path = PathOf(file);
+  std::error_code ignored;
+  const bool isSimulator = option.name == "device" && IsSimulatorName(option.value);
+  if (isSimulator && !std::filesystem::exists(path, ignored)) return option;
+  const std::string before = option.value.substr(0, option.value.size() - file.size());
+  return {option.name, before + Utf8(std::filesystem::absolute(path).lexically_normal())};
+}
+
+Failure WithProfile(const Failure& failure, const Options& options) {
+  const std::string detail = failure.what();
+  const bool isOfProfile =
+      std::any_of(options.profileNames.begin(), options.profileNames.end(),
+                  [&](const std::string& name) { return detail.starts_with(name); });
+  if (!isOfProfile) return Failure(failure);
+  return Failure(failure.code, options.profileFile + ": " + detail);
 }
 
 void RequireOwnFiles(const CommandWords& words) {

@@ -1,9 +1,11 @@
 #include <doctest/doctest.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 
 #include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/named_files.h"
 #include "pmscan/command_line/profiles_command.h"
 #include "pmscan/scan/scan_profile.h"
 #include "tests/pmscan/refusal.h"
@@ -51,6 +53,49 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a profile keeps the options that were given
 TEST_CASE_FIXTURE(Profiles, "pmscan: the files of a scan are not kept") {
   Parse({"scan", "-o", "a.png", "--overwrite", "--save-profile", "empty"});
   CHECK(Text("empty") == "{}\n");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile names its files from anywhere") {
+  const pmscan::tests::WorkingFolder inside(path);
+  std::string numbers;
+  for (int i = 0; i < 256; ++i) numbers += "7 ";
+  TestFolder::Write("table.txt", numbers);
+  TestFolder::Write("desk.json", "{}");
+  Parse({"scan", "--gamma-table", "table.txt", "--original", "./bed.png", "--device",
+         "sim:desk.json", "--save-profile", "near"});
+  const std::string kept = Text("near");
+  CAPTURE(kept);
+  const auto has = [&](const std::string& value) {
+    return kept.find(nlohmann::json(value).dump()) != std::string::npos;
+  };
+  const auto whole = [](const char* name) {
+    return std::filesystem::absolute(name).lexically_normal().string();
+  };
+  CHECK(has(whole("table.txt")));
+  CHECK(has(whole("bed.png")));
+  CHECK(has("sim:" + whole("desk.json")));
+  Parse({"scan", "--device", "sim:brought.json", "--save-profile", "brought"});
+  CHECK(Text("brought") == "{\n  \"device\": \"sim:brought.json\"\n}\n");
+  Parse({"scan", "--device", "capture:a.capture", "--save-profile", "captured"});
+  CHECK(Text("captured").find(nlohmann::json("capture:" + whole("a.capture")).dump()) !=
+        std::string::npos);
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: what fails in a file of a profile is told with the profile") {
+  Write("table", R"({"gamma-table": "no.txt", "original": "no.png"})");
+  const std::string file = pmscan::ProfileFile(folder, "table");
+  CHECK(RefusalOf({"scan", "-o", "a.bmp", "--profile", "table"}) ==
+        "71 " + file + ": no.txt cannot be opened.");
+  CHECK(RefusalOf({"scan", "-o", "a.bmp", "--profile", "table", "--gamma-table", "not.txt"}) ==
+        "71 not.txt cannot be opened.");
+  Write("table", R"({"original": "no.png", "device": "capture:no.capture"})");
+  const Options options = Parse({"scan", "-o", "a.bmp", "--profile", "table"});
+  const auto told = [&](const char* detail) {
+    return std::string(pmscan::WithProfile(pmscan::Failure(66, detail), options).what());
+  };
+  CHECK(told("no.png: cannot open it") == file + ": no.png: cannot open it");
+  CHECK(told("no.capture does not open") == file + ": no.capture does not open");
+  CHECK(told("other.png: cannot open it") == "other.png: cannot open it");
 }
 
 TEST_CASE_FIXTURE(Profiles, "pmscan: what a profile keeps is what the scan gets") {

@@ -31,4 +31,20 @@ class TestFolder {
   const std::filesystem::path path;
 };
 
+// The folder, which is made, is the working folder as long as this lives.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(const std::filesystem::path& folder)
+      : before_(std::filesystem::current_path()) {
+    std::filesystem::create_directories(folder);
+    std::filesystem::current_path(folder);
+  }
+  ~WorkingFolder() { std::filesystem::current_path(before_); }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+
+ private:
+  const std::filesystem::path before_;
+};
+
 }  // namespace pmscan::tests
