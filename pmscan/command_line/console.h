@@ -45,7 +45,7 @@ void JoinOutput();
 void FlushOutput();
 
 // From here on the first Ctrl+C no longer ends the program but makes IsInterrupted true; the second
-// one ends it at once.
+// one ends it at once. What comes within 0.3 seconds of the first is the same one.
 void CatchInterrupt();
 bool IsInterrupted();
 

@@ -6,13 +6,15 @@
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <system_error>
+
+#include "pmscan/command_line/interruption.h"
 
 namespace pmscan {
 namespace {
@@ -21,16 +23,25 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kInterruptedExit = 130;
 
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
+Interruption interruptions;
 
 // A pipe that something can be read from behind the first Ctrl+C.
 std::array<int, 2> interruption{-1, -1};
 
+std::int64_t MillisecondsNow() {
+  constexpr std::int64_t kPerSecond = 1000;
+  constexpr std::int64_t kNanoseconds = 1000000;  // in one
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * kPerSecond + now.tv_nsec / kNanoseconds;
+}
+
 // Calls nothing but what a signal handler may.
 extern "C" void OnInterrupt(int /*signal*/) {
-  if (interrupted.exchange(true)) _exit(kInterruptedExit);
   const int before = errno;
+  const Interrupt interrupt = interruptions.Count(MillisecondsNow());
+  if (interrupt == Interrupt::kSecond) _exit(kInterruptedExit);
+  if (interrupt == Interrupt::kSameAgain) return;
   const char sign = 0;
   // A pipe that is full, which it is not, would do as well.
   [[maybe_unused]] const ssize_t written = write(interruption[1], &sign, 1);
@@ -106,7 +117,7 @@ void CatchInterrupt() {
 }
 
 bool IsInterrupted() {
-  return interrupted;
+  return interruptions.HasCome();
 }
 
 // What else stops a wait does not end the pause.

@@ -6,12 +6,12 @@
 #include <shellapi.h>
 
 #include <array>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 #include "pmscan/command_line/console.h"
+#include "pmscan/command_line/interruption.h"
 #include "pmscan/windows/wide_text.h"
 
 namespace pmscan {
@@ -19,13 +19,14 @@ namespace {
 
 constexpr UINT kInterruptedExit = 130;
 
-std::atomic<bool> interrupted = false;
+Interruption interruptions;
 HANDLE interruption = nullptr;
 
 BOOL WINAPI OnConsoleEvent(DWORD event) {
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
-  if (interrupted.exchange(true)) TerminateProcess(GetCurrentProcess(), kInterruptedExit);
-  SetEvent(interruption);
+  const Interrupt interrupt = interruptions.Count(static_cast<std::int64_t>(GetTickCount64()));
+  if (interrupt == Interrupt::kSecond) TerminateProcess(GetCurrentProcess(), kInterruptedExit);
+  if (interrupt == Interrupt::kFirst) SetEvent(interruption);
   return TRUE;
 }
 
@@ -97,7 +98,7 @@ void CatchInterrupt() {
 }
 
 bool IsInterrupted() {
-  return interrupted;
+  return interruptions.HasCome();
 }
 
 void PauseUnlessInterrupted(std::chrono::milliseconds pause) {

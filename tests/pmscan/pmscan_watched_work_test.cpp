@@ -3,6 +3,7 @@
 #include <future>
 #include <stdexcept>
 
+#include "pmscan/command_line/interruption.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/guarded_store.h"
 #include "pmscan/scan/watched_work.h"
@@ -120,6 +121,22 @@ TEST_CASE("pmscan: a store that is closed between pages, or before the first lin
   GuardedStore unused;
   CHECK(unused.Close().empty());
   CHECK(pmscan::tests::CodeOf([&] { unused.Guard(told); }) == pmscan::kInterrupted);
+}
+
+TEST_CASE("pmscan: Ctrl+C that comes several times within 0.3 seconds is pressed once") {
+  pmscan::Interruption interruption;
+  CHECK(!interruption.HasCome());
+  CHECK(interruption.Count(7001) == pmscan::Interrupt::kFirst);
+  CHECK(interruption.HasCome());
+  CHECK(interruption.Count(7001) == pmscan::Interrupt::kSameAgain);
+  CHECK(interruption.Count(7300) == pmscan::Interrupt::kSameAgain);
+  CHECK(interruption.Count(7301) == pmscan::Interrupt::kSecond);
+}
+
+TEST_CASE("pmscan: the second Ctrl+C counts however late it comes") {
+  pmscan::Interruption interruption;
+  CHECK(interruption.Count(0) == pmscan::Interrupt::kFirst);
+  CHECK(interruption.Count(86400000) == pmscan::Interrupt::kSecond);
 }
 
 }  // namespace

@@ -90,6 +90,8 @@ scan=$!
 await errors.txt '"lines": 1170'
 kill -INT "$scan"
 await errors.txt "Ctrl+C again ends at once"
+# Sooner it would be the same one.
+sleep 0.5
 kill -INT "$scan"
 code=0
 wait "$scan" || code=$?
