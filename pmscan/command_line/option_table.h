@@ -140,15 +140,15 @@ inline constexpr std::array kAll{
     OptionRow{kScan, kGiven, "-o,--output", "FILE", &At<&W::output>,
               "the picture: .png, .tif, .tiff, .pdf, .bmp, .jpg or .jpeg; - for\n"
               "standard output, which takes one page and no report"},
-    OptionRow{kScan, kGiven, "--format", "FORMAT", &At<&W::formatName>,
+    OptionRow{kScan, kKept, "--format", "FORMAT", &At<&W::formatName>,
               "png, tif, tiff, pdf, bmp, jpg or jpeg, whatever FILE ends in\n"
               "(default: what it ends in; png for -o -)", 0, 0, "", &FormatNames},
-    OptionRow{kScan, kGiven, "--quality", "N", &At<&W::quality>,
+    OptionRow{kScan, kKept, "--quality", "N", &At<&W::quality>,
               "of JPEG, also in a .pdf file, 1 to 100 (default 85)", 1, 100},
     OptionRow{kScan, kGiven, "--batch", "NAME", &At<&W::batch>,
               "a file for each page, with its number for %d or %03d in NAME; or\n"
               "one .tif or .pdf file for all of them"},
-    OptionRow{kScan, kGiven, "--pages", "N", &At<&W::pageCount>,
+    OptionRow{kScan, kKept, "--pages", "N", &At<&W::pageCount>,
               "how many pages at most, 1 to 9999 (default: one with -o, with\n"
               "--batch all that the feeder holds)", 1, 9999},
     OptionRow{kScan, kKept, "--wait-for-paper", "SECONDS", &At<&W::paperSeconds>,

@@ -7,12 +7,14 @@
 namespace pmscan {
 namespace {
 
-const PictureFormat& FormatOf(const CommandWords& words, const std::string& name) {
+// Without a file and a word there is none yet.
+PictureFormat FormatOf(const CommandWords& words, const std::string& name) {
   if (!words.formatName.empty()) {
     const PictureFormat* const format = FindFormat(words.formatName);
     if (format == nullptr) RefuseWord("format", words.formatName);
     return *format;
   }
+  if (name.empty()) return {};
   return name == kStandardOutput ? *FindFormat("png") : FormatByFileName(name);
 }
 
@@ -61,8 +63,8 @@ void ReadOutput(const CommandWords& words, Options& options) {
   const std::string& name = isBatch ? words.batch : words.output;
   options.hasOutput = !name.empty();
   if (words.pageCount > 0) options.pages = words.pageCount;
-  if (!options.hasOutput) return;
   options.format = FormatOf(words, name);
+  if (!options.hasOutput) return;
   options.names =
       isBatch && PageNames::IsPattern(name) ? PageNames::Numbered(name) : PageNames::Single(name);
   if (isBatch && words.pageCount == 0) options.pages.reset();

@@ -108,6 +108,19 @@ TEST_CASE("pmscan: the document and the help tell the numbers that an option tak
   }
 }
 
+TEST_CASE("pmscan: the document tells every option of a scan that profiles do not keep") {
+  const std::string text = ReadDocument().at("scan").at("--save-profile NAME");
+  const std::string kept = text.substr(text.find("all but"));
+  for (const OptionRow& row : pmscan::kOptions) {
+    if ((row.commands & pmscan::Bit(pmscan::Command::kScan)) == 0) continue;
+    const std::string name = "`" + std::string(pmscan::LongName(row)) + "`";
+    CAPTURE(name);
+    const bool isProfile = name.ends_with("profile`");
+    const bool isLeftOut = row.kind == pmscan::OptionKind::kGiven && !isProfile;
+    CHECK((kept.find(name) != std::string::npos) == isLeftOut);
+  }
+}
+
 TEST_CASE("pmscan: the document and the help tell every word that an option takes") {
   const std::string document = WholeDocument();
   for (const OptionRow& row : pmscan::kOptions) {

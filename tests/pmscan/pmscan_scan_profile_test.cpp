@@ -55,6 +55,24 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: the files of a scan are not kept") {
   CHECK(Text("empty") == "{}\n");
 }
 
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile keeps how pictures are written, and how many") {
+  Parse({"scan", "--save-profile", "letters", "--format", "pdf", "--quality", "60", "--pages", "3",
+         "--source", "feeder"});
+  CHECK(Text("letters") ==
+        "{\n"
+        "  \"format\": \"pdf\",\n"
+        "  \"quality\": 60,\n"
+        "  \"pages\": 3,\n"
+        "  \"source\": \"feeder\"\n"
+        "}\n");
+  const Options options = Parse({"scan", "--batch", "a.scan", "--profile", "letters"});
+  CHECK(options.format.name == "PDF");
+  CHECK(options.quality == 60);
+  CHECK(options.pages == 3);
+  CHECK(Parse({"scan", "--batch", "a.pdf", "--profile", "letters", "--pages", "2"}).pages == 2);
+  CHECK(RefusalOf({"scan", "--save-profile", "wrong", "--format", "gif"}).starts_with("64 "));
+}
+
 TEST_CASE_FIXTURE(Profiles, "pmscan: a profile names its files from anywhere") {
   const pmscan::tests::WorkingFolder inside(path);
   std::string numbers;
