@@ -114,6 +114,15 @@ void NoteGaps(const PacketTrace& trace, const TransferCutter& cutter, Notes& not
   notes.AddIf(cutter.BeginsInside(),
               "The trace begins within the conversation: what stands before the first command "
               "cannot be understood.");
+  notes.AddIf(cutter.LacksIdentification(),
+              "The first command does not ask what the scanner is: what stands in front of it may "
+              "be missing.");
+  notes.Add(cutter.Unasked(), "transfer",
+            " that nothing asked for, or for less: packets may be missing");
+  notes.Add(cutter.Unanswered(), "time",
+            " something was sent before all that was waited for had come: packets may be missing");
+  notes.AddIf(cutter.EndsInside(),
+              "The trace ends within the conversation: what was asked for last is missing.");
   notes.Add(trace.lost, "packet", " got lost, says the trace: the conversation may have gaps");
   notes.AddIf(trace.isCut, "The file ends, or is damaged, behind its last packet that is whole.");
 }

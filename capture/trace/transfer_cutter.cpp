@@ -86,6 +86,10 @@ Transfer ReadOf(Pieces pieces, std::uint64_t expected) {
   return read;
 }
 
+bool AsksForIdentity(pmddb832::ReplyKind reply) {
+  return reply == pmddb832::ReplyKind::kLevel || reply == pmddb832::ReplyKind::kIdentityBlock;
+}
+
 }  // namespace
 
 std::vector<Transfer> TransferCutter::Cut() {
@@ -96,9 +100,26 @@ std::vector<Transfer> TransferCutter::Cut() {
 }
 
 void TransferCutter::Put(Transfer transfer) {
+  const bool isBehindCommand = conversation_.Command() != nullptr;
+  const bool isWrite = transfer.direction == Direction::kToScanner;
+  const bool wasWaiting = isWrite && AwaitsMore();
+  const std::uint64_t expected = isWrite ? 0 : conversation_.NextReadBytes();
   const Part part = Follow(conversation_, transfer);
   if (cut_.empty()) beginsInside_ = part != Part::kCommand && part != Part::kUnknown;
+  if (!isBehindCommand && part == Part::kCommand) {
+    lacksIdentification_ = !beginsInside_ && !AsksForIdentity(conversation_.Command()->reply);
+  }
+  const bool isTooMuch = expected != 0 && transfer.delivered > expected;
+  if (isTooMuch || (isBehindCommand && part == Part::kStray)) {
+    ++unasked_;
+  } else if (wasWaiting && part != Part::kParameters) {
+    ++unanswered_;
+  }
   cut_.push_back(std::move(transfer));
+}
+
+bool TransferCutter::AwaitsMore() const {
+  return conversation_.NextReadBytes() != 0 || conversation_.NextParameterBytes() != 0;
 }
 
 // How many of the bus it makes one of.

@@ -26,6 +26,14 @@ class TransferCutter {
   std::uint64_t CutShort() const { return cutShort_; }  // of which the trace kept only a part
   // Whether the first one is anything but a command.
   bool BeginsInside() const { return beginsInside_; }
+  // Whether it begins with a command that does not ask what the scanner is.
+  bool LacksIdentification() const { return lacksIdentification_; }
+  // What shows that something is missing, behind the first command: transfers that nothing asked
+  // for, or for less; and answers or parameters that were waited for when something else was sent.
+  std::uint64_t Unasked() const { return unasked_; }
+  std::uint64_t Unanswered() const { return unanswered_; }
+  // Whether more is waited for behind the last one.
+  bool EndsInside() const { return AwaitsMore(); }
 
  private:
   std::size_t TakeWrite(std::size_t first);
@@ -34,6 +42,7 @@ class TransferCutter {
   std::size_t PiecesOfWrite(std::size_t first) const;
   std::size_t PiecesOfRead(std::size_t first, std::uint64_t expected) const;
   bool IsWriteAt(std::size_t place) const;
+  bool AwaitsMore() const;
   void Put(Transfer transfer);
 
   std::span<const UsbTransfer> bus_;
@@ -42,7 +51,10 @@ class TransferCutter {
   std::uint64_t joined_ = 0;
   std::uint64_t split_ = 0;
   std::uint64_t cutShort_ = 0;
+  std::uint64_t unasked_ = 0;
+  std::uint64_t unanswered_ = 0;
   bool beginsInside_ = false;
+  bool lacksIdentification_ = false;
 };
 
 }  // namespace capture

@@ -40,8 +40,13 @@ TEST_CASE("import writes a capture beside the trace and says whose it is") {
   std::ostringstream out;
   const Options options = folder.Write(Reset());
   pmscan::RunImportCommand(options, out);
-  CHECK(out.str() == folder.Name("usb.capture") + ": 2 transfers of device 9 on bus 2\n");
-  const std::string title = "pmddb832 capture 1\n# pmscan import " + options.trace + "\n\n";
+  const std::string note =
+      "The first command does not ask what the scanner is: what stands in front of it may be "
+      "missing.\n";
+  CHECK(out.str() ==
+        folder.Name("usb.capture") + ": 2 transfers of device 9 on bus 2\nNote: " + note);
+  const std::string title =
+      "pmddb832 capture 1\n# pmscan import " + options.trace + "\n# " + note + "\n";
   const std::string write = "  write 2 : 1B 40" + std::string(63, ' ') + "@0.000000\n";
   const std::string read = "  read 1 : 06" + std::string(67, ' ') + "@0.001500\n";
   CHECK(folder.Text("usb.capture") == title + write + read);

@@ -126,8 +126,60 @@ TEST_CASE("a trace that begins within the conversation is imported with a note")
 
 TEST_CASE("a trace that begins with a command has no note on its begin") {
   Import trace;
-  trace.AddWrite({0x1B, '@'}, 1);
+  trace.AddWrite({0x1B, 'I'}, 1);
+  trace.AddRead(4, {2, 0, 0, 0}, 2);
   CHECK(trace.Get().notes == std::vector<std::string>{"Left out: 1 packet of other devices."});
+}
+
+TEST_CASE("a trace that begins with another command than an identification says so") {
+  Import trace;
+  trace.AddWrite({0x1B, '@'}, 1);
+  trace.AddRead(1, {6}, 2);
+  CHECK(HasNote(trace.Get(),
+                "The first command does not ask what the scanner is: what stands in front of it "
+                "may be missing."));
+}
+
+TEST_CASE("transfers that nothing asked for and commands without an answer are noted") {
+  Import trace;
+  trace.AddWrite({0x1C, 'I'}, 1);
+  trace.AddWrite({0x1B, '@'}, 2);
+  trace.AddRead(1, {6}, 3);
+  trace.AddRead(80, Bytes(80), 4);
+  trace.AddWrite({0x1C, 'W'}, 5);
+  trace.AddRead(1, {6}, 6);
+  trace.AddWrite({0x1C, 'F'}, 7);
+  const ImportedTrace read = trace.Get();
+  CHECK(HasNote(read, "1 transfer that nothing asked for, or for less: packets may be missing."));
+  CHECK(HasNote(read,
+                "2 times something was sent before all that was waited for had come: packets may "
+                "be missing."));
+  CHECK(
+      HasNote(read, "The trace ends within the conversation: what was asked for last is missing."));
+}
+
+// The notes on the conversation without its transfer of that number.
+std::vector<std::string> NotesWithout(const capture::Capture& transfers, std::size_t left) {
+  Import trace;
+  for (std::size_t i = 0; i < transfers.entries.size(); ++i) {
+    if (i != left) trace.AddInPieces(std::get<capture::Transfer>(transfers.entries[i]), 1 << 20);
+  }
+  return trace.Get().notes;
+}
+
+TEST_CASE("of a conversation no transfer is missing without a note, and a whole one has none") {
+  const std::vector<std::string> none{"Left out: 1 packet of other devices."};
+  for (const char* name : {"standard-grey", "extended-colour"}) {
+    CAPTURE(name);
+    const capture::Capture transfers =
+        TransfersOf(CaptureIn(PMDDB832_CAPTURES "/" + std::string(name) + ".txt"));
+    const std::size_t count = transfers.entries.size();
+    CHECK(NotesWithout(transfers, count) == none);
+    for (std::size_t i = 0; i < count; ++i) {
+      CAPTURE(i);
+      CHECK(NotesWithout(transfers, i).size() > 1);
+    }
+  }
 }
 
 TEST_CASE("a trace that lost packets is imported with notes") {
