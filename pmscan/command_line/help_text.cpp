@@ -84,6 +84,13 @@ std::string OptionsText(const std::string& headline, Choice belongs) {
   return text;
 }
 
+std::string NameOf(Command command) {
+  const auto* const row =
+      std::find_if(kCommands.begin(), kCommands.end(),
+                   [=](const CommandRow& each) { return each.command == command; });
+  return std::string(row->name);
+}
+
 bool IsFor(const OptionRow& row, Command command) {
   return (row.commands & Bit(command)) != 0;
 }
@@ -92,14 +99,33 @@ bool IsShared(const OptionRow& row) {
   return IsFor(row, Command::kScan) && IsFor(row, Command::kInfo);
 }
 
-// Options that several subcommands take stand with scan and info only.
+// The subcommands that take options of scan and info, as in "convert --overwrite".
+std::string OptionsOfOthers() {
+  std::string text = "\nOf these options others take\n";
+  for (const Command command : {Command::kDevices, Command::kReplay, Command::kConvert,
+                                Command::kReport, Command::kImport}) {
+    std::string names;
+    for (const OptionRow& row : kOptions) {
+      if (!IsShared(row) || !IsFor(row, command)) continue;
+      names.append(names.empty() ? "" : ", ").append(LongName(row));
+    }
+    text += Row(NameOf(command), names, kOptionColumn);
+  }
+  return text;
+}
+
+// Options that several subcommands take stand with scan and info only; OptionsOfOthers names them.
 std::string AllOptions() {
-  std::string text = OptionsText("Options of scan, info, focus, feed, eject and reset", &IsShared);
+  std::string text = OptionsText("Options of scan, info, focus, feed, eject and reset", &IsShared) +
+                     OptionsOfOthers();
   for (const auto& [headline, command] : {std::pair("Options of scan", Command::kScan),
+                                          std::pair("Options of focus", Command::kFocus),
                                           std::pair("Options of profiles", Command::kProfiles),
                                           std::pair("Options of replay", Command::kReplay),
+                                          std::pair("Options of decode", Command::kDecode),
                                           std::pair("Options of convert", Command::kConvert),
-                                          std::pair("Options of report", Command::kReport)}) {
+                                          std::pair("Options of report", Command::kReport),
+                                          std::pair("Options of import", Command::kImport)}) {
     text += OptionsText(headline, [wanted = command](const OptionRow& row) {
       return IsFor(row, wanted) && !IsShared(row);
     });
@@ -139,9 +165,7 @@ std::string HelpText(Command command) {
          Row("pmscan --help", "print this page", kUsageColumn) +
          Row("pmscan --version", "print the version", kUsageColumn) + std::string(kExamples) +
          AllOptions() +
-         "\nfocus also takes --focus, replay --dll and --overwrite, convert and report\n"
-         "--overwrite, devices --json.\n"
-         "Ctrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.\n" +
+         "\nCtrl+C ends a scan: the scanner is cancelled, and the lines that came are kept.\n" +
          ExitCodes();
 }
 

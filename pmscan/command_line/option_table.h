@@ -106,9 +106,9 @@ inline constexpr unsigned kReplay = Bit(Command::kReplay);
 inline constexpr unsigned kConvert = Bit(Command::kConvert);
 inline constexpr unsigned kReport = Bit(Command::kReport);
 inline constexpr unsigned kImport = Bit(Command::kImport);
-inline constexpr unsigned kFocus = Bit(Command::kFocus);
-inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo) | kFocus | Bit(Command::kFeed) |
-                                     Bit(Command::kEject) | Bit(Command::kReset);
+inline constexpr unsigned kScanner = kScan | Bit(Command::kInfo) | Bit(Command::kFocus) |
+                                     Bit(Command::kFeed) | Bit(Command::kEject) |
+                                     Bit(Command::kReset);
 inline constexpr OptionKind kGiven = OptionKind::kGiven;
 inline constexpr OptionKind kKept = OptionKind::kKept;
 using W = CommandWords;
@@ -127,8 +127,8 @@ inline constexpr std::array kAll{
               "go on behind a difference from the capture, and count them"},
     OptionRow{kScanner | kReplay, kGiven, "--dll", "PATH", &At<&W::modulePath>,
               "the module (default: the one beside this program)"},
-    OptionRow{kScanner | kReplay | Bit(Command::kDevices) | Bit(Command::kDecode), kGiven, "--json",
-              "", &At<&W::isJson>, "print the report as JSON"},
+    OptionRow{kScanner | kReplay | Bit(Command::kDevices), kGiven, "--json", "", &At<&W::isJson>,
+              "print the report as JSON"},
     OptionRow{kScanner | kReplay, kGiven, "--capture", "FILE", &At<&W::captureFile>,
               "record all that host, module and scanner say to each other, as\n"
               "text; of the picture's data length and checksum only"},
@@ -136,7 +136,8 @@ inline constexpr std::array kAll{
               "record the picture's data too"},
     OptionRow{kScanner | kReplay | kConvert | kReport | kImport, kGiven, "--overwrite", "",
               &At<&W::mayOverwrite>,
-              "replace files of the same name; without it nothing is scanned"},
+              "replace files of the same name; without it nothing is done when one\n"
+              "is there"},
     OptionRow{kScan, kGiven, "-o,--output", "FILE", &At<&W::output>,
               "the picture: .png, .tif, .tiff, .pdf, .bmp, .jpg or .jpeg; - for\n"
               "standard output, which takes one page and no report"},
@@ -192,7 +193,7 @@ inline constexpr std::array kAll{
     OptionRow{kScan, kKept, "--preview", "", &At<&W::isPreview>,
               "scan quickly: at the lowest resolution, in mode grey with fewer\n"
               "tones"},
-    OptionRow{kScan | kFocus, kKept, "--focus", "POSITION", &At<&W::focusText>,
+    OptionRow{kScan, kKept, "--focus", "POSITION", &At<&W::focusText>,
               "focus before: auto, or a position from -64 to 155"},
     OptionRow{kScan, kKept, "--keep-paper", "", &At<&W::keepsPaper>,
               "leave the last page in the feeder"},
@@ -219,11 +220,15 @@ inline constexpr std::array kAll{
               "keep the options of this scan, but for its files"},
     OptionRow{kScan, kGiven, "--profile", "NAME", &At<&W::profile>,
               "take the options that were kept; those given besides win"},
+    OptionRow{Bit(Command::kFocus), kGiven, "--focus", "POSITION", &At<&W::focusText>,
+              "where to: auto (default), or a position from -64 to 155"},
     OptionRow{Bit(Command::kProfiles), kGiven, "--remove", "", &At<&W::removesProfile>,
               "remove the profile"},
     OptionRow{kReplay, kGiven, "-o,--output", "FILE", &At<&W::replayedPicture>,
               "write the first picture of the capture, which was recorded with\n"
               "--capture-data, in full lines"},
+    OptionRow{Bit(Command::kDecode), kGiven, "--json", "", &At<&W::isJson>,
+              "print what was said as JSON, an object a line"},
     OptionRow{kConvert, kGiven, "-o,--output", "FILE", &At<&W::convertedFile>,
               "the pcapng file; the Wireshark dissector is in docs/wireshark"},
     OptionRow{kReport, kGiven, "-o,--output", "FILE", &At<&W::convertedFile>,

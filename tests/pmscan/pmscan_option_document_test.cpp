@@ -153,6 +153,36 @@ TEST_CASE("pmscan: the help fits a terminal of 80 columns") {
   }
 }
 
+TEST_CASE("pmscan: the help of all names the shared options that each other subcommand takes") {
+  CHECK(pmscan::HelpText().find(
+            "\nOf these options others take\n"
+            "  devices --json\n"
+            "  replay  --tolerant, --dll, --json, --capture, --capture-data, --overwrite\n"
+            "  convert --overwrite\n"
+            "  report  --overwrite\n"
+            "  import  --overwrite\n") != std::string::npos);
+}
+
+TEST_CASE("pmscan: the help of all has the options of each subcommand's own") {
+  const std::string help = pmscan::HelpText();
+  for (const char* text : {"\nOptions of focus\n  --focus POSITION\n          where to: auto",
+                           "\nOptions of decode\n  --json  print what was said as JSON",
+                           "\nOptions of import\n  -o, --output FILE\n          the capture"}) {
+    CAPTURE(text);
+    CHECK(help.find(text) != std::string::npos);
+  }
+}
+
+TEST_CASE("pmscan: the help of a subcommand speaks of no other") {
+  for (const pmscan::Command command : {pmscan::Command::kFocus, pmscan::Command::kDecode,
+                                        pmscan::Command::kReport, pmscan::Command::kImport}) {
+    const std::string help = pmscan::HelpText(command);
+    CHECK(help.find("nothing is scanned") == std::string::npos);
+    CHECK(help.find("focus before") == std::string::npos);
+  }
+  CHECK(pmscan::HelpText(pmscan::Command::kDecode).find("the report") == std::string::npos);
+}
+
 TEST_CASE("pmscan: the help of a subcommand is about that subcommand") {
   const std::string help = pmscan::HelpText(pmscan::Command::kReplay);
   CHECK(help.starts_with("Synopsis\n  pmscan replay FILE [options]      play a capture"));
