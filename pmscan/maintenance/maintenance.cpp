@@ -51,7 +51,8 @@ std::string FocusScanner(const ModuleExports& module, ScannerSettings& settings,
                          Json& report) {
   const Session session(module, settings);
   DescribeScan(CoarseScan(settings), settings);
-  const std::int32_t position = SetFocus(module, settings, *FindScanSource("flatbed"), focus);
+  const std::int32_t position =
+      SetFocus(module, settings, *FindScanSource("flatbed"), focus, kFocusAnother);
   report["focus"] = position;
   return "The scanner focuses at " + std::to_string(position) + ".";
 }

@@ -110,7 +110,7 @@ inline constexpr std::array kErrorCodes{
     ErrorCode{kFaultMissed,
               "Correct its place, or let the scanner come there; pmscan decode tells what was said.",
               "a fault of the script did not strike"},
-    ErrorCode{kInterrupted, "What arrived before was kept; scan again when you like.",
+    ErrorCode{kInterrupted, "Scan again when you like; the lines that came, if any, were kept.",
               "the scan was interrupted"},
 };
 // clang-format on

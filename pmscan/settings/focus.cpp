@@ -33,19 +33,19 @@ Focus ParseFocus(std::string_view text) {
 }
 
 void RequireFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
-                  const ScanSource& source) {
+                  const ScanSource& source, std::string_view advice) {
   if (!pmddb832::TraitsOf(settings.commandLevel).focus) {
     throw Failure(kUnsupported, "Only scanners of level B8 can focus, and this one has level " +
-                                    std::string(settings.commandLevelText) +
-                                    ": leave --focus out.");
+                                    std::string(settings.commandLevelText) + ": " +
+                                    std::string(advice) + ".");
   }
   const std::uint32_t status = module.getOptionStatus(source.code);
   if (status != 0) throw Failure(status);
 }
 
 std::int32_t SetFocus(const ModuleExports& module, const pmddb832::ScannerSettings& settings,
-                      const ScanSource& source, const Focus& focus) {
-  RequireFocus(module, settings, source);
+                      const ScanSource& source, const Focus& focus, std::string_view advice) {
+  RequireFocus(module, settings, source, advice);
   const std::uint8_t answer =
       module.setFocus(focus.isAutomatic ? 1 : 0, static_cast<std::uint8_t>(focus.position));
   const std::uint32_t error = module.getScanError();

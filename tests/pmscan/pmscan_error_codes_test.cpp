@@ -45,6 +45,10 @@ TEST_CASE("pmscan: a failure tells its number, its meaning, the detail and what 
         "pmscan: error 64: the command line is not understood\n"
         "  There is no mode \"red\".\n"
         "  Read pmscan --help, or pmscan SUBCOMMAND --help.\n");
+  CHECK(pmscan::Describe(pmscan::Failure(pmscan::kInterrupted, "Nothing was saved.")) ==
+        "pmscan: error 130: the scan was interrupted\n"
+        "  Nothing was saved.\n"
+        "  Scan again when you like; the lines that came, if any, were kept.\n");
   CHECK(pmscan::Describe(pmscan::Failure(99)).starts_with("pmscan: error 99: "));
 }
 

@@ -41,6 +41,10 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: focus goes to a position where 
   CHECK(Run("focus --focus -7").output == "The scanner focuses at -7.\n");
   CHECK(Has(Run("focus --focus 9 --json").output, "\"focus\": 9"));
   CHECK(Run("focus --focus 9 --device sim:standard:RV3000").exitCode == 65);
+  const ProgramResult refused = Run("focus --device sim:standard:PS936XL");
+  CHECK(refused.exitCode == 65);
+  CHECK(Has(refused.errors, "this one has level A5: name one that can with --device."));
+  CHECK(!Has(refused.errors, "--focus"));
 }
 
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: settings of a scan reach the scanner") {

@@ -109,8 +109,10 @@ TEST_CASE("settings: focus goes to a position on both sides of the glass") {
 TEST_CASE("settings: only level B8 focuses") {
   for (const bool isExtended : {false, true}) {
     ClosedDesk desk({"B7", isExtended});
-    CHECK(RefusalOfFocus(desk, {false, 7}) ==
-          "65 Only scanners of level B8 can focus, and this one has level B7: leave --focus out.");
+    CHECK(
+        RefusalOfFocus(desk, {false, 7}) ==
+        "65 Only scanners of level B8 can focus, and this one has level B7: name one that can with "
+        "--device.");
   }
 }
 
