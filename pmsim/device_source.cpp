@@ -2,15 +2,16 @@
 
 #include "pmsim/captured_source.h"
 #include "pmsim/simulated_source.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace pmsim {
 
 std::unique_ptr<DeviceSource> MakeDeviceSource(const DeviceRequest& request,
                                                const Surroundings& surroundings) {
-  if (request.device.starts_with(simulator::kDevicePrefix)) {
+  if (simulator::BeginsWithName(request.device, simulator::kDevicePrefix)) {
     return std::make_unique<SimulatedSource>(request, surroundings);
   }
-  if (request.device.starts_with(kCapturePrefix)) {
+  if (simulator::BeginsWithName(request.device, kCapturePrefix)) {
     return std::make_unique<CapturedSource>(request);
   }
   throw RequestError("there is no device \"" + request.device +

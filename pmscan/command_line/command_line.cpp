@@ -12,6 +12,7 @@
 #include "pmscan/command_line/word_choice.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/scan/scan_profile.h"
+#include "simulator/catalog/nearest_name.h"
 #include "simulator/catalog/simulation.h"
 
 namespace pmscan {
@@ -253,7 +254,7 @@ Options ParseCommandLine(const std::vector<std::string>& arguments,
 }
 
 bool IsSimulatorName(const std::string& device) {
-  return device.starts_with(simulator::kDevicePrefix);
+  return simulator::BeginsWithName(device, simulator::kDevicePrefix);
 }
 
 std::string SimulatorName(const std::string& device) {

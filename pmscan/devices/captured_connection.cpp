@@ -9,6 +9,7 @@
 #include "pmscan/captures/replay_report.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
@@ -25,7 +26,7 @@ capture::CapturedScanner ScannerIn(const std::string& file) {
 }  // namespace
 
 bool IsCaptureName(const std::string& device) {
-  return device.starts_with(kPrefix);
+  return simulator::BeginsWithName(device, kPrefix);
 }
 
 CapturedConnection::CapturedConnection(const std::string& device, bool isTolerant)

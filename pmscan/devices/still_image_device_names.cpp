@@ -5,6 +5,7 @@
 
 #include "pmscan/command_line/failure.h"
 #include "pmscan/report/error_codes.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
@@ -31,7 +32,7 @@ bool IsAlone(const std::vector<StillImageEntry>& entries, const std::string& loc
 }  // namespace
 
 bool IsStillImageName(const std::string& device) {
-  return device.starts_with(kPrefix);
+  return simulator::BeginsWithName(device, kPrefix);
 }
 
 const StillImageEntry& FindStillImageEntry(const std::vector<StillImageEntry>& entries,

@@ -10,6 +10,7 @@
 #include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/option_table.h"
 #include "pmscan/report/error_codes.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace pmscan {
 namespace {
@@ -26,13 +27,21 @@ const OptionRow* FindRow(std::string_view name) {
   return row == kOptions.end() ? nullptr : row;
 }
 
-std::string KeptNames() {
-  std::string names;
+std::vector<std::string_view> KeptNames() {
+  std::vector<std::string_view> names;
   for (const OptionRow& row : kOptions) {
-    if (row.kind != OptionKind::kKept) continue;
-    names.append(names.empty() ? "" : ", ").append(LongName(row).substr(2));
+    if (row.kind == OptionKind::kKept) names.push_back(LongName(row).substr(2));
   }
   return names;
+}
+
+// Ends what begins with that there is no such name: with the one that was probably meant, or with
+// what else can be done.
+std::string Suggestion(std::string_view name, const std::vector<std::string_view>& names,
+                       const char* otherwise) {
+  std::string text = simulator::SuggestName(name, names);
+  if (text.empty()) text = otherwise;
+  return text.ends_with('?') ? text : text + ".";
 }
 
 // A name that is a file's on every system, and stays in its folder.
@@ -50,13 +59,13 @@ std::filesystem::path FileOf(const std::filesystem::path& folder, const std::str
 }
 
 [[noreturn]] void RefuseUnknown(const std::filesystem::path& folder, const std::string& name) {
-  std::string names;
-  for (const std::string& known : ProfileNames(folder)) {
-    names += (names.empty() ? "" : ", ") + known;
+  const std::vector<std::string> known = ProfileNames(folder);
+  const std::string sentence = "There is no profile \"" + name + "\"";
+  if (known.empty()) {
+    throw Failure(kUsage, sentence + "; there is none yet: --save-profile makes one.");
   }
-  throw Failure(kUsage, "There is no profile \"" + name + "\"" +
-                            (names.empty() ? "; there is none yet: --save-profile makes one."
-                                           : "; there are: " + names + "."));
+  throw Failure(kUsage, sentence + Suggestion(name, {known.begin(), known.end()},
+                                              "; pmscan profiles lists those that there are"));
 }
 
 Json ToJson(const KeptOption& option) {
@@ -80,7 +89,8 @@ KeptOption FromJson(const std::string& file, const std::string& key, const Json&
   const OptionRow* const row = FindRow(key);
   if (row == nullptr) {
     throw Failure(kProfile,
-                  file + ": a profile has no \"" + key + "\"; it can have: " + KeptNames() + ".");
+                  file + ": a profile has no \"" + key + "\"" +
+                      Suggestion(key, KeptNames(), "; it has options of pmscan scan --help"));
   }
   const std::string wanted(WantedInstead(*row, value));
   if (!wanted.empty()) {

@@ -66,6 +66,10 @@ bool IsSameName(std::string_view one, std::string_view other) {
                     [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
+bool BeginsWithName(std::string_view text, std::string_view name) {
+  return IsSameName(text.substr(0, name.size()), name);
+}
+
 std::string SuggestName(std::string_view written, const std::vector<std::string_view>& names) {
   constexpr std::size_t kMostListed = 12;
   const std::string_view nearest = NearestName(written, names);

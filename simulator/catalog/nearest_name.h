@@ -12,6 +12,9 @@ std::string_view NearestName(std::string_view written, const std::vector<std::st
 // Whether they are the same but for the case of their letters.
 bool IsSameName(std::string_view one, std::string_view other);
 
+// Whether the text begins with the name, but for the case of its letters.
+bool BeginsWithName(std::string_view text, std::string_view name);
+
 // "; did you mean "level"? There are: level, productName"; of more than a dozen names only the one
 // that was probably meant, and nothing when none was.
 std::string SuggestName(std::string_view written, const std::vector<std::string_view>& names);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simulator/catalog/file_names.h"
+#include "simulator/catalog/nearest_name.h"
 
 namespace simulator {
 namespace {
@@ -26,6 +27,16 @@ std::string FindScannerFile(const std::string& name, const std::filesystem::path
     return name;
   }
   return NameOf(beside);
+}
+
+std::string SuggestScannerFile(const std::string& name, const std::filesystem::path& folder) {
+  const std::filesystem::path around = PathOf(name).parent_path();
+  std::vector<std::string> known = ScannerFileNames(folder);
+  for (const std::string& file : ScannerFileNames(around.empty() ? "." : around)) {
+    known.push_back(NameOf(around / PathOf(file)));
+  }
+  const std::string_view meant = NearestName(name, {known.begin(), known.end()});
+  return meant.empty() ? "" : "; did you mean \"" + std::string(meant) + "\"?";
 }
 
 std::vector<std::string> ScannerFileNames(const std::filesystem::path& folder) {

@@ -3,6 +3,8 @@
 #include <iterator>
 #include <utility>
 
+#include "simulator/catalog/file_names.h"
+#include "simulator/catalog/profile_error.h"
 #include "simulator/catalog/scanner_files.h"
 
 namespace simulator {
@@ -16,8 +18,16 @@ Simulation FromCatalog(const SimulationRequest& request) {
   return {ModelIdOf(request.name), MakeScanner(request.name, PictureOnBed(request)), {}};
 }
 
+std::string FileOf(const SimulationRequest& request) {
+  std::string file = FindScannerFile(request.name, request.scannerFiles);
+  std::error_code unreadable;
+  if (std::filesystem::exists(PathOf(file), unreadable) || unreadable) return file;
+  throw ProfileError(file, 0, "",
+                     "there is no such file" + SuggestScannerFile(file, request.scannerFiles));
+}
+
 Simulation FromFile(const SimulationRequest& request) {
-  Profile profile = ReadProfile(FindScannerFile(request.name, request.scannerFiles));
+  Profile profile = ReadProfile(FileOf(request));
   if (!request.original.empty()) profile.originalFile.clear();
   const bool bringsOriginal = !profile.originalFile.empty();
   auto scanner =

@@ -186,6 +186,7 @@ TEST_CASE("pmscan: options that contradict each other are told apart from usage 
 
 TEST_CASE("pmscan: a device is a simulator's name behind sim:") {
   CHECK(pmscan::SimulatorName("sim:extended:QM2700") == "extended:QM2700");
+  CHECK(pmscan::SimulatorName("SIM:Extended:qm2700") == "Extended:qm2700");
   CHECK_THROWS_AS(pmscan::SimulatorName("usb:1"), pmscan::Failure);
   CHECK(pmscan::IsSimulatorName("sim:x"));
   CHECK(!pmscan::IsSimulatorName("sti:x"));

@@ -28,6 +28,7 @@ TEST_CASE("pmscan: a local name that two devices have names none of them") {
 
 TEST_CASE("pmscan: only names behind sti: are those of still-image devices") {
   CHECK(pmscan::IsStillImageName("sti:x"));
+  CHECK(pmscan::IsStillImageName("STI:x"));
   CHECK(!pmscan::IsStillImageName("sim:x"));
 }
 

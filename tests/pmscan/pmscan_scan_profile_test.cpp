@@ -158,6 +158,26 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: an unknown profile is answered with those t
   Write("letters", "{}");
   CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "x"}) ==
         "64 There is no profile \"x\"; there are: letters, photos.");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "leters"}) ==
+        "64 There is no profile \"leters\"; did you mean \"letters\"? There are: letters, photos.");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: of more than a dozen profiles only one is suggested") {
+  for (char letter = 'a'; letter <= 'm'; ++letter) Write(std::string("scan-") + letter, "{}");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "skan-b"}) ==
+        "64 There is no profile \"skan-b\"; did you mean \"scan-b\"?");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "x"}) ==
+        "64 There is no profile \"x\"; pmscan profiles lists those that there are.");
+}
+
+TEST_CASE_FIXTURE(Profiles, "pmscan: a misspelt key of a profile is answered with the one meant") {
+  Write("odd", R"({"haltone": "dots"})");
+  const std::string start = "78 " + (folder / "odd.json").string() + ": a profile has no ";
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "odd"}) ==
+        start + "\"haltone\"; did you mean \"halftone\"?");
+  Write("odd", R"({"1234567": "dots"})");
+  CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "odd"}) ==
+        start + "\"1234567\"; it has options of pmscan scan --help.");
 }
 
 TEST_CASE_FIXTURE(Profiles, "pmscan: a file that is no profile is refused with the reason") {

@@ -131,6 +131,17 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: the list of devices tells what 
   }
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: a misspelt scanner is answered with the one meant") {
+  CHECK(Run("info --device SIM:Extended:qm2700").exitCode == 0);
+  Write("bureau_scanner.json", "{}");
+  const ProgramResult refused = Run("info --device sim:burau_scanner.json");
+  CHECK(refused.exitCode == 70);
+  CHECK(
+      Has(refused.errors,
+          "  burau_scanner.json: there is no such file; did you mean \"bureau_scanner.json\"?\n"));
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: profiles lie where the system keeps settings") {
   pmscan::tests::SetVariable(pmscan::tests::kSettingsVariable, (Folder() / "settings").string());
   CHECK(Run("scan --mode grey --save-profile letters").exitCode == 0);
