@@ -82,11 +82,11 @@ void RunMaintenance(const Options& options, const ModuleExports& module,
   if (options.command == Command::kFocus) {
     done = FocusScanner(module, settings, *options.focus, report);
   } else if (options.command == Command::kFeed) {
-    done = FeedPage(module, settings);
+    done = FeedPage(module, settings, report);
   } else if (options.command == Command::kEject) {
-    done = EjectPage(module, settings);
+    done = EjectPage(module, settings, report);
   } else {
-    done = ResetScanner(module, settings);
+    done = ResetScanner(module, settings, report);
   }
   if (!options.isJson) std::cout << done << "\n";
 }

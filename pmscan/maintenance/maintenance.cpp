@@ -50,6 +50,7 @@ void ScanOneLine(const ModuleExports& module, ScannerSettings& settings) {
 std::string FocusScanner(const ModuleExports& module, ScannerSettings& settings, const Focus& focus,
                          Json& report) {
   const Session session(module, settings);
+  report = IdentityJson(ReadFacts(settings));
   DescribeScan(CoarseScan(settings), settings);
   const std::int32_t position =
       SetFocus(module, settings, *FindScanSource("flatbed"), focus, kFocusAnother);
@@ -59,8 +60,9 @@ std::string FocusScanner(const ModuleExports& module, ScannerSettings& settings,
 
 // The module does not tell whether the scanner drew a page in; a feeder without paper says so
 // before, a jam behind.
-std::string FeedPage(const ModuleExports& module, ScannerSettings& settings) {
+std::string FeedPage(const ModuleExports& module, ScannerSettings& settings, Json& report) {
   Session session(module, settings);
+  report = IdentityJson(ReadFacts(settings));
   const ScanSource& feeder = SelectFeeder(session, settings);
   const std::uint32_t before = module.getOptionStatus(feeder.code);
   if (before != 0) throw Failure(before);
@@ -70,8 +72,9 @@ std::string FeedPage(const ModuleExports& module, ScannerSettings& settings) {
   return "The feeder was told to draw in a page.";
 }
 
-std::string EjectPage(const ModuleExports& module, ScannerSettings& settings) {
+std::string EjectPage(const ModuleExports& module, ScannerSettings& settings, Json& report) {
   Session session(module, settings);
+  report = IdentityJson(ReadFacts(settings));
   RequireFitted(*FindScanSource("feeder"), settings);
   ScanOneLine(module, settings);
   const ScanSource& feeder = SelectFeeder(session, settings);
@@ -81,8 +84,9 @@ std::string EjectPage(const ModuleExports& module, ScannerSettings& settings) {
   return "The feeder was told to throw out its page.";
 }
 
-std::string ResetScanner(const ModuleExports& module, ScannerSettings& settings) {
+std::string ResetScanner(const ModuleExports& module, ScannerSettings& settings, Json& report) {
   const Session session(module, settings);
+  report = IdentityJson(ReadFacts(settings));
   if (module.reset() == 0) {
     throw Failure(module.getScanError(), "The scanner did not acknowledge the reset.");
   }

@@ -24,13 +24,6 @@ Json SourceJson(const SourceFacts& facts) {
   return json;
 }
 
-Json IdentityJson(const ScannerFacts& scanner) {
-  return {{"model", scanner.model},
-          {"product", scanner.product},
-          {"level", scanner.level},
-          {"commands", scanner.isExtended ? "extended" : "standard"}};
-}
-
 Json PageJson(const SavedPage& page) {
   return {{"number", page.number},      {"file", page.file},
           {"lines", page.lines},        {"height", page.height},
@@ -64,6 +57,13 @@ void AddOutcome(Json& json, const ScanOutcome& outcome) {
 }
 
 }  // namespace
+
+Json IdentityJson(const ScannerFacts& scanner) {
+  return {{"model", scanner.model},
+          {"product", scanner.product},
+          {"level", scanner.level},
+          {"commands", scanner.isExtended ? "extended" : "standard"}};
+}
 
 Json ScannerJson(const ScannerFacts& scanner) {
   Json json = IdentityJson(scanner);

@@ -14,6 +14,9 @@ namespace pmscan {
 // inch where the name says nothing else. Bytes that are not UTF-8 are replaced when it is printed.
 using Json = nlohmann::ordered_json;
 
+// What all reports on a scanner have: model, product, level and commands.
+Json IdentityJson(const ScannerFacts& scanner);
+
 Json ScannerJson(const ScannerFacts& scanner);
 
 Json ScanJson(const ScannerFacts& scanner, const ScanSource& source, const ScanRequest& request,

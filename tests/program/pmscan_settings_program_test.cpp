@@ -47,6 +47,21 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: focus goes to a position where 
   CHECK(!Has(refused.errors, "--focus"));
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: what is done besides scans tells its scanner") {
+  const std::string of =
+      "{\n  \"model\": \"QM2500\",\n  \"product\": \"SCANNER QM-2500\",\n"
+      "  \"level\": \"B7\",\n  \"commands\": \"extended\",\n";
+  for (const char* command : {"feed", "eject", "reset"}) {
+    CAPTURE(command);
+    const std::string run = std::string(command) + " --json --device sim:extended:QM2500";
+    CHECK(Run(run).output == of + "  \"exitCode\": 0\n}\n");
+  }
+  CHECK(Run("feed --json --device sim:extended:QM2500+pages=0")
+            .output.starts_with(of + "  \"error\": {"));
+  CHECK(Has(Run("focus --focus 9 --json").output,
+            "\"level\": \"B8\",\n  \"commands\": \"extended\",\n  \"focus\": 9,"));
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: settings of a scan reach the scanner") {
   const ProgramResult result = Run(
       "scan --dry-run --mode lineart --halftone lines --brightness -2 --gamma 2.8 --sharpness 1 "

@@ -26,8 +26,9 @@ simulator::Picture Page() {
 struct ClosedDesk : MeantLeak, PmscanDesk {
   explicit ClosedDesk(const TestedScanner& tested) : PmscanDesk(tested, Page()) { session.reset(); }
   std::size_t RefusalsAfter(std::string (*command)(const pmscan::ModuleExports&,
-                                                   pmddb832::ScannerSettings&)) {
-    command(exports, settings);
+                                                   pmddb832::ScannerSettings&, pmscan::Json&)) {
+    pmscan::Json report;
+    command(exports, settings, report);
     return scanner->Refusals().size();
   }
 };
@@ -62,7 +63,8 @@ TEST_CASE("settings: a page that was kept is thrown out by eject, and not before
     desk.Scan();
     desk.session.reset();
     CHECK(desk.scanner->Ejects() == 0);
-    EjectPage(desk.exports, desk.settings);
+    pmscan::Json report;
+    EjectPage(desk.exports, desk.settings, report);
     CHECK(desk.scanner->Ejects() == 1);
     CHECK(desk.scanner->Refusals().empty());
     CHECK(Violations(*desk.scanner) == "");
@@ -75,7 +77,9 @@ TEST_CASE("settings: feed draws the page in, and eject throws it out unscanned")
     CHECK(desk.RefusalsAfter(&pmscan::FeedPage) == 0);
     CHECK(desk.RefusalsAfter(&pmscan::EjectPage) == 0);
     CHECK(desk.scanner->Ejects() == 1);
-    CHECK(pmscan::tests::CodeOf([&] { FeedPage(desk.exports, desk.settings); }) == 13);
+    pmscan::Json report;
+    CHECK(pmscan::tests::CodeOf([&] { FeedPage(desk.exports, desk.settings, report); }) == 13);
+    CHECK(report["level"] == "B8");
     CHECK(Violations(*desk.scanner) == "");
   }
 }
@@ -83,7 +87,8 @@ TEST_CASE("settings: feed draws the page in, and eject throws it out unscanned")
 TEST_CASE("settings: a scanner without a feeder is told so") {
   ClosedDesk desk({"B8", true});
   for (const auto command : {&pmscan::FeedPage, &pmscan::EjectPage}) {
-    CHECK(pmscan::tests::CodeOf([&] { command(desk.exports, desk.settings); }) ==
+    pmscan::Json report;
+    CHECK(pmscan::tests::CodeOf([&] { command(desk.exports, desk.settings, report); }) ==
           pmscan::kUnsupported);
   }
 }
