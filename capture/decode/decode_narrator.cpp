@@ -9,6 +9,7 @@
 #include "capture/decode/decode_commands.h"
 #include "capture/decode/decode_replies.h"
 #include "capture/file/number_text.h"
+#include "capture/file/result_words.h"
 
 namespace capture {
 namespace {
@@ -17,7 +18,9 @@ constexpr std::uint64_t kNoticedWait = 1'000'000;  // microseconds
 constexpr std::size_t kLongestInLine = 80;
 
 std::string ResultText(std::int32_t result) {
-  return HexNumber(static_cast<std::uint32_t>(result));
+  const std::string_view words = ResultWords(result);
+  return HexNumber(static_cast<std::uint32_t>(result)) +
+         (words.empty() ? "" : ", " + std::string(words));
 }
 
 std::string WaitText(std::uint64_t microseconds) {

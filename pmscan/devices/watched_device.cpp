@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <span>
 
+#include "capture/file/result_words.h"
 #include "wire/command_table.h"
 
 namespace pmscan {
@@ -39,9 +40,11 @@ void WatchedDevice::Note(std::int32_t result, const char* kind, std::uint32_t by
   if (result >= 0 || !firstFailure_.empty()) return;
   std::array<char, 60> code{};
   std::snprintf(code.data(), code.size(), "failed with 0x%08X", static_cast<unsigned>(result));
+  const std::string words(capture::ResultWords(result));
   firstFailure_ = "transfer " + std::to_string(number) + ", a " + kind + " of " +
                   std::to_string(bytes) + " bytes" +
-                  (command_.empty() ? "" : " behind " + command_) + ", " + code.data();
+                  (command_.empty() ? "" : " behind " + command_) + ", " + code.data() +
+                  (words.empty() ? "" : ", " + words);
 }
 
 }  // namespace pmscan

@@ -16,8 +16,8 @@ class WatchedDevice final : public pmddb832::RawDevice {
   std::int32_t RawReadData(void* buffer, std::uint32_t* byteCount, void* overlapped) override;
   std::int32_t RawWriteData(void* buffer, std::uint32_t byteCount, void* overlapped) override;
 
-  // "transfer 57, a read of 14 bytes behind FS G start transfer, failed with 0x80070079"; empty as
-  // long as none did. Transfers count from 0, as in captures.
+  // "transfer 57, a read of 14 bytes behind FS G start transfer, failed with 0x80070079,
+  // it took too long"; empty as long as none did. Transfers count from 0, as in captures.
   const std::string& FirstFailure() const { return firstFailure_; }
 
  private:

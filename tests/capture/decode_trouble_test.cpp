@@ -32,7 +32,8 @@ TEST_CASE("a transfer that failed is told with its result") {
   SampleConversation sample;
   sample.Write({0x1C, 'I'}).FailedRead(80, kFailure);
   CHECK(HasLine(Told(sample),
-                "!!   FS I identity             the read failed (0x8007048F), 0 of 80 bytes came"));
+                "!!   FS I identity             the read failed (0x8007048F, the device "
+                "is not connected), 0 of 80 bytes came"));
 }
 
 TEST_CASE("a read that delivers less than was asked for is trouble") {
