@@ -1,9 +1,11 @@
 #include <doctest/doctest.h>
 
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/file_name.h"
 #include "tests/pmscan/refusal.h"
 #include "tests/pmscan/test_folder.h"
 
@@ -203,9 +205,9 @@ TEST_CASE_FIXTURE(NumberFiles, "pmscan: a profile keeps the image settings, by t
       path);
   CHECK(Text("p.json") ==
         "{\n  \"area\": \"a5\",\n  \"brightness\": -2,\n  \"gamma\": \"2.2\",\n"
-        "  \"color-matrix\": \"" +
-            matrix +
-            "\",\n  \"zoom\": 150,\n  \"preview\": true,\n"
+        "  \"color-matrix\": " +
+            nlohmann::json(pmscan::Utf8(pmscan::PathOf(matrix).make_preferred())).dump() +
+            ",\n  \"zoom\": 150,\n  \"preview\": true,\n"
             "  \"focus\": \"7\"\n}\n");
   const Options options =
       pmscan::ParseCommandLine({"scan", "-o", "a.png", "--profile", "p", "--zoom", "80"}, path);
