@@ -27,7 +27,9 @@ class MedianReporter final : public benchmark::BenchmarkReporter {
   void Keep(const Run& run) {
     const std::string& name = run.run_name.function_name;
     medians[name] = run.GetAdjustedCPUTime();
-    for (const auto& [figure, counter] : run.counters) medians[name + '/' + figure] = counter.value;
+    for (const auto& [figure, counter] : run.counters) {
+      medians[(name + '/').append(figure)] = counter.value;
+    }
   }
 
   void Fail(const Run& run) {

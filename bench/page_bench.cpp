@@ -2,8 +2,8 @@
 // each page: a memcpy of as many bytes, and the two steps that the protocol demands of any driver.
 
 #include <benchmark/benchmark.h>
-#include <time.h>
 
+#include <ctime>
 #include <iostream>
 #include <string>
 #include <vector>
