@@ -194,10 +194,10 @@ std::string UnknownWord(const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining(true);
   if (unknown.empty()) return {};
   const Command command = CommandOf(app);
-  std::vector<std::string_view> names;
+  std::vector<std::string_view> names{"--help"};
   if (command == Command::kHelp) {
     for (const CommandRow& row : kCommands) names.push_back(row.name);
-    names.insert(names.end(), {"--help", "--version"});
+    names.emplace_back("--version");
   }
   for (const OptionRow& row : kOptions) {
     if ((row.commands & Bit(command)) != 0) names.push_back(LongName(row));

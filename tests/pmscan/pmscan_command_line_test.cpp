@@ -80,6 +80,7 @@ TEST_CASE("pmscan: a misspelt word is answered with the one that was meant") {
   CHECK(refusal({"scna", "-o", "a.png"}) == "64 There is no \"scna\"; did you mean \"scan\"?");
   CHECK(refusal({"scan", "-o", "a.png", "--mdoe=grey"}) ==
         "64 There is no \"--mdoe\"; did you mean \"--mode\"?");
+  CHECK(refusal({"scan", "--hlep"}) == "64 There is no \"--hlep\"; did you mean \"--help\"?");
   CHECK(refusal({"scan", "-o", "a.png", "--mode", "gery"}) ==
         "64 There is no mode \"gery\"; did you mean \"grey\"? --mode can be: lineart, grey, "
         "colour, colour12, palette, deep-grey, deep-colour.");
