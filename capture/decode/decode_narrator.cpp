@@ -8,20 +8,14 @@
 #include "capture/conversation/captured_conversation.h"
 #include "capture/decode/decode_commands.h"
 #include "capture/decode/decode_replies.h"
+#include "capture/decode/result_words.h"
 #include "capture/file/number_text.h"
-#include "capture/file/result_words.h"
 
 namespace capture {
 namespace {
 
 constexpr std::uint64_t kNoticedWait = 1'000'000;  // microseconds
 constexpr std::size_t kLongestInLine = 80;
-
-std::string ResultText(std::int32_t result) {
-  const std::string_view words = ResultWords(result);
-  return HexNumber(static_cast<std::uint32_t>(result)) +
-         (words.empty() ? "" : ", " + std::string(words));
-}
 
 std::string WaitText(std::uint64_t microseconds) {
   std::array<char, 40> text{};

@@ -1,10 +1,8 @@
 #include "pmscan/devices/watched_device.h"
 
-#include <array>
-#include <cstdio>
 #include <span>
 
-#include "capture/file/result_words.h"
+#include "capture/decode/result_words.h"
 #include "wire/command_table.h"
 
 namespace pmscan {
@@ -38,13 +36,10 @@ std::int32_t WatchedDevice::RawWriteData(void* buffer, std::uint32_t byteCount, 
 void WatchedDevice::Note(std::int32_t result, const char* kind, std::uint32_t bytes) {
   const std::uint32_t number = transfers_++;
   if (result >= 0 || !firstFailure_.empty()) return;
-  std::array<char, 60> code{};
-  std::snprintf(code.data(), code.size(), "failed with 0x%08X", static_cast<unsigned>(result));
-  const std::string words(capture::ResultWords(result));
   firstFailure_ = "transfer " + std::to_string(number) + ", a " + kind + " of " +
                   std::to_string(bytes) + " bytes" +
-                  (command_.empty() ? "" : " behind " + command_) + ", " + code.data() +
-                  (words.empty() ? "" : ", " + words);
+                  (command_.empty() ? "" : " behind " + command_) + ", failed with " +
+                  capture::ResultText(result);
 }
 
 }  // namespace pmscan

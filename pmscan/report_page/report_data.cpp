@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "capture/decode/decode.h"
+#include "capture/decode/result_words.h"
 #include "pmscan/report_page/captured_settings.h"
 #include "pmscan/report_page/page_data.h"
 #include "pmscan/report_page/scan_outcome.h"
@@ -75,8 +76,9 @@ Json FailuresJson(const Spans& spans) {
     const capture::Transfer* const transfer = spans[i].transfer;
     if (transfer == nullptr) continue;
     if (transfer->result >= 0 && transfer->delivered == transfer->requested) continue;
-    const std::string result = capture::HexNumber(static_cast<std::uint32_t>(transfer->result));
-    failures.push_back({i, transfer->requested, transfer->result < 0 ? result : std::string()});
+    const bool failed = transfer->result < 0;
+    failures.push_back(
+        {i, transfer->requested, failed ? capture::ResultText(transfer->result) : std::string()});
   }
   return failures;
 }

@@ -56,7 +56,7 @@ TEST_CASE("blocks of a picture are not told in bytes, however short and whatever
 }
 
 TEST_CASE("a transfer that failed is told with what was asked for and its result") {
-  CHECK(Data(kTrouble)["failures"] == Json::parse(R"([[5, 16, "0x80070079"]])"));
+  CHECK(Data(kTrouble)["failures"] == Json::parse(R"([[5, 16, "0x80070079, it took too long"]])"));
 }
 
 TEST_CASE("exchanges are told with their trouble, their lines and their spans") {

@@ -1,7 +1,10 @@
-#include "capture/file/result_words.h"
+#include "capture/decode/result_words.h"
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+
+#include "capture/decode/decode_fields.h"
 
 namespace capture {
 namespace {
@@ -51,12 +54,12 @@ constexpr std::array kResults{
 
 }  // namespace
 
-std::string_view ResultWords(std::int32_t result) {
+std::string ResultText(std::int32_t result) {
   const auto number = static_cast<std::uint32_t>(result);
   const auto* const row =
       std::find_if(kResults.begin(), kResults.end(),
                    [number](const ResultRow& each) { return each.result == number; });
-  return row == kResults.end() ? "" : row->words;
+  return HexNumber(number) + (row == kResults.end() ? "" : ", " + std::string(row->words));
 }
 
 }  // namespace capture
