@@ -1,3 +1,5 @@
+#include <concepts>
+
 #include "capture/file/settings_text.h"
 #include "interface/scanner_settings.h"
 #include "tests/documents/table.h"
@@ -25,6 +27,11 @@ std::string TypeOf(const SettingsField& field) {
   }
 }
 
+template <std::unsigned_integral Member>
+std::string TypeOf() {
+  return "u" + std::to_string(8 * sizeof(Member));
+}
+
 Table Settings() {
   Table table{"settings-record", {"Member", "Offset", "Type"}, {}};
   for (const SettingsField& field : kScannerSettingsFields) {
@@ -35,19 +42,19 @@ Table Settings() {
 }
 
 #define DOCUMENTS_ROW(record, member) \
-  { Code(#member), std::to_string(offsetof(record, member)) }
+  { Code(#member), std::to_string(offsetof(record, member)), TypeOf<decltype(record::member)>() }
 
 Table Setup() {
   return {
       "acquisition-setup",
-      {"Member", "Offset"},
+      {"Member", "Offset", "Type"},
       {DOCUMENTS_ROW(AcquisitionSetup, status), DOCUMENTS_ROW(AcquisitionSetup, lineBytes),
        DOCUMENTS_ROW(AcquisitionSetup, widthPixels), DOCUMENTS_ROW(AcquisitionSetup, heightLines)}};
 }
 
 Table Band() {
   return {"acquisition-band",
-          {"Member", "Offset"},
+          {"Member", "Offset", "Type"},
           {DOCUMENTS_ROW(AcquisitionBand, status), DOCUMENTS_ROW(AcquisitionBand, done),
            DOCUMENTS_ROW(AcquisitionBand, lines), DOCUMENTS_ROW(AcquisitionBand, bytes)}};
 }

@@ -73,6 +73,13 @@ void SendTables(SceneHost& host) {
   host.Scan();
 }
 
+void ScanWithThreshold(SceneHost& host) {
+  host.Open();
+  host.settings.pixelType = 0;
+  host.settings.thresholdT = 0x70;
+  host.Scan();
+}
+
 void FailScan(SceneHost& host) {
   ScanPage(host);
   host.module.getScanError();
@@ -97,6 +104,7 @@ constexpr std::array kScenes{
     Scene{"extended-tables", "extended", SendTables},
     Scene{"extended-abort", "extended", AbortScan},
     Scene{"extended-feeder", "extended:QM2500+pages=1", ScanFeederPage},
+    Scene{"extended-careful-feeder", "extended:QM6500+pages=1", ScanFeederPage},
     Scene{"extended-jam", "extended:QM2500+pages=1+jam-at-line=20", JamPage},
     Scene{"extended-warm-up", "extended+warm-up=2", FailScan},
     Scene{"extended-focus", "extended", Focus},
@@ -106,6 +114,7 @@ constexpr std::array kScenes{
     Scene{"standard-scan", "standard", ScanPage},
     Scene{"standard-lines", "standard:HK300", ScanThreeLines},
     Scene{"standard-tables", "standard", SendTables},
+    Scene{"standard-threshold", "standard", ScanWithThreshold},
     Scene{"standard-abort", "standard", AbortScan},
     Scene{"standard-feeder", "standard:RV3000+pages=1", ScanFeederPage},
     Scene{"standard-error", "standard+fatal-at-block=1", FailScan},

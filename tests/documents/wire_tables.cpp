@@ -153,10 +153,24 @@ Table StandardCommands() {
   return table;
 }
 
+Table StandardParameters() {
+  Table table{"standard-parameters", {"Parameter", "Offset", "Bytes", "Values"}, {}};
+  for (const CommandShape& command : kCommandTable) {
+    if (command.prefix != kEsc) continue;
+    for (const NamedField& field : command.parameters) {
+      table.rows.push_back({NameOf(command) + " " + std::string(field.name),
+                            std::to_string(field.offset), std::to_string(field.width),
+                            ValuesOf(field)});
+    }
+  }
+  return table;
+}
+
 }  // namespace
 
 std::vector<Table> WireTables() {
   std::vector<Table> tables{ControlBytes(), ExtendedCommands(), StandardCommands(),
+                            StandardParameters(),
                             FieldTable("parameter-block", parameter::kFields)};
   for (const ReplyShape& shape : kReplyShapes) {
     if (shape.fields.empty()) continue;
