@@ -144,7 +144,6 @@ bool StdBlockStream::ReadHeader(GeneralCmd& scanner, Call& call, BlockHeader& he
 }
 
 bool StdBlockStream::ReadLines(GeneralCmd& scanner, Call& call, std::uint32_t bytes) {
-  block_.receivedBytes = 0;
   if (bytes > capacity_ || !buffer_.IsThere()) return scanner.Fail(kTransferFailed);
   const std::uint32_t changes = buffer_.Changes();
   if (!buffer_.Fill(*scanner.Wire(), call, kDataStart, bytes)) {

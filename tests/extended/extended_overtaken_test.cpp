@@ -97,6 +97,21 @@ TEST_CASE_FIXTURE(OpenExtended, "a transfer that another call completed stays co
   CHECK(PMGetScanError() == 0);
 }
 
+TEST_CASE_FIXTURE(OpenExtended,
+                  "a further open out of a call within a call takes the channel of both") {
+  const ReplacedSet replaced;
+  InitAcquire(1);
+  AcceptParameters();
+  AnswerStatus();  // of the acquisition
+  AnswerStatus();  // of the question within it
+  device.duringReadOf = kStatusBytes;
+  device.duringRead = [this] {
+    device.duringRead = [this] { CHECK(Open() == 1); };
+    PMGetOptionStatus(0);
+  };
+  CHECK(Acquire(64).record.status == kFailed);
+}
+
 TEST_CASE("settings that the host takes away amid a band of any type end the next one") {
   for (const std::uint32_t type : {0u, 2u, 5u, 6u, 7u, 8u}) {
     CAPTURE(type);

@@ -204,5 +204,19 @@ TEST_CASE_FIXTURE(ExtendedScanner,
   CHECK(Acquire(36).image == Ramp(1, 30) + Fill(6, 0xFF));
 }
 
+TEST_CASE_FIXTURE(ExtendedScanner,
+                  "a trimmed white line below the area goes on with what was received behind it") {
+  REQUIRE(Open(With(Identity(), 46, Text("Prospectra3140XL"))) == 1);
+  Set("pixelType=8 mirrorImage=1 originY=1399");
+  settings.areaWidthPx = 17;  // 16 are sent, and the first byte is skipped
+  settings.areaHeightPx = 2;  // of the second line nothing is sent
+  const Bytes area = Word(1) + Word(1399) + Word(16) + Word(1) + Bytes{0x00, 0x0E};
+  StartScan(With(With(ParameterBlock(), 8, area), 36, {0x01}), Header(0, 0, 80), 8);
+  SendLastBlock(Ramp(0, 80));
+  const Bytes filler = Fill(2, 0xA5);
+  const Bytes white = Fill(31, 0xFF) + Ramp(64, 3);
+  CHECK(Acquire(72).image == white + filler + Ramp(1, 34) + filler);  // from the bottom up
+}
+
 }  // namespace
 }  // namespace pmddb832::tests::extended

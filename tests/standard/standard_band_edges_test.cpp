@@ -170,6 +170,17 @@ TEST_CASE_FIXTURE(OpenB4,
 }
 
 TEST_CASE_FIXTURE(OpenB4,
+                  "standard: a trimmed white line goes on with the block that was cancelled") {
+  Set("areaWidthPx=9 mirrorImage=1");  // 16 pixels are sent, 7 of them are pads; rows have 12 bytes
+  StartScanOf(UploadOf("B4", "A 00 00 00 00 10 00 04 00"), BlockHeader(0x00, 16, 1), 255, 1);
+  SendLines(Fill(16, 1));
+  Acquire(12, 3);
+  device.Reply(BlockHeader(0x00, 24, 1)).Reply(Ramp(0, 24)).Expect({0x18}).Reply({0x06});
+  PMAbortScan();
+  CHECK(Acquire(12).image == Fill(5, 0xFF) + Ramp(12, 4) + Fill(3, 0xA5));
+}
+
+TEST_CASE_FIXTURE(OpenB4,
                   "standard: a line mode scan behind one in blocks has its lines in front") {
   ScanPage();
   settings.commandLevelText[1] = '3';

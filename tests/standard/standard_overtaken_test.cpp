@@ -12,6 +12,7 @@ namespace {
 constexpr std::uint32_t kAckBytes = 1;
 constexpr std::uint32_t kHeaderBytes = 6;
 constexpr std::uint32_t kLineBytes = 16;
+constexpr std::uint32_t kStatusBytes = 11;
 
 struct OvertakenScanner : StandardScanner {
   OvertakenScanner() : StandardScanner("B4") {}
@@ -90,6 +91,21 @@ TEST_CASE_FIXTURE(OvertakenScanner, "standard: an abort behind a close fails wit
   PMCloseScanner();
   CHECK(AbortSet() == 0);
   CHECK(PMGetScanError() == 9);
+}
+
+TEST_CASE_FIXTURE(
+    OvertakenScanner,
+    "standard: a further open out of a call within a call takes the channel of both") {
+  InitAcquire(1);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStatus();  // of the acquisition
+  AnswerStatus();  // of the question within it
+  During(kStatusBytes, [this] {
+    device.duringRead = [this] { CHECK(Open() == 1); };
+    PMGetOptionStatus(0);
+  });
+  CHECK(Acquire(64).record.status == kFailed);
 }
 
 TEST_CASE("standard: settings that the host takes away amid a band of any type end the next one") {

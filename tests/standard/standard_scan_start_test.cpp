@@ -190,6 +190,19 @@ TEST_CASE_FIXTURE(OpenB4,
   CHECK(system.repaintedWindows.size() == 2);
 }
 
+TEST_CASE_FIXTURE(OpenB4, "standard: a header that no block followed is not the next scan's") {
+  StartScan(BlockHeader(0x20, 16, 4));
+  duringProgress = [this] { InitAcquire(1); };
+  CheckAcquireFails(64, 9);
+  AcceptUpload(UploadOf("B4"));
+  device.ExpectBlock(0x1B, 'd', {0x04});
+  AnswerStart(BlockHeader(0x80, 99, 99));
+  AnswerStatus();
+  device.Expect({0x1B, 0x47});
+  SendLastBlock(BlockHeader(0x20, 16, 4), Ramp(0, 64));
+  CHECK(Acquire(64).Hex() == Hex(Ramp(0, 64)));
+}
+
 // The scanner answers 02 20 10 00 55 66, and the line 01 02 ... behind it.
 TEST_CASE_FIXTURE(OpenB3,
                   "standard: in line mode the answer to a second start is the first line's header "
