@@ -2,8 +2,8 @@
 #
 #   cmake -DFILE=FILE -DTABLE=NAME [-DVERSION=x.y.z] -P check_binary.cmake
 #
-# TABLE is exports, imports, module_imports, libraries, version, flags, sections, guard, call_targets
-# or symbols.
+# TABLE is exports, imports, module_imports, libraries, version, flags, sections, guard,
+# call_targets, guarded_exports or symbols.
 cmake_minimum_required(VERSION 3.25)
 
 find_program(READOBJ llvm-readobj-19 REQUIRED)
@@ -249,6 +249,17 @@ function(check_call_targets)
   list(FILTER others EXCLUDE REGEX "${module_targets}")
   list(SORT others)
   expect("Targets of calls that are not the module's" "${others}" "${expected}")
+endfunction()
+
+# Of a library whose functions are too many to list.
+function(check_guarded_exports)
+  read_call_targets(found)
+  foreach(export IN LISTS ${name}_exports)
+    string(REGEX REPLACE "[0-9]+ " "" function "${export}")
+    if(NOT function IN_LIST found)
+      message(FATAL_ERROR "${FILE}: ${function} is exported and may not be called through pointers")
+    endif()
+  endforeach()
 endfunction()
 
 # The debugger finds the symbols by a name without a folder and knows them by an identity; with them,

@@ -15,7 +15,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
 endif()
 
 add_table_tests(Pmddb832 imports sections guard call_targets symbols)
-add_table_tests(Pmsim libraries sections guard symbols)
+add_table_tests(Pmsim libraries sections guard guarded_exports symbols)
 add_table_tests(pmscan libraries sections guard symbols)
 
 add_test(NAME checked_calls
