@@ -7,13 +7,14 @@
 #include <cstring>
 #include <iostream>
 
-#include "imaging/row_kernels.h"
-
 namespace pmddb832::bench {
 namespace {
 
 constexpr std::size_t kPixels = 10200;
 constexpr std::size_t kPlaneBytes = kPixels / 2;
+
+constexpr const char* kOurs = "ours";  // the kernels that are chosen here
+constexpr const char* kOfOther = " of the other build";
 
 using Plane = std::array<std::uint8_t, 6 * kPixels + 2048>;
 
@@ -73,26 +74,34 @@ struct Kernels {
   const RowKernels& rows;
 };
 
-std::vector<Kernels> KernelsHere() {
-  std::vector<Kernels> kernels{{"ours", FastestRowKernels()}, {"scalar", kScalarRowKernels}};
+std::vector<Kernels> KernelsHere(KernelsOfBuild other) {
   const RowVectors widest = WidestRowVectors(AskProcessor());
-  if (widest >= RowVectors::kSsse3) kernels.push_back({"SSSE3", kSsse3RowKernels});
-  if (widest >= RowVectors::kAvx2) kernels.push_back({"AVX2", kAvx2RowKernels});
+  std::vector<Kernels> kernels;
+  const auto add = [&](const std::string& name, RowVectors vectors) {
+    if (vectors > widest) return;
+    kernels.push_back({name, RowKernelsFor(vectors)});
+    if (other != nullptr) kernels.push_back({name + kOfOther, *other(vectors)});
+  };
+  add(kOurs, widest);
+  add("scalar", RowVectors::kNone);
+  add("SSSE3", RowVectors::kSsse3);
+  add("AVX2", RowVectors::kAvx2);
   return kernels;
 }
 
 Job RowKernelJob(const std::string& name, std::size_t bytesRead, std::size_t bytesWritten,
-                 Measure measure, RowKernel RowKernels::*row) {
+                 Measure measure, RowKernel RowKernels::*row,
+                 const std::vector<Kernels>& kernelsHere) {
   std::vector<Contender> contenders;
-  for (const Kernels& kernels : KernelsHere()) {
+  for (const Kernels& kernels : kernelsHere) {
     contenders.push_back(Row(kernels.name, kernels.rows.*row));
   }
   return MakeJob(name, bytesRead, bytesWritten, measure, std::move(contenders));
 }
 
-Job PaletteJob() {
+Job PaletteJob(const std::vector<Kernels>& kernelsHere) {
   std::vector<Contender> contenders;
-  for (const Kernels& kernels : KernelsHere()) {
+  for (const Kernels& kernels : kernelsHere) {
     contenders.push_back(Planes(kernels.name, kernels.rows.paletteIndices));
   }
   return MakeJob("palette from three planes", 3 * kPlaneBytes, kPixels, kNarrow,
@@ -115,21 +124,25 @@ bool AllWriteTheSame(const Job& job) {
 
 }  // namespace
 
-std::vector<Job> RowJobs() {
+std::vector<Job> RowJobs(KernelsOfBuild other) {
   for (std::size_t i = 0; i < source.size(); ++i) {
     source[i] = static_cast<std::uint8_t>(i * 2654435761u >> 13);
   }
   constexpr std::size_t kBytes = 3 * kPixels;
+  const std::vector<Kernels> kernels = KernelsHere(other);
+  const auto row = [&](const char* name, std::size_t bytesRead, std::size_t bytesWritten,
+                       Measure measure, RowKernel RowKernels::*kernel) {
+    return RowKernelJob(name, bytesRead, bytesWritten, measure, kernel, kernels);
+  };
   return {
-      RowKernelJob("inversion", kPixels, kPixels, kCopy, &RowKernels::invert),
-      RowKernelJob("preview map", kPixels, kPixels, kNarrow, &RowKernels::previewGrey),
-      RowKernelJob("24-bit swap", kBytes, kBytes, kCopy, &RowKernels::swapBytes),
-      RowKernelJob("48-bit swap", 2 * kBytes, 2 * kBytes, kCopy, &RowKernels::swapSamples),
-      RowKernelJob("48 to 24 bits, same order", 2 * kBytes, kBytes, kCopy, &RowKernels::reduce),
-      RowKernelJob("48 to 24 bits, reversed", 2 * kBytes, kBytes, kCopy,
-                   &RowKernels::reduceSwapped),
-      RowKernelJob("12-bit unpack", kBytes / 2, 2 * kPixels, kNarrow, &RowKernels::unpack12),
-      PaletteJob(),
+      row("inversion", kPixels, kPixels, kCopy, &RowKernels::invert),
+      row("preview map", kPixels, kPixels, kNarrow, &RowKernels::previewGrey),
+      row("24-bit swap", kBytes, kBytes, kCopy, &RowKernels::swapBytes),
+      row("48-bit swap", 2 * kBytes, 2 * kBytes, kCopy, &RowKernels::swapSamples),
+      row("48 to 24 bits, same order", 2 * kBytes, kBytes, kCopy, &RowKernels::reduce),
+      row("48 to 24 bits, reversed", 2 * kBytes, kBytes, kCopy, &RowKernels::reduceSwapped),
+      row("12-bit unpack", kBytes / 2, 2 * kPixels, kNarrow, &RowKernels::unpack12),
+      PaletteJob(kernels),
   };
 }
 
@@ -149,7 +162,7 @@ void PrintRowTable(const std::vector<Job>& jobs, const Medians& medians) {
   std::vector<std::vector<std::string>> table{{"row of 10,200 pixels", "ns"}};
   for (const char* other : kOthers) table.front().push_back(std::string("speed / ") + other);
   for (const Job& job : jobs) {
-    const std::string ours = job.name + "/ours";
+    const std::string ours = job.name + "/" + kOurs;
     const auto found = medians.find(ours);
     if (found == medians.end()) continue;
     std::vector<std::string> row{job.name, Number(found->second, 0)};
@@ -166,10 +179,10 @@ void PrintRowGoals(const std::vector<Job>& jobs, const Medians& medians) {
                        double limit) {
     const auto speed = RatioOf(medians, job.name + "/" + other, job.name + "/" + rows);
     if (!speed.has_value()) return;
-    const std::string name = rows == "ours" ? job.name : job.name + " in " + rows;
+    const std::string name = rows == kOurs ? job.name : job.name + " in " + rows;
     goals.push_back({name + ", speed / " + other, *speed, Goal::Kind::kAtLeast, limit});
   };
-  std::vector<std::string> sets{"ours"};
+  std::vector<std::string> sets{kOurs};
   if (WidestRowVectors(AskProcessor()) > RowVectors::kAvx2) sets.emplace_back("AVX2");
   for (const std::string& rows : sets) {
     for (const Job& job : jobs) {
@@ -187,6 +200,28 @@ void PrintRows(const std::vector<Job>& jobs, const Medians& medians) {
   PrintRowTable(jobs, medians);
   std::cout << '\n';
   PrintRowGoals(jobs, medians);
+}
+
+void PrintBuilds(const std::vector<Job>& jobs, const Medians& medians) {
+  // No slower, but for what the medians move by from run to run.
+  constexpr double kNoSlower = 1.03;
+  std::vector<std::vector<std::string>> table{
+      {"row, time / other build", "chosen", "AVX2", "SSSE3"}};
+  std::vector<Goal> goals;
+  for (const Job& job : jobs) {
+    std::vector<std::string> row{job.name};
+    for (const char* kernels : {kOurs, "AVX2", "SSSE3"}) {
+      const std::string name = job.name + "/" + kernels;
+      row.push_back(Ratio(medians, name, name + kOfOther));
+      const auto time = RatioOf(medians, name, name + kOfOther);
+      const std::string goal = job.name + ", " + kernels + " / other build";
+      if (time.has_value()) goals.push_back({goal, *time, Goal::Kind::kAtMost, kNoSlower});
+    }
+    table.push_back(row);
+  }
+  PrintTable(table);
+  std::cout << '\n';
+  PrintGoals(goals);
 }
 
 }  // namespace pmddb832::bench

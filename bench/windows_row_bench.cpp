@@ -1,8 +1,17 @@
-// The row kernels as the cross compiler builds them, beside a copy of as many bytes. Google
-// Benchmark and the other libraries exist for the build machine only, so a stopwatch stands here.
+// The row kernels as the cross compiler builds them, beside a copy of as many bytes, and in turn
+// with those of another build, a row_library.dll:
+//
+//   windows_row_bench OTHER.dll
+//
+// Google Benchmark and the other libraries exist for the build machine only, so a stopwatch stands
+// here.
+
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
 
 #include <algorithm>
 #include <chrono>
+#include <iostream>
 
 #include "bench/row_jobs.h"
 
@@ -50,20 +59,35 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-int Main() {
-  const std::vector<Job> jobs = RowJobs();
+KernelsOfBuild Find(const char* file) {
+  const HMODULE library = LoadLibraryA(file);
+  const FARPROC found = library == nullptr ? nullptr : GetProcAddress(library, "RowKernelsOfBuild");
+  return reinterpret_cast<KernelsOfBuild>(reinterpret_cast<void*>(found));
+}
+
+int Main(const char* other) {
+  const KernelsOfBuild kernels = Find(other);
+  if (kernels == nullptr) {
+    std::cerr << other << " has no RowKernelsOfBuild.\n";
+    return 1;
+  }
+  const std::vector<Job> jobs = RowJobs(kernels);
   if (!AllWriteTheSame(jobs)) return 1;
   std::vector<Timing> timings = TimingsOf(jobs);
   for (int i = 0; i < kRepetitions; ++i) std::for_each(timings.begin(), timings.end(), Repeat);
   Medians medians;
   for (const Timing& timing : timings) medians[timing.name] = Median(timing.nanoseconds);
   PrintRows(jobs, medians);
+  std::cout << '\n';
+  PrintBuilds(jobs, medians);
   return 0;
 }
 
 }  // namespace
 }  // namespace pmddb832::bench
 
-int main() {
-  return pmddb832::bench::Main();
+int main(int count, char** arguments) {
+  if (count == 2) return pmddb832::bench::Main(arguments[1]);
+  std::cerr << "One file expected: OTHER.dll\n";
+  return 1;
 }
