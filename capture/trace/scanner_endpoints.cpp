@@ -103,18 +103,18 @@ ScannerEndpoints FindScanner(std::span<const UsbPacket> packets, const DeviceCho
   Devices chosen = all;
   std::erase_if(chosen, [&](const auto& row) { return !IsChosen(row.first, choice); });
   const Devices likely = Likely(chosen);
-  const bool isNamed = choice.device.has_value();
-  const bool speaks = !likely.empty() && likely.begin()->second.Commands() > 0;
-  if (likely.size() != 1 || !(speaks || isNamed)) {
+  if (likely.size() != 1) {
+    const bool speak = !likely.empty() && likely.begin()->second.Commands() > 0;
     throw TraceError("expected one device" + ChoiceText(choice) +
                      " that is sent a scanner's commands, came " +
-                     (speaks ? std::to_string(likely.size()) : "none") +
+                     (speak ? std::to_string(likely.size()) : "none") +
                      ". Name the scanner, or trace it from before the host opens it; with bulk "
                      "transfers there are: " +
                      ListText(all) + ".");
   }
   const auto& [address, device] = *likely.begin();
-  return {address, Busiest(device.out), Busiest(device.in)};
+  const bool isGuess = device.Commands() == 0 && !choice.device.has_value();
+  return {address, Busiest(device.out), Busiest(device.in), isGuess};
 }
 
 }  // namespace capture

@@ -142,6 +142,8 @@ ImportedTrace ImportTrace(std::span<const std::uint8_t> file, const DeviceChoice
     imported.capture.entries.emplace_back(std::move(transfer));
   }
   Notes notes;
+  notes.AddIf(scanner.isGuess,
+              "No device is sent a scanner's commands: taken is the only one with bulk transfers.");
   NoteLeftOut(usb, CountLeftOut(usb, scanner), notes);
   NoteTransfers(bus, cutter, notes);
   NoteGaps(trace, cutter, notes);

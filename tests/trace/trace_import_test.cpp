@@ -243,11 +243,40 @@ TEST_CASE("of two scanners one is to be named") {
   CHECK(Lines(trace.Get({.bus = 1, .device = {}})) == "write 2 : 1B 40\n");
 }
 
-TEST_CASE("a device that is named need not be sent commands") {
+constexpr const char* kOnlyOne =
+    "No device is sent a scanner's commands: taken is the only one with bulk transfers.";
+
+TEST_CASE("without commands the scanner is the only device with bulk transfers, with a note") {
   Import trace;
   trace.AddRead(3, {1, 2, 3}, 1);
-  CHECK(Refusal(trace.File()).find("came none.") != std::string::npos);
-  CHECK(Lines(trace.Get({.bus = {}, .device = 5})) == "read 3 : 01 02 03\n");
+  trace.Add({.request = 50, .kind = 2, .endpoint = 0x80, .device = 7, .length = 18});
+  const ImportedTrace read = trace.Get();
+  CHECK(read.scanner == capture::UsbAddress{1, 5});
+  CHECK(Lines(read) == "read 3 : 01 02 03\n");
+  CHECK(HasNote(read, kOnlyOne));
+  CHECK(HasNote(trace.Get({.bus = 1, .device = {}}), kOnlyOne));
+}
+
+TEST_CASE("of two devices without commands one is to be named, and needs no note") {
+  Import trace;
+  trace.AddRead(3, {1, 2, 3}, 1);
+  trace.Add({.endpoint = 0x81, .device = 7, .bus = 3, .length = 13});
+  CHECK(Refusal(trace.File()) ==
+        "expected one device that is sent a scanner's commands, came none. Name the scanner, or "
+        "trace it from before the host opens it; with bulk transfers there are: --bus 1 --device 5 "
+        "(no command), --bus 3 --device 7 (no command).");
+  const ImportedTrace named = trace.Get({.bus = {}, .device = 5});
+  CHECK(Lines(named) == "read 3 : 01 02 03\n");
+  CHECK_FALSE(HasNote(named, kOnlyOne));
+  CHECK(HasNote(trace.Get({.bus = 1, .device = {}}), kOnlyOne));
+}
+
+TEST_CASE("a trace without bulk transfers has no scanner") {
+  Import trace;
+  trace.Add({.request = 50, .kind = 2, .endpoint = 0x80, .length = 18});
+  CHECK(Refusal(trace.File()) ==
+        "expected one device that is sent a scanner's commands, came none. Name the scanner, or "
+        "trace it from before the host opens it; with bulk transfers there are: none.");
 }
 
 TEST_CASE("a trace without USB packets is refused") {

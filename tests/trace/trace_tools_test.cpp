@@ -117,6 +117,24 @@ TEST_CASE("a trace that editcap cut at its beginning is imported, with a note") 
   CHECK(read.notes[0].find("The trace begins within the conversation") == 0);
 }
 
+TEST_CASE("a trace that editcap cut within the image is imported, with notes") {
+  const Workshop workshop;
+  const Capture transfers = TransfersOf(CaptureIn(PMDDB832_CAPTURES "/standard-grey.txt"));
+  for (const std::ptrdiff_t cut : {82, 83, 84, 89}) {
+    CAPTURE(cut);
+    Capture rest = transfers;
+    rest.entries.erase(rest.entries.begin(), rest.entries.begin() + cut);
+    CHECK(workshop.Rewritten(transfers, "editcap from to 1-" + std::to_string(cut)) ==
+          TextOf(rest));
+    const auto read = capture::ImportTrace(FileBytes(workshop.Name("to")), {});
+    CHECK(read.notes ==
+          std::vector<std::string>{
+              "No device is sent a scanner's commands: taken is the only one with bulk transfers.",
+              "The trace begins within the conversation: what stands before the first command "
+              "cannot be understood."});
+  }
+}
+
 TEST_CASE("a trace whose packets editcap shortened is imported, with a note") {
   const Workshop workshop;
   const Capture transfers = TransfersOf(CaptureIn(PMDDB832_CAPTURES "/extended-colour.txt"));
