@@ -101,10 +101,15 @@ void RunCommand(const Options& options, const Surroundings& with,
   RunScanCommand(options, with, settings, report);
 }
 
-// Of a scanner that failed: the transfer, and how to see what was said.
-Failure Explained(const Failure& failure, const std::string& transfer, const Options& options) {
+// Of a scanner that failed: the transfer, and how to see what was said. Of one that refused what
+// came: that alone.
+Failure Explained(const Failure& failure, const std::string& transfer,
+                  const std::optional<Failure>& refusal, const Options& options) {
   if (failure.code > kUnknownError) return Failure(failure);
   std::string detail = failure.what();
+  if (refusal) {
+    return Failure(refusal->code, refusal->what() + (detail.empty() ? "" : " " + detail));
+  }
   if (!transfer.empty()) detail += (detail.empty() ? "" : " ") + ("On the cable " + transfer + ".");
   const std::string& file = options.capture.file;
   detail += (detail.empty() ? "" : " ") +
@@ -183,9 +188,11 @@ int RunWithDevice(const Options& options, Json& report) {
   try {
     RunWithModule(options, {bed, capture ? &*capture : nullptr, progress}, settings, report);
     if (capture) capture->Finish();
+    if (const auto refusal = connection->Refusal()) throw Failure(*refusal);
   } catch (const Failure& reason) {
     progress.EndLine();
-    const Failure failure = Explained(reason, watched.FirstFailure(), options);
+    const Failure failure =
+        Explained(reason, watched.FirstFailure(), connection->Refusal(), options);
     exitCode = Report(failure);
     report["error"] = FailureJson(failure);
   }

@@ -37,14 +37,21 @@ CapturedConnection::CapturedConnection(const std::string& device, bool isToleran
   device_.BeginCall("", 0, scanner_.transfers.entries.size());
 }
 
+std::optional<Failure> CapturedConnection::Refusal() const {
+  if (!log_.IsOver()) return std::nullopt;
+  return std::optional<Failure>(
+      std::in_place, kReplayDiffers,
+      Describe(log_.All().front(), file_) +
+          "  The captured scanner refused this transfer, and answers nothing behind it.");
+}
+
 int CapturedConnection::Judge(int exitCode) const {
-  const std::vector<capture::Difference>& differences = log_.All();
-  if (log_.IsOver()) {
-    std::cerr << Describe(differences.front(), file_) << "\n"
-              << Describe(Failure(kReplayDiffers,
-                                  "The captured scanner answers nothing behind this transfer."));
-    return FindErrorCode(kReplayDiffers).ExitCode();
+  if (const std::optional<Failure> refusal = Refusal()) {
+    const int refused = FindErrorCode(refusal->code).ExitCode();
+    if (exitCode != refused) std::cerr << Describe(*refusal);
+    return refused;
   }
+  const std::vector<capture::Difference>& differences = log_.All();
   if (!differences.empty()) {
     std::cerr << "Note: " << capture::Counted(differences.size(), "transfer")
               << " came in another way than in the capture. The first one:\n"

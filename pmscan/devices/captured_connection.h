@@ -24,7 +24,9 @@ class CapturedConnection : public DeviceConnection {
   pmddb832::StillImageDevice& Device() override { return device_; }
   // That of the capture's host, where it is told.
   std::string ModelId() const override { return scanner_.modelId; }
-  // A strict difference is the reason of whatever failed; tolerant ones are told and change
+  // The first difference, when the capture is played strictly.
+  std::optional<Failure> Refusal() const override;
+  // A strict difference weighs more than what went wrong; tolerant ones are told and change
   // nothing.
   int Judge(int exitCode) const override;
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "pmscan/command_line/command_line.h"
+#include "pmscan/command_line/failure.h"
 #include "transport/still_image_device.h"
 
 namespace pmscan {
@@ -19,6 +21,9 @@ class DeviceConnection {
 
   // The model that the host expects, at most 7 characters; empty when any will do.
   virtual std::string ModelId() const { return {}; }
+
+  // Why the connection refused transfers that came to no scanner; nothing when it did not.
+  virtual std::optional<Failure> Refusal() const { return std::nullopt; }
 
   // Says on standard error what the scanner has to say of the conversation, which ended with
   // `exitCode`, and returns the exit code that this makes.

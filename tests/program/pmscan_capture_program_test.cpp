@@ -128,6 +128,35 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a captured scanner scans as the
   CHECK(Run("scan -o no.png --tolerant").exitCode == 65);
 }
 
+const std::string kRefusal =
+    "pmscan: error 77: the module does not do what the capture tells\n"
+    "  reset.capture, line 3:\n"
+    "  expected  write 2 : 1B 40\n"
+    "  came      write 2 : 1B 49\n"
+    "  decoded   expected: ESC @ reset\n"
+    "            came: ESC I level and identity\n"
+    "  The captured scanner refused this transfer, and answers nothing behind it.\n"
+    "  Compare the module with the one of the capture; --tolerant goes on and counts.\n";
+
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: where a captured scanner refuses, that is all that is told") {
+  Write("reset.capture", "pmddb832 capture 1\n\nwrite 2 : 1B 40\nread 1 : 06\n");
+  const ProgramResult info = Run("info --device capture:reset.capture --json");
+  CHECK(info.exitCode == 77);
+  CHECK(info.errors == kRefusal);
+  CHECK(Has(info.output, "\"code\": 77,"));
+  CHECK_FALSE(Has(info.output, "lamp"));
+  CHECK(Run(kScan + " --capture page.capture").exitCode == 0);
+  const ProgramResult scan = Run(
+      "scan -o no.png --resolution 75 --area 10px,10px,40px,30px --device capture:page.capture");
+  CHECK(scan.exitCode == 77);
+  CHECK(Has(scan.errors,
+            "  The captured scanner refused this transfer, and answers nothing behind it. Nothing "
+            "was saved.\n  Compare the module"));
+  CHECK_FALSE(Has(scan.errors, "error 22"));
+  CHECK_FALSE(Has(scan.errors, "80070079"));
+}
+
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a capture is not replaced without --overwrite") {
   Write("page.capture", "mine");
   const ProgramResult result = Run(kScan + " --capture page.capture");
