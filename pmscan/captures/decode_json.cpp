@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "capture/decode/decode.h"
+#include "pmscan/report/error_codes.h"
 #include "pmscan/report/json_report.h"
 
 namespace pmscan {
@@ -67,6 +68,13 @@ std::string DecodeJson(const capture::Capture& capture) {
   ObjectLines lines;
   lines.Add("summary", capture::Summarize(calls));
   for (const CallStory& call : calls) AddCall(lines, call);
+  return lines.Text();
+}
+
+std::string DecodeFailureJson(const Failure& failure) {
+  const int exitCode = FindErrorCode(failure.code).ExitCode();
+  ObjectLines lines;
+  lines.Add(Json{{"error", FailureJson(failure)}, {"exitCode", exitCode}});
   return lines.Text();
 }
 

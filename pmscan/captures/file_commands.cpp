@@ -53,9 +53,12 @@ std::string FileNameOf(const std::string& name) {
 
 }  // namespace
 
-void RunDecodeCommand(const Options& options, std::ostream& out) {
+void RunDecodeCommand(const Options& options, std::ostream& out) try {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
   out << (options.isJson ? DecodeJson(capture) : capture::Decode(capture));
+} catch (const Failure& failure) {
+  if (options.isJson) out << DecodeFailureJson(failure);
+  throw;
 }
 
 void RunConvertCommand(const Options& options, std::ostream& out) {

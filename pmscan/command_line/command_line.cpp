@@ -120,14 +120,11 @@ std::vector<KeptOption> ProfileOptions(const Program& program,
   return options;
 }
 
-Options FinishScan(Program& program, const std::filesystem::path& profileFolder) {
+Options FinishScan(Program& program) {
   Options& options = program.words;
   ReadScanWords(program.words, options);
   RequireOwnFiles(program.words);
-  if (!options.savedProfile.empty()) {
-    SaveProfile(profileFolder, options.savedProfile,
-                GivenOptions(*program.app.get_subcommand("scan")), options.mayOverwrite);
-  }
+  options.keptOptions = GivenOptions(*program.app.get_subcommand("scan"));
   return options;
 }
 
@@ -141,7 +138,7 @@ void RequireSound(const std::filesystem::path& folder, const std::string& profil
   Program alone;
   try {
     Parse(alone, arguments);
-    FinishScan(alone, folder);
+    FinishScan(alone);
   } catch (const CLI::ParseError& error) {
     throw Failure(kProfile, file + ": " + error.what());
   } catch (const Failure& failure) {
@@ -164,7 +161,7 @@ Options FinishWithProfile(const Program& program, std::vector<std::string> argum
   words.capture = program.words.capture;
   words.profileFile = ProfileFile(folder, program.words.profile);
   try {
-    return FinishScan(merged, folder);
+    return FinishScan(merged);
   } catch (const Failure& failure) {
     throw WithProfile(failure, words);
   }
@@ -184,7 +181,7 @@ Options OptionsOf(Program& program, const std::vector<std::string>& arguments,
     RequireOwnFiles(words);
     return words;
   }
-  if (words.profile.empty()) return FinishScan(program, profileFolder);
+  if (words.profile.empty()) return FinishScan(program);
   return FinishWithProfile(program, arguments, profileFolder);
 }
 

@@ -12,6 +12,7 @@
 #include "pmscan/scan/page_names.h"
 #include "pmscan/scan/scan_area.h"
 #include "pmscan/scan/scan_mode.h"
+#include "pmscan/scan/scan_profile.h"
 #include "pmscan/scan/scan_source.h"
 #include "pmscan/settings/focus.h"
 #include "pmscan/settings/image_settings.h"
@@ -79,8 +80,9 @@ struct Options {
   bool isDryRun = false;
   bool keepsPartial = false;              // what came of a page that failed
   std::optional<ProgressStyle> progress;  // nothing: a bar on a terminal
-  std::string savedProfile;  // the name under which the settings were kept; empty: none
-  std::string profileFile;   // of the profile that was taken; empty: none
+  std::string savedProfile;               // the name under which to keep the settings; empty: none
+  std::vector<KeptOption> keptOptions;    // what it keeps
+  std::string profileFile;                // of the profile that was taken; empty: none
   std::vector<std::string> profileNames;  // the files that it names for this scan
   // Of profiles.
   std::string shownProfile;  // empty: all
@@ -88,8 +90,8 @@ struct Options {
 };
 
 // Reads the arguments behind the program's name. The settings of --profile come from
-// `profileFolder`, and --save-profile keeps them there. Throws Failure: kUsage, kProfile, or
-// kUnsupported when the options contradict each other.
+// `profileFolder`. Throws Failure: kUsage, kProfile, or kUnsupported when the options contradict
+// each other.
 Options ParseCommandLine(const std::vector<std::string>& arguments,
                          const std::filesystem::path& profileFolder = {});
 

@@ -29,6 +29,7 @@
 #include "pmscan/scan/module_exports.h"
 #include "pmscan/scan/module_library.h"
 #include "pmscan/scan/scan_command.h"
+#include "pmscan/scan/scan_profile.h"
 #include "pmscan/scan/session.h"
 #include "pmscan/scan/watched_work.h"
 
@@ -199,9 +200,19 @@ int RunWithDevice(const Options& options, Json& report) {
   return connection->Judge(exitCode);
 }
 
+void KeepProfile(const Options& options, Json& report) {
+  const std::filesystem::path folder = ProfileFolder();
+  SaveProfile(folder, options.savedProfile, options.keptOptions, options.mayOverwrite);
+  report["profile"] = options.savedProfile;
+  report["file"] = ProfileFile(folder, options.savedProfile);
+}
+
 int RunReporting(const Options& options, Json& report) {
   try {
-    if (options.command == Command::kScan) RequireRunnable(options);
+    if (!options.savedProfile.empty()) KeepProfile(options, report);
+    const bool isScan = options.command == Command::kScan;
+    if (isScan && !options.hasOutput && !options.isDryRun) return 0;
+    if (isScan) RequireRunnable(options);
     if (options.command != Command::kReplay) return RunWithDevice(options, report);
     RunReplayCommand(options, CommandText(), report);
     return 0;
@@ -263,10 +274,7 @@ int Run() {
     std::cout << "pmscan " PMSCAN_VERSION "\n";
     return 0;
   }
-  if (RunFileCommand(options)) return 0;
-  const bool onlyKeepsProfile =
-      options.command == Command::kScan && !options.hasOutput && !options.isDryRun;
-  return onlyKeepsProfile ? 0 : RunDeviceCommand(options);
+  return RunFileCommand(options) ? 0 : RunDeviceCommand(options);
 }
 
 }  // namespace

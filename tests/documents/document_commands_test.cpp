@@ -56,7 +56,11 @@ TEST_CASE("documents: pmscan understands every command as it stands there") {
       CAPTURE(command);
       std::vector<std::string> words = WordsOf(command);
       words.erase(words.begin());
-      CHECK_NOTHROW(pmscan::ParseCommandLine(words, profiles.path));
+      pmscan::Options options;
+      CHECK_NOTHROW(options = pmscan::ParseCommandLine(words, profiles.path));
+      if (!options.savedProfile.empty()) {
+        pmscan::SaveProfile(profiles.path, options.savedProfile, options.keptOptions, false);
+      }
       ++understood;
     }
   }

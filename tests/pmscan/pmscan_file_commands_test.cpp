@@ -55,6 +55,28 @@ TEST_CASE("decode --json gives an object for each told line") {
 )json");
 }
 
+TEST_CASE("decode --json of what is no capture gives the failure, on one line") {
+  const CaptureFolder folder;
+  std::ostringstream out;
+  Options options = folder.Write("hello\n");
+  options.isJson = true;
+  const auto decode = [&] { pmscan::RunDecodeCommand(options, out); };
+  options.readCapture = "/no/such.capture";
+  CHECK(pmscan::tests::CodeOf(decode) == pmscan::kCaptureUnreadable);
+  CHECK(out.str() ==
+        R"({"error":{"code":67,"meaning":"the capture cannot be read",)"
+        R"("detail":"/no/such.capture does not open for reading.",)"
+        R"("whatToDo":"Name a file that --capture wrote; docs/capture-format.md tells how to edit )"
+        "one.\"},\"exitCode\":67}\n");
+  options.readCapture = folder.Name("some.capture");
+  CHECK(pmscan::tests::CodeOf(decode) == pmscan::kCaptureUnreadable);
+  CHECK(out.str().ends_with("\"exitCode\":67}\n"));
+  options.isJson = false;
+  out.str("");
+  CHECK(pmscan::tests::CodeOf(decode) == pmscan::kCaptureUnreadable);
+  CHECK(out.str().empty());
+}
+
 TEST_CASE("decode --json tells the fields of a long reply, and a call that never returned") {
   const CaptureFolder folder;
   std::ostringstream out;

@@ -199,10 +199,11 @@ TEST_CASE("pmscan: the feeder, the focus and the reset are subcommands") {
 
 TEST_CASE_FIXTURE(NumberFiles, "pmscan: a profile keeps the image settings, by their type") {
   const std::string matrix = Name("matrix.txt");
-  pmscan::ParseCommandLine(
+  const Options kept = pmscan::ParseCommandLine(
       {"scan", "--save-profile", "p", "--brightness", "-2", "--zoom", "150", "--preview",
        "--color-matrix", matrix, "--gamma", "2.2", "--focus", "7", "--area", "a5"},
       path);
+  pmscan::SaveProfile(path, kept.savedProfile, kept.keptOptions, false);
   CHECK(Text("p.json") ==
         "{\n  \"area\": \"a5\",\n  \"brightness\": -2,\n  \"gamma\": \"2.2\",\n"
         "  \"color-matrix\": " +

@@ -164,6 +164,22 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: profiles lie where the system k
   CHECK(Run("profiles").output == "letters\n");
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a profile that is kept is reported as JSON") {
+  const std::string keep = "scan --mode grey --save-profile letters --json";
+  pmscan::tests::SetVariable(pmscan::tests::kSettingsVariable, (Folder() / "settings").string());
+  const Json kept = Json::parse(Run(keep).output);
+  CHECK(kept.size() == 3);
+  CHECK(kept["profile"] == "letters");
+  CHECK(std::filesystem::equivalent(std::filesystem::path(kept["file"].get<std::string>()),
+                                    Folder() / "settings/pmscan/letters.json"));
+  CHECK(kept["exitCode"] == 0);
+  const Json refused = Json::parse(Run(keep).output);
+  CHECK(refused["error"]["code"] == 78);
+  CHECK(refused["error"]["detail"] ==
+        "There is a profile \"letters\" already; --overwrite replaces it.");
+  CHECK(refused["exitCode"] == 78);
+}
+
 #ifndef _WIN32
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a picture goes to what its link leads to") {
   std::filesystem::create_directories(Folder() / "far");
