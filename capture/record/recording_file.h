@@ -5,6 +5,7 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "capture/file/capture_writer.h"
 #include "capture/record/recorder.h"
@@ -23,14 +24,18 @@ class RecordingFile {
   Recorder& Entries() { return recorder_; }
 
   // False once the file did not take something.
-  bool IsWhole() const { return writer_->IsGood(); }
+  bool IsWhole() const { return !reason_; }
+  // Why it did not; none while it is whole.
+  const std::error_code& Reason() const { return reason_; }
 
  private:
+  void Check();
   std::uint64_t Microseconds() const;
 
   const std::chrono::steady_clock::time_point start_;
   std::ofstream stream_;
   std::optional<CaptureWriter> writer_;
+  std::error_code reason_;
   Recorder recorder_;
 };
 

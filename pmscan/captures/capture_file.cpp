@@ -21,10 +21,10 @@ capture::Capture ReadCaptureFile(const std::string& fileName) {
 
 void RequireFree(const std::string& fileName, bool mayOverwrite) {
   const std::string standing = StandingInPlace(fileName);
-  if (!standing.empty()) throw Failure(kCaptureUnwritable, standing + ".");
+  if (!standing.empty()) throw Failure(kFileUnwritable, standing + ".");
   std::error_code ignored;
   if (mayOverwrite || !std::filesystem::exists(PathOf(fileName), ignored)) return;
-  throw Failure(kCaptureUnwritable, fileName + " is already there; add --overwrite to replace it.");
+  throw Failure(kFileUnwritable, fileName + " is already there; add --overwrite to replace it.");
 }
 
 }  // namespace pmscan

@@ -10,7 +10,7 @@ namespace pmscan {
 // the file and the line.
 capture::Capture ReadCaptureFile(const std::string& fileName);
 
-// Throws Failure(kCaptureUnwritable) for a file that is there and may not be replaced.
+// Throws Failure(kFileUnwritable) for a file that is there and may not be replaced.
 void RequireFree(const std::string& fileName, bool mayOverwrite);
 
 }  // namespace pmscan

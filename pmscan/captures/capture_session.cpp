@@ -14,13 +14,13 @@ CaptureSession::CaptureSession(const CaptureChoice& choice, bool mayOverwrite,
   const std::filesystem::path path = PathOf(name_);
   std::error_code ignored;
   if (!mayOverwrite && std::filesystem::exists(path, ignored)) {
-    throw Failure(kCaptureUnwritable, IsThereAlready(name_));
+    throw Failure(kFileUnwritable, IsThereAlready(name_));
   }
   try {
     file_.emplace(path, remarks, choice.keepsImageData);
   } catch (const std::system_error& error) {
-    throw Failure(kCaptureUnwritable,
-                  name_ + " does not open for writing: " + error.code().message() + ".");
+    throw Failure(kFileUnwritable,
+                  name_ + ": cannot create the file: " + error.code().message() + ".");
   }
 }
 
@@ -37,7 +37,7 @@ ModuleExports CaptureSession::Attach(const ModuleExports& module) {
 
 void CaptureSession::Finish() const {
   if (file_->IsWhole()) return;
-  throw Failure(kCaptureUnwritable, name_ + " could not be written to its end.");
+  throw Failure(kFileUnwritable, name_ + ": cannot write: " + file_->Reason().message() + ".");
 }
 
 }  // namespace pmscan

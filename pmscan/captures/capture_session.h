@@ -16,14 +16,14 @@ namespace pmscan {
 // module keeps the device, so that this lives until it is unloaded.
 class CaptureSession {
  public:
-  // `remarks` stand as comments at the file's beginning. Throws Failure(kCaptureUnwritable).
+  // `remarks` stand as comments at the file's beginning. Throws Failure(kFileUnwritable).
   CaptureSession(const CaptureChoice& choice, bool mayOverwrite, const std::string& remarks);
 
   // Puts itself between the module and the device that the settings name.
   void Attach(pmddb832::ScannerSettings& settings);
   ModuleExports Attach(const ModuleExports& module);
 
-  // Throws Failure(kCaptureUnwritable) when something did not get into the file.
+  // Throws Failure(kFileUnwritable) when something did not get into the file.
   void Finish() const;
 
  private:

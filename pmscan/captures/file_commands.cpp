@@ -1,8 +1,7 @@
 #include "pmscan/captures/file_commands.h"
 
-#include <algorithm>
-#include <fstream>
 #include <ostream>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -13,23 +12,16 @@
 #include "pmscan/captures/decode_json.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
+#include "pmscan/encoders/byte_file.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report_page/report_page.h"
 
 namespace pmscan {
 namespace {
 
-void WriteFile(const std::string& name, const std::vector<std::uint8_t>& bytes) {
-  const std::filesystem::path path = PathOf(name);
-  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-  if (!stream) throw Failure(kCaptureUnwritable, name + " does not open for writing.");
-  stream.write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-  stream.close();
-  if (stream) return;
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
-  throw Failure(kCaptureUnwritable, name + " could not be written to its end.");
+// The file that the command makes.
+void WriteMade(const std::string& name, std::string_view contents) {
+  WriteWhole(PathOf(name), name, contents, kFileUnwritable);
 }
 
 std::string Summary(const capture::Capture& capture) {
@@ -64,16 +56,16 @@ void RunDecodeCommand(const Options& options, std::ostream& out) try {
 void RunConvertCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
   RequireFree(options.convertedFile, options.mayOverwrite);
-  WriteFile(options.convertedFile, capture::ToPcapng(capture));
+  const std::vector<std::uint8_t> packets = capture::ToPcapng(capture);
+  WriteMade(options.convertedFile, {reinterpret_cast<const char*>(packets.data()), packets.size()});
   out << options.convertedFile << ": " << Summary(capture) << "\n";
 }
 
 void RunReportCommand(const Options& options, std::ostream& out) {
   const capture::Capture capture = ReadCaptureFile(options.readCapture);
   RequireFree(options.convertedFile, options.mayOverwrite);
-  const std::string page =
-      ReportPage(capture, FileNameOf(options.readCapture), !options.leavesOutPictures);
-  WriteFile(options.convertedFile, {page.begin(), page.end()});
+  WriteMade(options.convertedFile,
+            ReportPage(capture, FileNameOf(options.readCapture), !options.leavesOutPictures));
   out << options.convertedFile << ": " << Summary(capture) << "\n";
 }
 

@@ -10,7 +10,7 @@ namespace pmscan {
 void RunDecodeCommand(const Options& options, std::ostream& out);
 
 // Writes a capture file as pcapng, and says on `out` what was written. Throws Failure:
-// kCaptureUnreadable, or kCaptureUnwritable, also for a file that is there and may not be replaced.
+// kCaptureUnreadable, or kFileUnwritable, also for a file that is there and may not be replaced.
 // A file that could not be written to its end is removed.
 void RunConvertCommand(const Options& options, std::ostream& out);
 

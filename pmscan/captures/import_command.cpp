@@ -4,6 +4,7 @@
 #include <iterator>
 #include <optional>
 #include <ostream>
+#include <sstream>
 #include <vector>
 
 #include "capture/file/capture_writer.h"
@@ -13,6 +14,7 @@
 #include "pmscan/captures/capture_file.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
+#include "pmscan/encoders/byte_file.h"
 #include "pmscan/report/error_codes.h"
 
 namespace pmscan {
@@ -46,16 +48,11 @@ std::string Remarks(const Options& options, const ImportedTrace& imported) {
   return text;
 }
 
-void Write(const std::string& name, const std::string& remarks, const capture::Capture& capture) {
-  std::ofstream stream(PathOf(name), std::ios::binary | std::ios::trunc);
-  if (!stream) throw Failure(kCaptureUnwritable, name + " does not open for writing.");
-  capture::CaptureWriter writer(stream, remarks);
-  for (const capture::Entry& entry : capture.entries) writer.Add(entry);
-  stream.close();
-  if (stream) return;
-  std::error_code ignored;
-  std::filesystem::remove(PathOf(name), ignored);
-  throw Failure(kCaptureUnwritable, name + " could not be written to its end.");
+std::string TextOf(const Options& options, const ImportedTrace& imported) {
+  std::ostringstream text;
+  capture::CaptureWriter writer(text, Remarks(options, imported));
+  for (const capture::Entry& entry : imported.capture.entries) writer.Add(entry);
+  return text.str();
 }
 
 }  // namespace
@@ -69,7 +66,7 @@ void RunImportCommand(const Options& options, std::ostream& out) {
   const ImportedTrace imported = Import(options);
   const std::string name = ImportedFile(options);
   RequireFree(name, options.mayOverwrite);
-  Write(name, Remarks(options, imported), imported.capture);
+  WriteWhole(PathOf(name), name, TextOf(options, imported), kFileUnwritable);
   out << name << ": " << capture::Counted(imported.capture.entries.size(), "transfer")
       << " of device " << imported.scanner.device << " on bus " << imported.scanner.bus << "\n";
   for (const std::string& note : imported.notes) out << "Note: " << note << "\n";

@@ -11,7 +11,7 @@ namespace pmscan {
 std::string ImportedFile(const Options& options);
 
 // Makes a capture of a trace, and says on `out` whose it is and what was left out. Throws Failure:
-// kTraceUnreadable, or kCaptureUnwritable, also for a file that is there and may not be replaced.
+// kTraceUnreadable, or kFileUnwritable, also for a file that is there and may not be replaced.
 // A file that could not be written to its end is removed.
 void RunImportCommand(const Options& options, std::ostream& out);
 

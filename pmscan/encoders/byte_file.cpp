@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "pmscan/command_line/failure.h"
-#include "pmscan/report/error_codes.h"
 
 namespace pmscan {
 namespace {
@@ -19,9 +18,11 @@ std::span<const std::uint8_t> BytesOf(std::string_view text) {
 
 }  // namespace
 
-ByteFile::ByteFile(const std::filesystem::path& filePath, std::string fileName)
+ByteFile::ByteFile(const std::filesystem::path& filePath, std::string fileName,
+                   std::uint32_t failureCode)
     : path_(filePath),
       name_(std::move(fileName)),
+      code_(failureCode),
       stream_(std::make_unique<std::fstream>(
           path_, std::ios::binary | std::ios::in | std::ios::out | std::ios::trunc)) {
   Require("create the file");
@@ -29,6 +30,7 @@ ByteFile::ByteFile(const std::filesystem::path& filePath, std::string fileName)
 
 ByteFile::ByteFile()
     : name_("a picture in memory"),
+      code_(kOutputFile),
       stream_(
           std::make_unique<std::stringstream>(std::ios::binary | std::ios::in | std::ios::out)) {}
 
@@ -71,13 +73,27 @@ void ByteFile::Close() {
   if (path_.empty()) return;
   std::error_code reason;
   std::filesystem::resize_file(path_, size_, reason);
-  if (reason) throw Failure(kOutputFile, name_ + ": cannot write: " + reason.message() + ".");
+  if (reason) throw Failure(code_, name_ + ": cannot write: " + reason.message() + ".");
 }
 
 void ByteFile::Require(const char* step) const {
   if (*stream_) return;
-  throw Failure(kOutputFile,
+  throw Failure(code_,
                 name_ + ": cannot " + step + ": " + std::generic_category().message(errno) + ".");
+}
+
+void WriteWhole(const std::filesystem::path& path, const std::string& fileName,
+                std::string_view contents, std::uint32_t failureCode) {
+  auto file = std::make_unique<ByteFile>(path, fileName, failureCode);
+  try {
+    file->Append(contents);
+    file->Close();
+  } catch (const Failure&) {
+    file.reset();
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+    throw;
+  }
 }
 
 }  // namespace pmscan

@@ -9,14 +9,18 @@
 #include <string_view>
 #include <vector>
 
+#include "pmscan/report/error_codes.h"
+
 namespace pmscan {
 
 // A file that is written from front to back, with places that are filled in later; on the disk or
-// in memory. Everything throws Failure(kOutputFile) that names the file.
+// in memory. Everything throws Failure that names the file and tells the system's reason.
 class ByteFile {
  public:
-  // Makes the file, or empties it. `fileName` is its name for messages.
-  ByteFile(const std::filesystem::path& filePath, std::string fileName);
+  // Makes the file, or empties it. `fileName` is its name for messages, and `failureCode` that of
+  // all that it throws.
+  ByteFile(const std::filesystem::path& filePath, std::string fileName,
+           std::uint32_t failureCode = kOutputFile);
   // In memory.
   ByteFile();
 
@@ -44,9 +48,15 @@ class ByteFile {
 
   const std::filesystem::path path_;
   const std::string name_;
+  const std::uint32_t code_;
   std::unique_ptr<std::iostream> stream_;
   std::uint64_t place_ = 0;  // where the stream would write
   std::uint64_t size_ = 0;
 };
+
+// Makes the file, or replaces what is in it; one that could not be written to its end is removed.
+// Throws as ByteFile does.
+void WriteWhole(const std::filesystem::path& path, const std::string& fileName,
+                std::string_view contents, std::uint32_t failureCode);
 
 }  // namespace pmscan

@@ -9,6 +9,7 @@
 #include "pmscan/command_line/failure.h"
 #include "pmscan/command_line/file_name.h"
 #include "pmscan/command_line/option_table.h"
+#include "pmscan/encoders/byte_file.h"
 #include "pmscan/report/error_codes.h"
 #include "simulator/catalog/nearest_name.h"
 
@@ -163,10 +164,10 @@ void SaveProfile(const std::filesystem::path& folder, const std::string& name,
   Json document = Json::object();
   for (const KeptOption& option : options) document[option.name] = ToJson(option);
   std::filesystem::create_directories(folder, reason);
-  std::ofstream stream(path, std::ios::binary);
-  stream << document.dump(2) << "\n";
-  stream.close();
-  if (!stream) throw Failure(kProfile, Utf8(path) + " cannot be written.");
+  if (reason) {
+    throw Failure(kProfile, Utf8(folder) + ": cannot make the folder: " + reason.message() + ".");
+  }
+  WriteWhole(path, Utf8(path), document.dump(2) + "\n", kProfile);
 }
 
 }  // namespace pmscan

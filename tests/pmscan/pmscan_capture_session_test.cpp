@@ -53,13 +53,31 @@ TEST_CASE("capture session: a file is not replaced unless it may be") {
   const CaptureFolder folder;
   const std::string file = folder.Name("new.capture");
   CHECK(CodeOf(file, false) == 0);
-  CHECK(CodeOf(file, false) == pmscan::kCaptureUnwritable);
+  CHECK(CodeOf(file, false) == pmscan::kFileUnwritable);
   CHECK(CodeOf(file, true) == 0);
 }
 
 TEST_CASE("capture session: a file that cannot be opened is a failure of its own") {
-  CHECK(CodeOf("/no/such/folder/x.capture", false) == pmscan::kCaptureUnwritable);
+  const auto open = [] {
+    const pmscan::CaptureSession session({"/no/such/folder/x.capture", false}, false, "");
+  };
+  CHECK(pmscan::tests::RefusalOf(open) ==
+        "74 /no/such/folder/x.capture: cannot create the file: No such file or directory.");
 }
+
+#ifndef _WIN32
+TEST_CASE("capture session: a file that does not take something is told with the reason") {
+  pmddb832::ScannerSettings settings{};
+  SilentDevice device;
+  settings.deviceInterface = &device;
+  pmscan::CaptureSession session({"/dev/full", false}, true, "");
+  session.Attach(settings);
+  std::uint8_t byte = 6;
+  settings.deviceInterface->RawWriteData(&byte, 1, nullptr);
+  CHECK(pmscan::tests::RefusalOf([&] { session.Finish(); }) ==
+        "74 /dev/full: cannot write: No space left on device.");
+}
+#endif
 
 TEST_CASE("capture file: one that is not there, or is no capture, is told apart from others") {
   CHECK_THROWS_WITH_AS(pmscan::ReadCaptureFile("/no/such.capture"),

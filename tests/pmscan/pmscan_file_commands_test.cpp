@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "pmscan/captures/file_commands.h"
+#include "pmscan/captures/import_command.h"
 #include "tests/pmscan/refusal.h"
 #include "tests/pmscan/test_folder.h"
 
@@ -31,6 +32,11 @@ constexpr const char* kReset =
 std::uint32_t CodeOf(void (*command)(const Options&, std::ostream&), const Options& options) {
   std::ostringstream out;
   return pmscan::tests::CodeOf([&] { command(options, out); });
+}
+
+std::string RefusalOf(void (*command)(const Options&, std::ostream&), const Options& options) {
+  std::ostringstream out;
+  return pmscan::tests::RefusalOf([&] { command(options, out); });
 }
 
 TEST_CASE("decode tells a capture's file, and in which line the trouble is") {
@@ -121,18 +127,41 @@ TEST_CASE("convert replaces a file only when it may") {
   const CaptureFolder folder;
   Options options = folder.Write(kReset);
   std::ofstream(options.convertedFile) << "mine";
-  CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kCaptureUnwritable);
+  CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kFileUnwritable);
   CHECK(std::filesystem::file_size(options.convertedFile) == 4);
   options.mayOverwrite = true;
   CHECK(CodeOf(pmscan::RunConvertCommand, options) == 0);
 }
 
-TEST_CASE("convert refuses a folder that is not there") {
+TEST_CASE("what is made of a capture is refused a folder that is not there") {
   const CaptureFolder folder;
   Options options = folder.Write(kReset);
   options.convertedFile = folder.Name("no/such/folder.pcapng");
-  CHECK(CodeOf(pmscan::RunConvertCommand, options) == pmscan::kCaptureUnwritable);
+  const std::string refusal =
+      "74 " + options.convertedFile + ": cannot create the file: No such file or directory.";
+  CHECK(RefusalOf(pmscan::RunConvertCommand, options) == refusal);
+  CHECK(RefusalOf(pmscan::RunReportCommand, options) == refusal);
 }
+
+#ifndef _WIN32
+TEST_CASE("what is made of a capture and has no room is removed, and the reason told") {
+  const CaptureFolder folder;
+  Options options = folder.Write(kReset);
+  const std::string refusal = "74 " + options.convertedFile + ": cannot write: File too large.";
+  options.trace = folder.Name("trace.pcapng");
+  options.importedFile = options.convertedFile;
+  std::ostringstream out;
+  Options whole = options;
+  whole.convertedFile = options.trace;
+  pmscan::RunConvertCommand(whole, out);
+  const pmscan::tests::NarrowDisk disk(16);
+  for (const auto run :
+       {&pmscan::RunConvertCommand, &pmscan::RunReportCommand, &pmscan::RunImportCommand}) {
+    CHECK(RefusalOf(run, options) == refusal);
+    CHECK_FALSE(std::filesystem::exists(options.convertedFile));
+  }
+}
+#endif
 
 TEST_CASE("report writes a page with the capture's name and says how much is in it") {
   const CaptureFolder folder;
@@ -151,7 +180,7 @@ TEST_CASE("report replaces a page only when it may") {
   const CaptureFolder folder;
   Options options = folder.Write(kReset);
   std::ofstream(options.convertedFile) << "mine";
-  CHECK(CodeOf(pmscan::RunReportCommand, options) == pmscan::kCaptureUnwritable);
+  CHECK(CodeOf(pmscan::RunReportCommand, options) == pmscan::kFileUnwritable);
   options.mayOverwrite = true;
   CHECK(CodeOf(pmscan::RunReportCommand, options) == 0);
 }

@@ -68,7 +68,7 @@ TEST_CASE("import replaces a file only when it may") {
   options.importedFile = folder.Name("mine.capture");
   std::ostringstream out;
   const auto import = [&] { pmscan::RunImportCommand(options, out); };
-  CHECK(pmscan::tests::CodeOf(import) == pmscan::kCaptureUnwritable);
+  CHECK(pmscan::tests::CodeOf(import) == pmscan::kFileUnwritable);
   CHECK(folder.Text("mine.capture") == "mine");
   options.mayOverwrite = true;
   CHECK(pmscan::tests::CodeOf(import) == 0);

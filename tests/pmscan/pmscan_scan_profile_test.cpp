@@ -156,6 +156,21 @@ TEST_CASE_FIXTURE(Profiles, "pmscan: a profile is replaced only when that is all
   CHECK_NOTHROW(Save({"scan", "--save-profile", "letters", "--overwrite"}));
 }
 
+TEST_CASE_FIXTURE(Profiles, "pmscan: a profile that cannot be written is told with the reason") {
+  TestFolder::Write("file", "");
+  const auto refusal = [&](const std::filesystem::path& where) {
+    return pmscan::tests::RefusalOf([&] { pmscan::SaveProfile(where, "letters", {}, false); });
+  };
+  const std::filesystem::path inFile = path / "file" / "pmscan";
+  CHECK(refusal(inFile).starts_with("78 " + inFile.string() + ": cannot make the folder: "));
+#ifndef _WIN32
+  CHECK(refusal(inFile).ends_with(": Not a directory."));
+  const pmscan::tests::NarrowDisk disk(1);
+  CHECK(refusal(folder) == "78 " + Name("pmscan/letters.json") + ": cannot write: File too large.");
+  CHECK_FALSE(std::filesystem::exists(folder / "letters.json"));
+#endif
+}
+
 TEST_CASE_FIXTURE(Profiles, "pmscan: an unknown profile is answered with those that there are") {
   CHECK(RefusalOf({"scan", "-o", "a.png", "--profile", "x"}) ==
         "64 There is no profile \"x\"; there is none yet: --save-profile makes one.");

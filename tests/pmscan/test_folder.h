@@ -5,6 +5,12 @@
 #include <sstream>
 #include <string>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
+
 namespace pmscan::tests {
 
 // A folder of the test's own, which does not exist at first and goes with this object.
@@ -46,5 +52,29 @@ class WorkingFolder {
  private:
   const std::filesystem::path before_;
 };
+
+#ifndef _WIN32
+// As long as this lives no file of this process grows beyond so many bytes: a write that would
+// fails with "File too large".
+class NarrowDisk {
+ public:
+  explicit NarrowDisk(rlim_t mostBytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit narrow{mostBytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &narrow);
+  }
+  ~NarrowDisk() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handlerBefore_);
+  }
+  NarrowDisk(const NarrowDisk&) = delete;
+  NarrowDisk& operator=(const NarrowDisk&) = delete;
+
+ private:
+  rlimit before_{};
+  // Else the signal ends the process.
+  void (*const handlerBefore_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+#endif
 
 }  // namespace pmscan::tests
