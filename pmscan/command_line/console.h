@@ -33,9 +33,6 @@ bool WriteToOutput(std::span<const char> bytes);
 // Copies all of the stream to standard output, byte for byte. False when not all went there.
 bool WriteStandardOutput(std::istream& stream);
 
-// Of this process.
-std::uint32_t ProcessNumber();
-
 // What the system's number of an error means, and the number: "Access denied (Windows error 5)",
 // "Permission denied (error 13)"; of one that the system has no words for, the number.
 std::string SystemWords(std::uint32_t error);
@@ -43,6 +40,9 @@ std::string SystemWords(std::uint32_t error);
 // From here on a text goes to standard output and standard error in one piece.
 void JoinOutput();
 void FlushOutput();
+
+// From here on a pipe that nobody reads any more makes a write fail and does not end the program.
+void OutliveReaders();
 
 // From here on the first Ctrl+C no longer ends the program but makes IsInterrupted true; the second
 // one ends it at once. What comes within 0.3 seconds of the first is the same one.

@@ -229,6 +229,7 @@ void ListDevices(bool isJson) {
 }
 
 int RunDeviceCommand(const Options& options) {
+  OutliveReaders();
   const std::shared_ptr<void> services = UseSystemServices();
   if (options.command == Command::kDevices) {
     ListDevices(options.isJson);

@@ -16,9 +16,13 @@ namespace pmscan {
 namespace {
 
 // Standard output takes a picture when it is whole.
-std::filesystem::path GrowingPath(const std::string& name) {
-  if (name != kStandardOutput) return PathOf(GrowingName(name));
-  return std::filesystem::temp_directory_path() / ("pmscan-" + std::to_string(ProcessNumber()));
+std::unique_ptr<const TemporaryFile> TemporaryFor(const std::string& name) {
+  return name == kStandardOutput ? std::make_unique<const TemporaryFile>() : nullptr;
+}
+
+std::unique_ptr<const GrowingFile> GrowingFor(const std::string& name) {
+  if (name == kStandardOutput) return nullptr;
+  return std::make_unique<const GrowingFile>(PathOf(GrowingName(name)), PlaceOf(name));
 }
 
 void PourOut(const std::filesystem::path& path) {
@@ -31,8 +35,9 @@ void PourOut(const std::filesystem::path& path) {
 
 PictureWriter::PictureWriter(const PictureFile& pictureFile)
     : file_(pictureFile),
-      growing_(GrowingPath(file_.name), PlaceOf(file_.name)),
-      bytes_(growing_.Path(), file_.name),
+      temporary_(TemporaryFor(file_.name)),
+      growing_(GrowingFor(file_.name)),
+      bytes_(temporary_ ? temporary_->Path() : growing_->Path(), file_.name),
       encoder_(MakeEncoder(file_.format.container, bytes_,
                            {file_.mode.layout, file_.dotsPerInch, file_.quality, file_.origin})) {}
 
@@ -60,11 +65,11 @@ void PictureWriter::EndPage(bool isKept) {
 std::uint64_t PictureWriter::Commit() {
   encoder_->Finish();
   bytes_.Close();
-  if (file_.name == kStandardOutput) {
-    PourOut(growing_.Path());
+  if (temporary_) {
+    PourOut(temporary_->Path());
     return bytes_.Size();
   }
-  const std::uint32_t error = growing_.TakePlace(file_.mayReplace);
+  const std::uint32_t error = growing_->TakePlace(file_.mayReplace);
   if (error == 0) return bytes_.Size();
   throw Failure(kOutputFile,
                 file_.name + ": cannot put the file in its place: " + SystemWords(error) + ".");

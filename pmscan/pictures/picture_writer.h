@@ -10,6 +10,7 @@
 #include "pmscan/encoders/page_encoder.h"
 #include "pmscan/pictures/growing_file.h"
 #include "pmscan/pictures/picture_format.h"
+#include "pmscan/pictures/temporary_file.h"
 #include "pmscan/scan/acquisition.h"
 #include "pmscan/scan/scan_mode.h"
 
@@ -28,9 +29,9 @@ struct PictureFile {
 };
 
 // Writes a picture file page by page and band by band; only some formats can have several pages.
-// The file grows beside its place and takes the place with Commit; without it nothing is left
-// behind. Everything throws Failure(kOutputFile); BeginPage also kUnsupported for a picture that is
-// too large for the format.
+// The file grows beside its place and takes the place with Commit; that for standard output is a
+// temporary one. Without Commit nothing is left behind. Everything throws Failure(kOutputFile);
+// BeginPage also kUnsupported for a picture that is too large for the format.
 class PictureWriter : public RowSink {
  public:
   explicit PictureWriter(const PictureFile& pictureFile);
@@ -50,7 +51,9 @@ class PictureWriter : public RowSink {
 
  private:
   const PictureFile file_;
-  const GrowingFile growing_;  // before the object that holds it open, so that it goes after that
+  // One of the two; before the object that holds it open, so that it goes after that.
+  const std::unique_ptr<const TemporaryFile> temporary_;  // of a picture for standard output
+  const std::unique_ptr<const GrowingFile> growing_;      // of any other
   ByteFile bytes_;
   const std::unique_ptr<PageEncoder> encoder_;
   std::vector<std::uint8_t> converted_;  // the rows of a band as the picture has them

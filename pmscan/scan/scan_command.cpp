@@ -11,6 +11,7 @@
 #include "pmscan/devices/still_image_device_names.h"
 #include "pmscan/pictures/picture_origin.h"
 #include "pmscan/pictures/picture_store.h"
+#include "pmscan/pictures/temporary_file.h"
 #include "pmscan/report/error_codes.h"
 #include "pmscan/report/report.h"
 #include "pmscan/scan/batch.h"
@@ -243,6 +244,7 @@ void RequireRunnable(const Options& options) {
                                     options.device + " the commands would really be sent.");
   }
   if (options.isDryRun) return;
+  if (options.names.Of(1) == kStandardOutput) const TemporaryFile trial;
   RequireRoom(options.names, options.pages, options.mayOverwrite);
 }
 
