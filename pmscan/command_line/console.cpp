@@ -25,11 +25,12 @@ void JoinOutput() {
   std::setvbuf(stderr, nullptr, _IOFBF, kBytes);
 }
 
-void FlushOutput() {
+bool FlushOutput() {
   std::cout << std::flush;
   std::cerr << std::flush;
   std::fflush(stdout);
   std::fflush(stderr);
+  return std::cout && std::ferror(stdout) == 0;
 }
 
 }  // namespace pmscan

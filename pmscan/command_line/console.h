@@ -39,7 +39,9 @@ std::string SystemWords(std::uint32_t error);
 
 // From here on a text goes to standard output and standard error in one piece.
 void JoinOutput();
-void FlushOutput();
+
+// False when standard output has not taken all of the text, then or before.
+bool FlushOutput();
 
 // From here on a pipe that nobody reads any more makes a write fail and does not end the program.
 void OutliveReaders();

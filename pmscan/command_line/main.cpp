@@ -242,27 +242,14 @@ int RunDeviceCommand(const Options& options) {
   return exitCode;
 }
 
-// Reads and writes files only. False when the command is another one.
-bool RunFileCommand(const Options& options) {
-  if (options.command == Command::kDecode) {
-    RunDecodeCommand(options, std::cout);
-    return true;
-  }
-  if (options.command == Command::kProfiles) {
-    RunProfilesCommand(options, ProfileFolder(), std::cout);
-    return true;
-  }
-  if (options.command == Command::kReport) {
-    RunReportCommand(options, std::cout);
-    return true;
-  }
-  if (options.command == Command::kImport) {
-    RunImportCommand(options, std::cout);
-    return true;
-  }
-  if (options.command != Command::kConvert) return false;
-  RunConvertCommand(options, std::cout);
-  return true;
+using FileCommand = void (*)(const Options&, std::ostream&);
+
+// Reads and writes files only; null for another command.
+FileCommand FileCommandOf(Command command) {
+  if (command == Command::kDecode) return &RunDecodeCommand;
+  if (command == Command::kReport) return &RunReportCommand;
+  if (command == Command::kImport) return &RunImportCommand;
+  return command == Command::kConvert ? &RunConvertCommand : nullptr;
 }
 
 int Run() {
@@ -275,7 +262,25 @@ int Run() {
     std::cout << "pmscan " PMSCAN_VERSION "\n";
     return 0;
   }
-  return RunFileCommand(options) ? 0 : RunDeviceCommand(options);
+  if (options.command == Command::kProfiles) {
+    RunProfilesCommand(options, ProfileFolder(), std::cout);
+    return 0;
+  }
+  const FileCommand runFiles = FileCommandOf(options.command);
+  if (runFiles == nullptr) return RunDeviceCommand(options);
+  runFiles(options, std::cout);
+  return 0;
+}
+
+int RunToItsEnd() {
+  try {
+    return Run();
+  } catch (const Failure& failure) {
+    return Report(failure);
+  } catch (const std::exception& error) {
+    std::cerr << "pmscan: " << error.what() << "\n";
+    return FindErrorCode(kUnknownError).ExitCode();
+  }
 }
 
 }  // namespace
@@ -283,12 +288,9 @@ int Run() {
 
 int main() {
   pmscan::JoinOutput();
-  try {
-    return pmscan::Run();
-  } catch (const pmscan::Failure& failure) {
-    return pmscan::Report(failure);
-  } catch (const std::exception& error) {
-    std::cerr << "pmscan: " << error.what() << "\n";
-    return pmscan::FindErrorCode(pmscan::kUnknownError).ExitCode();
-  }
+  const int exitCode = pmscan::RunToItsEnd();
+  if (pmscan::FlushOutput()) return exitCode;
+  const int lost = pmscan::Report(
+      pmscan::Failure(pmscan::kTextLost, "Standard output does not take all of the text."));
+  return exitCode == 0 ? lost : exitCode;
 }

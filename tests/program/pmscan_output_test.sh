@@ -1,5 +1,5 @@
 #!/bin/sh
-# Standard output that takes a picture, that does not take it, and that is closed.
+# Standard output that takes a picture or a text, that does not take it, and that is closed.
 #
 #   pmscan_output_test.sh PMSCAN
 #
@@ -97,4 +97,17 @@ said "There can be no temporary file in $folder/nowhere: No such file"
 said "TMPDIR names another folder"
 [ ! -e never.capture ] || fail "the scan began"
 
+echo "A text that is not taken is a failure, after the command has done its work."
+run 0 "$pmscan" info --capture info.capture >/dev/null
+for command in --help --version "scan --help" devices "devices --json" info "info --json" \
+  "scan --dry-run" "decode info.capture" "decode info.capture --json" "replay info.capture" \
+  "scan --overwrite -o saved.bmp --resolution 50" "report info.capture --overwrite -o page.html"; do
+  run 75 "$pmscan" $command >/dev/full
+  said "error 75: the text cannot be printed"
+done
+[ -s saved.bmp ] || fail "the picture is lost with the text"
+
+echo "A failure of the command itself counts more."
+run 1 "$pmscan" info --json --device sim:extended+unplugged-at-transfer=0 >/dev/full
+said "error 75: the text cannot be printed"
 rm -r "$folder"
