@@ -216,6 +216,17 @@ std::string SubcommandNames() {
   return names;
 }
 
+// Of a subcommand that was called without one of its files.
+std::string MissingFile(Command command, bool isOutput) {
+  const CommandRow& row =
+      *std::find_if(kCommands.begin(), kCommands.end(),
+                    [=](const CommandRow& each) { return each.command == command; });
+  const char* const file = row.usage.starts_with("FILE") ? "a capture to read" : "a trace to read";
+  const std::string name(row.name);
+  return "Subcommand " + name + " needs " + (isOutput ? "a file to write" : file) + ": pmscan " +
+         name + " " + std::string(row.usage);
+}
+
 // What is wrong with the command line, in words of our own where the library's tell too little.
 std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
   if (std::string unknown = UnknownWord(app); !unknown.empty()) return unknown;
@@ -227,6 +238,9 @@ std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
            "; it can be: " + SubcommandNames() + ".";
   }
   std::string text = error.what();
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    return MissingFile(command, text.starts_with("--output"));
+  }
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return text;
   return text.substr(0, text.find(':')) + " needs a value behind it.";
 }

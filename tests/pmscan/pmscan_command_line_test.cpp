@@ -107,6 +107,18 @@ TEST_CASE("pmscan: what is missing in a command line is named") {
       refusal({"paint", "a.png"}).starts_with("64 There is no subcommand \"paint\"" + subcommands));
   CHECK(refusal({"--hlep"}) == "64 There is no \"--hlep\"; did you mean \"--help\"?");
   CHECK(refusal({"scan", "-o"}) == "64 --output needs a value behind it.");
+  CHECK(refusal({"decode"}) ==
+        "64 Subcommand decode needs a capture to read: pmscan decode FILE [--json]");
+  CHECK(refusal({"replay", "-o", "a.png"}) ==
+        "64 Subcommand replay needs a capture to read: pmscan replay FILE [options]");
+  CHECK(refusal({"convert", "-o", "a.pcapng"}) ==
+        "64 Subcommand convert needs a capture to read: pmscan convert FILE -o FILE.pcapng");
+  CHECK(refusal({"convert", "a.capture"}) ==
+        "64 Subcommand convert needs a file to write: pmscan convert FILE -o FILE.pcapng");
+  CHECK(refusal({"report", "a.capture"}) ==
+        "64 Subcommand report needs a file to write: pmscan report FILE -o FILE.html");
+  CHECK(refusal({"import"}) ==
+        "64 Subcommand import needs a trace to read: pmscan import TRACE [options]");
 }
 
 TEST_CASE("pmscan: a file's name may begin with a slash") {
