@@ -16,6 +16,7 @@ namespace pmscan::tests {
 const char* const kLineEnd = "\n";
 const char* const kNoLibraryWords = ": No such file or directory.\n";
 const char* const kSettingsVariable = "XDG_CONFIG_HOME";
+const char* const kTemporaryVariable = "TMPDIR";
 
 namespace {
 

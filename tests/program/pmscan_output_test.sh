@@ -92,7 +92,7 @@ run 15 "$pmscan" scan -o - $coarse --source feeder --device sim:extended:QM2500+
 nothing_left
 
 echo "Without a folder for temporary files there is no scan."
-TMPDIR=$folder/nowhere run 73 "$pmscan" scan -o - --capture never.capture
+run 73 env TMPDIR="$folder/nowhere" "$pmscan" scan -o - --capture never.capture
 said "There can be no temporary file in $folder/nowhere: No such file"
 said "TMPDIR names another folder"
 [ ! -e never.capture ] || fail "the scan began"

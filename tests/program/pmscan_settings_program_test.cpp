@@ -180,6 +180,24 @@ TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a profile that is kept is repor
   CHECK(refused["exitCode"] == 78);
 }
 
+TEST_CASE_FIXTURE(ProgramUnderTest,
+                  "pmscan.exe: nothing is left behind a picture for standard output") {
+  using pmscan::tests::kTemporaryVariable;
+  const std::string usual = std::filesystem::temp_directory_path().string();
+  pmscan::tests::SetVariable(kTemporaryVariable, Folder().string());
+  CHECK(Run("scan -o - --resolution 50").exitCode == 0);
+  const std::string jam = " --source feeder --device sim:extended:QM2500+jam-at-line=100";
+  CHECK(Run("scan -o - --resolution 50" + jam).exitCode == 15);
+  CHECK(Files().empty());
+  pmscan::tests::SetVariable(kTemporaryVariable, (Folder() / "none").string());
+  const ProgramResult refused = Run("scan -o - --capture a.capture");
+  CHECK(refused.exitCode == 73);
+  CHECK(Has(refused.errors, "There can be no temporary file in "));
+  CHECK(Has(refused.errors, std::string(kTemporaryVariable) + " names another folder."));
+  CHECK(Files().empty());
+  pmscan::tests::SetVariable(kTemporaryVariable, usual);
+}
+
 #ifndef _WIN32
 TEST_CASE_FIXTURE(ProgramUnderTest, "pmscan.exe: a picture goes to what its link leads to") {
   std::filesystem::create_directories(Folder() / "far");

@@ -13,6 +13,8 @@ extern const char* const kLineEnd;
 extern const char* const kNoLibraryWords;
 // The variable that names the folder for settings.
 extern const char* const kSettingsVariable;
+// The variable that names the folder for temporary files.
+extern const char* const kTemporaryVariable;
 
 // Where pmscan lies, from the folder of the test's own program on.
 std::filesystem::path PmscanPath();

@@ -12,6 +12,7 @@ namespace pmscan::tests {
 const char* const kLineEnd = "\r\n";
 const char* const kNoLibraryWords = " (Windows error 126).\n";
 const char* const kSettingsVariable = "APPDATA";
+const char* const kTemporaryVariable = "TMP";
 
 namespace {
 
