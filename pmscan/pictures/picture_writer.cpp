@@ -37,7 +37,8 @@ PictureWriter::PictureWriter(const PictureFile& pictureFile)
     : file_(pictureFile),
       temporary_(TemporaryFor(file_.name)),
       growing_(GrowingFor(file_.name)),
-      bytes_(temporary_ ? temporary_->Path() : growing_->Path(), file_.name),
+      bytes_(temporary_ ? ByteFile(temporary_->Path(), "the temporary file for standard output")
+                        : ByteFile(growing_->Path(), file_.name)),
       encoder_(MakeEncoder(file_.format.container, bytes_,
                            {file_.mode.layout, file_.dotsPerInch, file_.quality, file_.origin})) {}
 

@@ -87,6 +87,13 @@ run 73 "$pmscan" scan -o - $coarse >/dev/full
 said "Standard output does not take the picture"
 nothing_left
 
+echo "Neither is anything left where the temporary file finds no room."
+# shellcheck disable=SC2016 # The words are those of the shell that becomes the program.
+run 73 sh -c 'trap "" XFSZ && ulimit -f 40000 && exec "$0" "$@" >/dev/null' "$pmscan" scan -o - \
+  --format bmp --mode grey --resolution 600 --original page.bmp
+said "the temporary file for standard output: cannot write: File too large"
+nothing_left
+
 echo "Nothing is left of a scan that fails."
 run 15 "$pmscan" scan -o - $coarse --source feeder --device sim:extended:QM2500+jam-at-line=200
 nothing_left
