@@ -197,7 +197,11 @@ int RunWithDevice(const Options& options, Json& report) {
     exitCode = Report(failure);
     report["error"] = FailureJson(failure);
   }
-  return connection->Judge(exitCode);
+  if (const std::optional<Failure> verdict = connection->Judge(exitCode)) {
+    exitCode = Report(*verdict);
+    report["error"] = FailureJson(*verdict);
+  }
+  return exitCode;
 }
 
 void KeepProfile(const Options& options, Json& report) {

@@ -45,11 +45,10 @@ std::optional<Failure> CapturedConnection::Refusal() const {
           "  The captured scanner refused this transfer, and answers nothing behind it.");
 }
 
-int CapturedConnection::Judge(int exitCode) const {
-  if (const std::optional<Failure> refusal = Refusal()) {
-    const int refused = FindErrorCode(refusal->code).ExitCode();
-    if (exitCode != refused) std::cerr << Describe(*refusal);
-    return refused;
+std::optional<Failure> CapturedConnection::Judge(int exitCode) const {
+  if (log_.IsOver()) {
+    const bool isTold = exitCode == FindErrorCode(kReplayDiffers).ExitCode();
+    return isTold ? std::nullopt : Refusal();
   }
   const std::vector<capture::Difference>& differences = log_.All();
   if (!differences.empty()) {
@@ -64,7 +63,7 @@ int CapturedConnection::Judge(int exitCode) const {
     std::cerr << "Note: " << capture::Counted(device_.Left(), "transfer") << " of " << file_
               << " did not come.\n";
   }
-  return exitCode;
+  return std::nullopt;
 }
 
 }  // namespace pmscan

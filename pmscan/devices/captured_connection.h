@@ -28,7 +28,7 @@ class CapturedConnection : public DeviceConnection {
   std::optional<Failure> Refusal() const override;
   // A strict difference weighs more than what went wrong; tolerant ones are told and change
   // nothing.
-  int Judge(int exitCode) const override;
+  std::optional<Failure> Judge(int exitCode) const override;
 
  private:
   const std::string file_;

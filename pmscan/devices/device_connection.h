@@ -26,8 +26,8 @@ class DeviceConnection {
   virtual std::optional<Failure> Refusal() const { return std::nullopt; }
 
   // Says on standard error what the scanner has to say of the conversation, which ended with
-  // `exitCode`, and returns the exit code that this makes.
-  virtual int Judge(int exitCode) const { return exitCode; }
+  // `exitCode`, and returns what weighs more than that; nothing when nothing does.
+  virtual std::optional<Failure> Judge([[maybe_unused]] int exitCode) const { return std::nullopt; }
 
  protected:
   DeviceConnection() = default;

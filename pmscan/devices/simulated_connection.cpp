@@ -53,11 +53,6 @@ void PrintAll(const std::vector<std::string>& sentences, const char* label) {
   for (const std::string& sentence : sentences) std::cerr << label << sentence << "\n";
 }
 
-int Report(std::uint32_t code) {
-  std::cerr << Describe(Failure(code));
-  return FindErrorCode(code).ExitCode();
-}
-
 }  // namespace
 
 std::filesystem::path ScannerFileFolder() {
@@ -67,14 +62,15 @@ std::filesystem::path ScannerFileFolder() {
 SimulatedConnection::SimulatedConnection(const Options& options)
     : simulation_(Simulate(options)), cable_(*simulation_.scanner, simulation_.faults) {}
 
-int SimulatedConnection::Judge(int exitCode) const {
+std::optional<Failure> SimulatedConnection::Judge(int exitCode) const {
   const simulator::Scanner& scanner = *simulation_.scanner;
   const std::vector<std::string> unreached = cable_.Unreached();
   PrintAll(unreached, "Note: this fault did not strike: ");
   if (exitCode != 0) PrintAll(scanner.Refusals(), "  The scanner refused: ");
   PrintAll(scanner.Violations(), "Violation: ");
-  if (!scanner.Violations().empty()) return Report(kProtocolViolation);
-  return exitCode == 0 && !unreached.empty() ? Report(kFaultMissed) : exitCode;
+  if (!scanner.Violations().empty()) return Failure(kProtocolViolation);
+  if (exitCode != 0 || unreached.empty()) return std::nullopt;
+  return Failure(kFaultMissed);
 }
 
 }  // namespace pmscan

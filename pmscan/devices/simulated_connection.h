@@ -22,7 +22,7 @@ class SimulatedConnection : public DeviceConnection {
   pmddb832::StillImageDevice& Device() override { return cable_; }
   std::string ModelId() const override { return simulation_.modelId; }
   // What the module did wrong weighs more than what went wrong.
-  int Judge(int exitCode) const override;
+  std::optional<Failure> Judge(int exitCode) const override;
 
  private:
   const simulator::Simulation simulation_;

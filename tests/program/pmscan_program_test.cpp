@@ -226,6 +226,8 @@ TEST_CASE_FIXTURE(ProgramUnderTest,
   CHECK(Has(result.errors, "Note: this fault did not strike: late.json:1\n"));
   CHECK(Has(result.errors, "error 79: a fault of the script did not strike"));
   CHECK(Files() == Names{"a.png", "late.json"});
+  CHECK(Has(Run("scan -o a.png --overwrite --resolution 50 --faults late.json --json").output,
+            "\"code\": 79"));
   Write("odd.json", R"({"faults": [{"at": {"command": "FS X"}, "do": "fail"}]})");
   CHECK(Run("scan -o b.png --faults odd.json").exitCode == 70);
 }

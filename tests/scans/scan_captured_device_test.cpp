@@ -8,6 +8,7 @@
 #include "capture/trace/trace_import.h"
 #include "pmscan/command_line/failure.h"
 #include "pmscan/devices/captured_connection.h"
+#include "pmscan/report/error_codes.h"
 #include "simulator/catalog/catalog.h"
 #include "simulator/faults/fault_injector.h"
 #include "tests/scans/captured_scan.h"
@@ -15,8 +16,6 @@
 
 namespace pmddb832::tests {
 namespace {
-
-constexpr int kDiffers = 77;
 
 capture::Capture Record(const std::string& scannerName) {
   const auto scanner = simulator::MakeScanner(scannerName, ColourPicture(64, 48));
@@ -59,7 +58,7 @@ TEST_CASE("captured device: a scan brings what it brought when it was recorded")
     const capture::Capture recorded = Record(family);
     CapturedScanner scanner(TextOf(recorded), false);
     CHECK(TextOf(RecordScan(scanner->Device(), true)) == TextOf(recorded));
-    CHECK(scanner->Judge(0) == 0);
+    CHECK_FALSE(scanner->Judge(0));
   }
 }
 
@@ -70,7 +69,7 @@ TEST_CASE("captured device: an imported capture, which has no calls, does as wel
     const auto imported = capture::ImportTrace(capture::ToPcapng(recorded), {});
     CapturedScanner scanner(TextOf(imported.capture), false);
     CHECK(TextOf(RecordScan(scanner->Device(), true)) == TextOf(recorded));
-    CHECK(scanner->Judge(0) == 0);
+    CHECK_FALSE(scanner->Judge(0));
   }
 }
 
@@ -84,14 +83,14 @@ TEST_CASE("captured device: strictly, nothing is answered behind the first diffe
   CapturedScanner scanner(ShiftedArea(), false);
   const std::string came = TextOf(RecordScan(scanner->Device(), true));
   CHECK(came.find("status=2") != std::string::npos);
-  CHECK(scanner->Judge(9) == kDiffers);
+  CHECK(scanner->Judge(9).value().code == pmscan::kReplayDiffers);
 }
 
 TEST_CASE("captured device: tolerantly, other parameters bring the recorded picture") {
   CapturedScanner scanner(ShiftedArea(), true);
   CHECK(TextOf(RecordScan(scanner->Device(), true)) == TextOf(Record("extended")));
-  CHECK(scanner->Judge(0) == 0);
-  CHECK(scanner->Judge(13) == 13);
+  CHECK_FALSE(scanner->Judge(0));
+  CHECK_FALSE(scanner->Judge(13));
 }
 
 TEST_CASE("captured device: the model is the one that the capture's host expected") {
