@@ -93,6 +93,7 @@ Job RowKernelJob(const std::string& name, std::size_t bytesRead, std::size_t byt
                  Measure measure, RowKernel RowKernels::*row,
                  const std::vector<Kernels>& kernelsHere) {
   std::vector<Contender> contenders;
+  contenders.reserve(kernelsHere.size());
   for (const Kernels& kernels : kernelsHere) {
     contenders.push_back(Row(kernels.name, kernels.rows.*row));
   }
@@ -101,6 +102,7 @@ Job RowKernelJob(const std::string& name, std::size_t bytesRead, std::size_t byt
 
 Job PaletteJob(const std::vector<Kernels>& kernelsHere) {
   std::vector<Contender> contenders;
+  contenders.reserve(kernelsHere.size());
   for (const Kernels& kernels : kernelsHere) {
     contenders.push_back(Planes(kernels.name, kernels.rows.paletteIndices));
   }

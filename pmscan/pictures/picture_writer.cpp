@@ -17,7 +17,8 @@ namespace {
 
 // Standard output takes a picture when it is whole.
 std::unique_ptr<const TemporaryFile> TemporaryFor(const std::string& name) {
-  return name == kStandardOutput ? std::make_unique<const TemporaryFile>() : nullptr;
+  if (name != kStandardOutput) return nullptr;
+  return std::make_unique<const TemporaryFile>();
 }
 
 std::unique_ptr<const GrowingFile> GrowingFor(const std::string& name) {
