@@ -1,7 +1,9 @@
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <utility>
 
+#include "standard/std_scan_cmd.h"
 #include "tests/standard/standard_fixture.h"
 
 // Calls of the host out of its own device, which overtake the call that made the transfer.
@@ -96,6 +98,8 @@ TEST_CASE_FIXTURE(OvertakenScanner, "standard: an abort behind a close fails wit
 TEST_CASE_FIXTURE(
     OvertakenScanner,
     "standard: a further open out of a call within a call takes the channel of both") {
+  // A further open leaves it behind.
+  const std::unique_ptr<StdScanCmd> replaced(static_cast<StdScanCmd*>(currentCommandSet));
   InitAcquire(1);
   AcceptUpload(UploadOf("B4"));
   device.ExpectBlock(0x1B, 'd', {0x04});
